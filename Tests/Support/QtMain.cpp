@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Support/EditAuditListener.h"
+
+#include <QApplication>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char **argv)
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    QStandardPaths::setTestModeEnabled(true); // settings of the person who runs the tests stay untouched
+    kxtest::installEditAuditListener();
+    return RUN_ALL_TESTS();
+}
