@@ -51,6 +51,8 @@ FieldContainer::~FieldContainer()
 
 void FieldContainer::changed(FieldMask) {}
 
+void FieldContainer::copyUndeclared(const FieldContainer &) {}
+
 void FieldContainer::subRef()
 {
     if (--_refCount > 0)

@@ -34,11 +34,18 @@ public:
     void addRef() { ++_refCount; }
     /// Destroys the container when no reference is left; a chain of any length goes without recursion.
     void subRef();
+    /// Gives a reference back without destroying the container: for functions whose result has count 0.
+    void subRefWithoutDestroying() { --_refCount; }
 
     /// Opens a bracket in which the fields of \a mask may change; brackets nest.
     void beginEdit(FieldMask mask);
     /// Closes the newest bracket with this mask. The outermost end tells the container and the listeners what changed.
     void endEdit(FieldMask mask);
+    /// Says that \a fields were set through their addresses. Expects an open edit of them, like a setter.
+    void markChanged(FieldMask fields) { recordChange(fields); }
+
+    /// Called on a clone whose fields are complete: takes over what the original keeps outside its fields.
+    virtual void copyUndeclared(const FieldContainer &original);
 
 protected:
     FieldContainer();

@@ -61,6 +61,8 @@ public:
     /// The same for images with equal size, format and pixels.
     std::uint64_t contentHash() const;
 
+    void copyUndeclared(const FieldContainer &original) override;
+
 private:
     std::string _source;
 };
