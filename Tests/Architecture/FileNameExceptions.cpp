@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "FileNameExceptions.h"
+
+namespace architecture {
+
+const std::vector<NameException> &headersWithoutSource()
+{
+    static const std::vector<NameException> table = {
+        {"Host/SceneGraph/FCPtr.h", "templates"},
+        {"Host/SceneGraph/FieldMacros.h", "macros and templates"},
+        {"Host/SceneGraph/Fields.h", "templates"},
+        {"Host/SceneGraph/Result.h", "a template"},
+        {"Host/SceneGraph/SceneListener.h", "an interface"},
+        {"Host/SceneGraph/VectorTypes.h", "plain values with one-line functions"},
+    };
+    return table;
+}
+
+const std::vector<NameException> &sourcesWithoutHeader()
+{
+    static const std::vector<NameException> table = {
+        {"Tests/Support/EditAuditProbe.cpp", "a program of one test that has to fail"},
+    };
+    return table;
+}
+
+const std::vector<NameException> &testsOfCapabilities()
+{
+    static const std::vector<NameException> table = {
+        {"Tests/Architecture/FileTextTest.cpp", "reads the text of every file, which is no class"},
+    };
+    return table;
+}
+
+} // namespace architecture
