@@ -135,8 +135,7 @@ bool forbidsNewNames(int reason)
 class AtomicFile::Private
 {
 public:
-    enum class Mode
-    {
+    enum class Mode {
         Closed,
         Sibling, ///< written beside the target, then renamed
         Kept,    ///< kept in memory, then written over the target
@@ -255,7 +254,8 @@ bool AtomicFile::Private::overwriteTarget()
 {
     // Cut to length last: cutting first would give back the space that was reserved.
     const auto size = static_cast<off_t>(buffer.size());
-    return reserve(size) && writeAll(file.number(), buffer.data(), buffer.size()) && ::ftruncate(file.number(), size) == 0;
+    return reserve(size) && writeAll(file.number(), buffer.data(), buffer.size()) &&
+           ::ftruncate(file.number(), size) == 0;
 }
 
 /// The folder let us make a name but not replace one (another owner's file in a shared folder, a mounted file).
@@ -289,10 +289,7 @@ void AtomicFile::Private::close()
     mode = Mode::Closed;
 }
 
-AtomicFile::AtomicFile(std::string path)
-    : _d(std::make_unique<Private>(std::move(path)))
-{
-}
+AtomicFile::AtomicFile(std::string path) : _d(std::make_unique<Private>(std::move(path))) {}
 
 AtomicFile::~AtomicFile()
 {
