@@ -55,8 +55,10 @@ void FieldContainer::copyUndeclared(const FieldContainer &) {}
 
 void FieldContainer::subRef()
 {
-    if (--_refCount > 0)
+    // Whoever is told of the destruction may take a reference for the moment; it decides nothing any more.
+    if (--_refCount > 0 || _isDying)
         return;
+    _isDying = true;
     destroyQueue.waiting.push_back(this);
     if (destroyQueue.isRunning)
         return;

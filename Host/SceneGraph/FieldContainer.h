@@ -67,6 +67,7 @@ private:
 
     std::uint32_t _id;
     std::int32_t _refCount = 0;
+    bool _isDying = false;
     FieldMask _openFields = 0;
     FieldMask _changedFields = 0;
 };

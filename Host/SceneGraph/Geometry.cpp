@@ -27,7 +27,11 @@ bool Geometry::isValid() const
     if (!fits(getNormals().size()) || !fits(getTexCoords().size()) || !fits(getColors().size()))
         return false;
     const auto &indices = getIndices();
-    if (std::any_of(indices.begin(), indices.end(), [count](std::uint32_t i) { return i >= count; }))
+    // The largest of all rather than the first bad one: without an early exit the loop takes many at a time.
+    std::uint32_t largest = 0;
+    for (const std::uint32_t index : indices)
+        largest = std::max(largest, index);
+    if (!indices.empty() && largest >= count)
         return false;
     if (getFaceSizes().empty())
         return indices.size() % 3 == 0;
