@@ -75,6 +75,7 @@ function(kx_add_tests name)
   gtest_discover_tests(${target}
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 120
+    NO_PRETTY_VALUES
     PROPERTIES
       TIMEOUT 300
       LABELS ${name}

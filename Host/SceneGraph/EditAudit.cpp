@@ -50,7 +50,7 @@ std::vector<std::string> EditAudit::takeViolations()
 void EditAudit::record(const FieldContainer &container, FieldMask fields, const char *what)
 {
     if (!theRecord().isEnabled) {
-        assert(!"a field container is changed outside its edit bracket");
+        assert(false && "a field container is changed outside its edit bracket");
         return;
     }
     const FieldContainerType &type = container.getType();
