@@ -30,6 +30,9 @@ function(kx_add_library name)
   )
 endfunction()
 
+# All programs and nothing else: what a user needs.
+add_custom_target(programs)
+
 # kx_add_program(kxassets SOURCES ... [LIBRARIES ...] [QT])
 function(kx_add_program name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "QT" "" "SOURCES;LIBRARIES")
@@ -40,6 +43,7 @@ function(kx_add_program name)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES})
   _kx_apply_settings(${name})
   _kx_apply_qt(${name} "${arg_QT}" ${arg_LIBRARIES})
+  add_dependencies(programs ${name})
 
   install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endfunction()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <SceneGraph/EditCP.h>
-#include <SceneGraph/FCPtr.h>
-#include <SceneGraph/Node.h>
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/FCPtr.h"
+#include "SceneGraph/Node.h"
 
 #include <iostream>
 
