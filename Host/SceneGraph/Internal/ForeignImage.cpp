@@ -17,6 +17,10 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
 
 namespace osg {
 
@@ -54,6 +58,39 @@ private:
     const RegularFile &_file;
 };
 
+/// A file in the form that a decoder takes it in.
+class Source
+{
+public:
+    explicit Source(const RegularFile &file) : _file(file), _proxy(file) {}
+
+    /// From the start. The JPEG decoder takes nothing but files that it opens itself, and memory.
+    OIIO::Filesystem::IOProxy &rewoundFor(const OIIO::ImageInput &input)
+    {
+        if (std::string_view(input.format_name()) == "jpeg") {
+            if (!_memory)
+                readAll();
+            _memory->seek(0);
+            return *_memory;
+        }
+        _proxy.seek(0);
+        return _proxy;
+    }
+
+private:
+    void readAll()
+    {
+        _content.resize(static_cast<std::size_t>(_file.size()));
+        _content.resize(_file.readAt(0, std::as_writable_bytes(std::span(_content))));
+        _memory.emplace(_content.data(), _content.size());
+    }
+
+    const RegularFile &_file;
+    FileProxy _proxy;
+    std::vector<unsigned char> _content;
+    std::optional<OIIO::Filesystem::IOMemReader> _memory;
+};
+
 /// Decoders speak several lines; the first says it.
 std::string firstLine(const std::string &text)
 {
@@ -82,31 +119,30 @@ void limitDecoders()
 using Input = std::unique_ptr<OIIO::ImageInput>;
 
 /// Opens the file with one decoder; \a reason is set where it refuses.
-Input openWith(Input input, const std::string &path, FileProxy &proxy, std::string &reason)
+Input openWith(Input input, const std::string &path, Source &source, std::string &reason)
 {
     OIIO::ImageSpec found;
     OIIO::ImageSpec config;
     config.attribute("oiio:UnassociatedAlpha", 1);
     const bool takesProxy = input->supports("ioproxy") != 0;
     if (takesProxy)
-        input->set_ioproxy(&proxy);
+        input->set_ioproxy(&source.rewoundFor(*input));
     if (input->open(takesProxy ? std::string("picture") : path, found, config))
         return input;
     reason = firstLine(input->geterror());
     return nullptr;
 }
 
-Input openInput(const std::string &path, const std::string &extension, FileProxy &proxy, std::string &reason)
+Input openInput(const std::string &path, const std::string &extension, Source &source, std::string &reason)
 {
     if (isPictureExtension(extension))
-        if (Input input = OIIO::ImageInput::create("picture." + extension))
-            if (Input opened = openWith(std::move(input), path, proxy, reason))
+        if (Input input = OIIO::ImageInput::create(extension))
+            if (Input opened = openWith(std::move(input), path, source, reason))
                 return opened;
     for (const char *format : ContentFormats)
         if (Input input = OIIO::ImageInput::create(format)) {
             std::string ignored;
-            proxy.seek(0);
-            if (Input opened = openWith(std::move(input), path, proxy, reason.empty() ? reason : ignored))
+            if (Input opened = openWith(std::move(input), path, source, reason.empty() ? reason : ignored))
                 return opened;
         }
     if (reason.empty())
@@ -272,9 +308,9 @@ Result<Pixmap> readForeignImage(const std::string &path, const std::string &exte
     limitDecoders();
     // The decoders' libraries throw where they meet what nobody foresaw.
     try {
-        FileProxy proxy(file.value());
+        Source source(file.value());
         std::string reason;
-        const Input input = openInput(path, extension, proxy, reason);
+        const Input input = openInput(path, extension, source, reason);
         if (!input)
             return Failure{reason};
         return readPixels(*input, file.value().size());
