@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Import/Internal/WorkerRequest.h"
+#include "Import/Internal/WorkerTask.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+int main(int argc, char **argv)
+{
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const auto request = kximport::WorkerRequest::fromArguments(arguments);
+    if (!request) {
+        std::fputs("kx-import-worker parses foreign files for kxAssets, which starts it when it is needed.\n", stderr);
+        return 2;
+    }
+    return kximport::WorkerTask(*request).run();
+}
