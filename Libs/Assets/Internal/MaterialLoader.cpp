@@ -5,6 +5,7 @@
 #include "Kernel/kxController.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxRaytracingManager.h"
+#include "Kernel/kxRaytracingUtils.h"
 #include "Kernel/kxUberMaterialUtils.h"
 #include "Rendering/kxOSGWidget.h"
 #include "SceneGraph/EditCP.h"
@@ -100,7 +101,7 @@ void adjustIntensity(const osg::MaterialPtr &material, kxAssetPhotometricState s
     osg::Color4f colour = surface->getIncandescenceColor();
     const bool isPhotometric = kxRaytracingManager::getRaytracingUtils().isPhotometric();
     if (isPhotometric && stored == NonPhotometric && expected == Photometric)
-        colour[3] *= kxRaytracingManager::getRaytracingUtils().conversionFactor();
+        colour[3] *= kxRaytracingManager::getRaytracingUtils().getPhotometricConversionFactor();
     else if (!isPhotometric && stored == Photometric && expected == NonPhotometric)
         colour[3] *= FromPhotometric;
     else

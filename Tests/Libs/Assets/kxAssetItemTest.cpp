@@ -1,0 +1,791 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxAssetItem.h"
+
+#include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxPreviewImageLoader.h"
+#include "Kernel/kxLogRecorder.h"
+#include "Kernel/kxVersion.h"
+#include "LibraryFixture.h"
+#include "PlainItem.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/SceneListener.h"
+#include "SceneGraph/UBRDFMaterial.h"
+
+#include <QElapsedTimer>
+#include <QLocale>
+#include <QPixmap>
+#include <QSignalSpy>
+
+#include <boost/uuid/uuid_io.hpp>
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+#include <vector>
+
+#include <csignal>
+#include <sys/resource.h>
+
+namespace {
+
+constexpr const char *Uuid = "0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d";
+
+class kxAssetItemTest : public LibraryFixture
+{
+protected:
+    /// A material item's metadata with this name element or elements.
+    QUrl writeNamed(const std::string &names) const
+    {
+        return writeAsset("MAT_x", "<category>Materials</category><uuid>" + std::string(Uuid) + "</uuid>" + names);
+    }
+
+    static PlainItem itemIn(const QUrl &directory, const std::string &name = "Old")
+    {
+        PlainItem item(Material, Uuid);
+        item.setName(name);
+        item.setDirectoryUrl(directory);
+        return item;
+    }
+
+    /// The texts of the metadata's name elements.
+    std::vector<std::string> storedNames() const
+    {
+        QDomDocument document("document");
+        EXPECT_TRUE(document.setContent(QByteArray::fromStdString(readFile("MAT_x/asset.xml"))));
+        std::vector<std::string> names;
+        const QDomNodeList elements = document.documentElement().elementsByTagName("name");
+        for (int i = 0; i < elements.size(); ++i)
+            names.push_back(elements.at(i).toElement().text().toStdString());
+        return names;
+    }
+
+    const osg::FCRef<osg::Material> _material = osg::MaterialPtr(osg::UBRDFMaterial::create());
+};
+
+QImage redImage()
+{
+    QImage image(4, 2, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+void setUuid(const osg::AttachmentContainerPtr &container, const std::string &uuid)
+{
+    const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::createAssetAttachment(container);
+    osg::CPEditor edit(attachment, osg::AssetAttachment::UuidFieldMask);
+    attachment->setUuid(uuid);
+}
+
+/// Notes which fields of an asset attachment change, edit by edit.
+class AttachmentListener : public osg::SceneListener
+{
+public:
+    AttachmentListener() { osg::FieldContainerFactory::the().addListener(*this); }
+    ~AttachmentListener() override { osg::FieldContainerFactory::the().removeListener(*this); }
+
+    void containerChanged(osg::FieldContainer &container, osg::FieldMask fields) override
+    {
+        if (container.getType().isDerivedFrom(osg::AssetAttachment::getClassType()))
+            changes.push_back(fields);
+    }
+
+    std::vector<osg::FieldMask> changes;
+};
+
+/// No file can grow while this lives.
+class FullDisk
+{
+public:
+    FullDisk()
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &_former);
+        const rlimit none{0, _former.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk()
+    {
+        setrlimit(RLIMIT_FSIZE, &_former);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    rlimit _former{};
+};
+
+} // namespace
+
+TEST_F(kxAssetItemTest, BeginsUnnamedAndWithoutCategory)
+{
+    PlainItem item;
+
+    EXPECT_EQ(item.name(), "unnamed");
+    EXPECT_EQ(item.category(), Undefined);
+    EXPECT_EQ(item.uuid(), "");
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+    EXPECT_TRUE(item.previewImage().isNull());
+    EXPECT_FALSE(item.lastModified().isValid());
+    EXPECT_EQ(item.getTag(), "unnamed");
+}
+
+TEST_F(kxAssetItemTest, CopiesAllItsFields)
+{
+    PlainItem item(Geometry, Uuid);
+    item.setName("Chair");
+    item.setDirectoryUrl(url("GEO_Chair"));
+    item.setPreviewImage(redImage());
+    item.setLastModified(QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+
+    PlainItem copy(item);
+    PlainItem assigned;
+    assigned = item;
+
+    for (PlainItem *other : {&copy, &assigned}) {
+        EXPECT_EQ(other->uuid(), Uuid);
+        EXPECT_EQ(other->category(), Geometry);
+        EXPECT_EQ(other->name(), "Chair");
+        EXPECT_EQ(other->directoryUrl(), url("GEO_Chair"));
+        EXPECT_EQ(other->previewImage(), redImage());
+        EXPECT_EQ(other->lastModified(), QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+    }
+}
+
+TEST_F(kxAssetItemTest, KnowsItsCategory)
+{
+    const PlainItem item(Geometry);
+
+    EXPECT_TRUE(item.hasCategory(Geometry));
+    EXPECT_FALSE(item.hasCategory(Undefined));
+    EXPECT_FALSE(item.hasCategory(Material));
+}
+
+TEST_F(kxAssetItemTest, TagsWithPrefixAndName)
+{
+    PlainItem geometry(Geometry);
+    geometry.setName("Chair");
+    PlainItem material(Material);
+    material.setName("Größe");
+
+    EXPECT_EQ(geometry.getTag(), "Geometry Asset: Chair");
+    EXPECT_EQ(material.getTag(), "Größe");
+}
+
+TEST_F(kxAssetItemTest, PaintsNoOverlay)
+{
+    QPixmap pixmap(16, 16);
+    pixmap.fill(Qt::green);
+    const QImage before = pixmap.toImage();
+
+    PlainItem(Material).addOverlayIcon(pixmap);
+
+    EXPECT_EQ(pixmap.toImage(), before);
+}
+
+TEST_F(kxAssetItemTest, SharesOnePreviewLoader)
+{
+    kxPreviewImageLoader *loader = kxAssetItem::getPreviewImageLoader();
+    {
+        const PlainItem item;
+    }
+
+    ASSERT_NE(loader, nullptr);
+    EXPECT_EQ(kxAssetItem::getPreviewImageLoader(), loader);
+    EXPECT_EQ(loader->parent(), nullptr);
+}
+
+TEST_F(kxAssetItemTest, ReadsItsIdentityAfterAReset)
+{
+    PlainItem item(Material, "old");
+    item.setDirectoryUrl(url("x"));
+    item.setPreviewImage(redImage());
+    item.setLastModified(QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+    kxAssetItemDocument document;
+    document.setAssetType(Sceneplate);
+    document.setAssetUUID(Uuid);
+    document.setAssetName("木");
+
+    EXPECT_TRUE(item.readMetaData(document));
+
+    EXPECT_EQ(item.category(), Sceneplate);
+    EXPECT_EQ(item.uuid(), Uuid);
+    EXPECT_EQ(item.name(), "木");
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+    EXPECT_TRUE(item.previewImage().isNull());
+    EXPECT_EQ(item.lastModified(), QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+}
+
+TEST_F(kxAssetItemTest, ReadsADocumentThatSaysNothing)
+{
+    PlainItem item(Material, Uuid);
+
+    EXPECT_TRUE(item.readMetaData(kxAssetItemDocument()));
+
+    EXPECT_EQ(item.category(), Undefined);
+    EXPECT_EQ(item.uuid(), "");
+    EXPECT_EQ(item.name(), "");
+}
+
+TEST_F(kxAssetItemTest, ResetsThroughTheSubclassBeforeReading)
+{
+    struct ResettingItem : PlainItem
+    {
+        void reset() override
+        {
+            ++resets;
+            namesBefore.push_back(name());
+            PlainItem::reset();
+        }
+        int resets = 0;
+        std::vector<std::string> namesBefore;
+    } item;
+    item.setName("Before");
+
+    item.readMetaData(kxAssetItemDocument());
+
+    EXPECT_EQ(item.resets, 1);
+    EXPECT_EQ(item.namesBefore, std::vector<std::string>{"Before"});
+}
+
+TEST_F(kxAssetItemTest, WritesCategoryUuidNameAndVersionInThisOrder)
+{
+    PlainItem item(Geometry, Uuid);
+    item.setName("Tisch & Stuhl");
+    kxAssetItemDocument document;
+
+    EXPECT_TRUE(item.writeMetaData(document));
+
+    EXPECT_EQ(document.getQDomDocument().toString(0).toStdString(),
+              "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE SARNAsset>\n<item>\n"
+              "<category>Geometries</category>\n<uuid>0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d</uuid>\n"
+              "<name>Tisch &amp; Stuhl</name>\n<sarnVersion>" +
+                  std::string(kxGetVersionString()) + "</sarnVersion>\n</item>\n");
+}
+
+TEST_F(kxAssetItemTest, WritesWhatSubclassesAnswer)
+{
+    struct OtherItem : PlainItem
+    {
+        std::string uuid() override { return "other uuid"; }
+        std::string name() override { return "other name"; }
+        kxAssetCategoryType category() override { return Environment; }
+    };
+    kxAssetItemDocument document;
+
+    OtherItem().writeMetaData(document);
+
+    EXPECT_EQ(document.getAssetUUID(), "other uuid");
+    EXPECT_EQ(document.getAssetName(), "other name");
+    EXPECT_EQ(document.getAssetType(), Environment);
+}
+
+TEST_F(kxAssetItemTest, ForgetsAllButTheTimeWhenReset)
+{
+    PlainItem item(Geometry, Uuid);
+    item.setName("Chair");
+    item.setDirectoryUrl(url("GEO_Chair"));
+    item.setPreviewImage(redImage());
+    item.setLastModified(QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+
+    item.reset();
+
+    EXPECT_EQ(item.category(), Undefined);
+    EXPECT_EQ(item.uuid(), "");
+    EXPECT_EQ(item.name(), "unnamed");
+    EXPECT_TRUE(item.previewImage().isNull());
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+    EXPECT_EQ(item.lastModified(), QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+}
+
+TEST_F(kxAssetItemTest, GeneratesRandomUuidsOfVersionFour)
+{
+    std::set<std::string> seen;
+    for (int i = 0; i < 500; ++i) {
+        const std::string uuid = PlainItem::generateUUID();
+        ASSERT_EQ(uuid.size(), 36U);
+        for (const std::size_t hyphen : {8U, 13U, 18U, 23U})
+            EXPECT_EQ(uuid[hyphen], '-') << uuid;
+        EXPECT_EQ(uuid[14], '4') << uuid;
+        EXPECT_NE(std::string("89ab").find(uuid[19]), std::string::npos) << uuid;
+        EXPECT_EQ(uuid.find_first_not_of("0123456789abcdef-"), std::string::npos) << uuid;
+        EXPECT_EQ(std::count(uuid.begin(), uuid.end(), '-'), 4) << uuid;
+        seen.insert(uuid);
+    }
+    EXPECT_EQ(seen.size(), 500U);
+}
+
+TEST_F(kxAssetItemTest, ParsesUuidsInEitherCase)
+{
+    const auto lower = PlainItem::getUUIDFromString("0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d");
+    const auto upper = PlainItem::getUUIDFromString("0A1B2C3D-4E5F-4A6B-8C7D-9E0F1A2B3C4D");
+
+    const std::vector<int> bytes(lower.begin(), lower.end());
+    EXPECT_EQ(bytes, (std::vector<int>{0x0a, 0x1b, 0x2c, 0x3d, 0x4e, 0x5f, 0x4a, 0x6b, 0x8c, 0x7d, 0x9e, 0x0f, 0x1a,
+                                       0x2b, 0x3c, 0x4d}));
+    EXPECT_EQ(upper, lower);
+}
+
+TEST_F(kxAssetItemTest, ParsesItsOwnUuidsBack)
+{
+    const std::string uuid = PlainItem::generateUUID();
+
+    EXPECT_EQ(boost::uuids::to_string(PlainItem::getUUIDFromString(uuid)), uuid);
+}
+
+TEST_F(kxAssetItemTest, ParsesAnythingElseAsNil)
+{
+    for (const char *text : {"", "no uuid", "0a1b2c3d-4e5f-4a6b-8c7d", "zz1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d"})
+        EXPECT_TRUE(PlainItem::getUUIDFromString(text).is_nil()) << text;
+}
+
+TEST_F(kxAssetItemTest, TakesTheAttachmentsUuidWhenNoneIsGiven)
+{
+    PlainItem item;
+    setUuid(_material, Uuid);
+
+    item.initUUID(_material, "", true);
+
+    EXPECT_EQ(item.uuid(), Uuid);
+}
+
+TEST_F(kxAssetItemTest, PrefersTheGivenUuidToTheAttachments)
+{
+    PlainItem item;
+    setUuid(_material, Uuid);
+
+    item.initUUID(_material, "given", true);
+
+    EXPECT_EQ(item.uuid(), "given");
+}
+
+TEST_F(kxAssetItemTest, TakesTheGivenUuidWithoutAnAttachment)
+{
+    PlainItem item;
+
+    item.initUUID(_material, "given", true);
+
+    EXPECT_EQ(item.uuid(), "given");
+}
+
+TEST_F(kxAssetItemTest, MakesAUuidWhenThereIsNone)
+{
+    PlainItem item(Material, "before");
+
+    item.initUUID(_material, "", true);
+    const std::string withoutAttachment = item.uuid();
+    setUuid(_material, "");
+    item.initUUID(_material, "", true);
+    const std::string withEmptyAttachment = item.uuid();
+
+    EXPECT_EQ(withoutAttachment.size(), 36U);
+    EXPECT_EQ(withEmptyAttachment.size(), 36U);
+    EXPECT_NE(withEmptyAttachment, withoutAttachment);
+}
+
+TEST_F(kxAssetItemTest, AlwaysMakesAUuidUnlessTheAttachmentMayBeUsed)
+{
+    PlainItem item;
+    setUuid(_material, Uuid);
+
+    item.initUUID(_material, "given", false);
+    const std::string withContainer = item.uuid();
+    item.initUUID(nullptr, "given", true);
+    const std::string withoutContainer = item.uuid();
+
+    EXPECT_EQ(withContainer.size(), 36U);
+    EXPECT_NE(withContainer, Uuid);
+    EXPECT_EQ(withoutContainer.size(), 36U);
+}
+
+TEST_F(kxAssetItemTest, StampsNothingOntoNull)
+{
+    EXPECT_FALSE(PlainItem().updateAssetAttachment(nullptr));
+}
+
+TEST_F(kxAssetItemTest, StampsItselfOntoAnObject)
+{
+    writeFile("MAT_a b#ü/payload.osb", "123456789");
+    PlainItem item(Material, Uuid);
+    item.setDirectoryUrl(url("MAT_a b#ü"));
+
+    const osg::AssetAttachmentPtr attachment = item.updateAssetAttachment(_material);
+
+    ASSERT_TRUE(attachment);
+    EXPECT_EQ(attachment, osg::AssetAttachment::getAssetAttachment(_material));
+    EXPECT_EQ(attachment->getUuid(), Uuid);
+    EXPECT_EQ(attachment->getCategory(), "Materials");
+    EXPECT_EQ(attachment->getUrl(), "file://" + _folder.string() + "/MAT_a b%23ü");
+    EXPECT_EQ(attachment->getChecksum(), 0xCBF43926U);
+    EXPECT_FALSE(attachment->getUserEdited());
+}
+
+TEST_F(kxAssetItemTest, StampsFieldByFieldInOrder)
+{
+    using Attachment = osg::AssetAttachment;
+    writeFile("MAT_x/payload.osb", "123456789");
+    const PlainItem prepared = itemIn(url("MAT_x"));
+    PlainItem item(prepared);
+    const osg::AssetAttachmentPtr attachment = Attachment::createAssetAttachment(_material);
+    {
+        osg::CPEditor edit(attachment, Attachment::UserEditedFieldMask);
+        attachment->setUserEdited(true);
+    }
+    const AttachmentListener listener;
+
+    EXPECT_EQ(item.updateAssetAttachment(_material), attachment);
+
+    EXPECT_EQ(listener.changes, (std::vector<osg::FieldMask>{Attachment::UuidFieldMask, Attachment::CategoryFieldMask,
+                                                             Attachment::UrlFieldMask, Attachment::ChecksumFieldMask,
+                                                             Attachment::UserEditedFieldMask}));
+    EXPECT_FALSE(attachment->getUserEdited());
+}
+
+TEST_F(kxAssetItemTest, HasTheChecksumOfItsPayload)
+{
+    writeFile("MAT_x/payload.osb", "123456789");
+    writeFile("MAT_x/payload.png", "other");
+
+    EXPECT_EQ(itemIn(url("MAT_x")).checksum(), 0xCBF43926U);
+}
+
+TEST_F(kxAssetItemTest, HasNoChecksumWithoutPayloadOrBackEnd)
+{
+    writeFile("MAT_x/payload.png", "123456789");
+
+    EXPECT_EQ(itemIn(url("MAT_x")).checksum(), 0U);
+    EXPECT_EQ(itemIn(url("missing")).checksum(), 0U);
+    EXPECT_EQ(itemIn(QUrl("nobody://x/y")).checksum(), 0U);
+    EXPECT_EQ(PlainItem().checksum(), 0U);
+}
+
+TEST_F(kxAssetItemTest, ComparesTheStoredChecksumWithTheAttachments)
+{
+    writeFile("MAT_x/payload.osb", "123456789");
+    PlainItem item = itemIn(url("MAT_x"));
+    item.updateAssetAttachment(_material);
+    EXPECT_TRUE(item.hasSameChecksum(_material));
+
+    writeFile("MAT_x/payload.osb", "123456780");
+    EXPECT_FALSE(item.hasSameChecksum(_material));
+}
+
+TEST_F(kxAssetItemTest, ComparesNoChecksumOfWhatIsNoAsset)
+{
+    const PlainItem item = itemIn(url("missing"));
+
+    EXPECT_FALSE(item.hasSameChecksum(nullptr));
+    EXPECT_FALSE(item.hasSameChecksum(_material));
+
+    // An attachment without a checksum is the same as an asset without a payload.
+    setUuid(_material, Uuid);
+    EXPECT_TRUE(item.hasSameChecksum(_material));
+}
+
+TEST_F(kxAssetItemTest, RenamesInTheMetadataAndInMemory)
+{
+    PlainItem item = itemIn(writeNamed("<name>Old</name>"));
+
+    EXPECT_TRUE(item.changeName(QString::fromUtf8("Neu & schön 木")));
+
+    EXPECT_EQ(item.name(), "Neu & schön 木");
+    EXPECT_EQ(storedNames(), std::vector<std::string>{"Neu & schön 木"});
+    EXPECT_EQ(item.directoryUrl(), url("MAT_x"));
+}
+
+TEST_F(kxAssetItemTest, LeavesTheFileAloneWhenTheNameIsTheSame)
+{
+    PlainItem item = itemIn(writeNamed("<name>Stored</name>"), "Same");
+
+    EXPECT_TRUE(item.changeName("Same"));
+    EXPECT_TRUE(itemIn(QUrl(), "Same").changeName("Same"));
+
+    EXPECT_EQ(storedNames(), std::vector<std::string>{"Stored"});
+}
+
+TEST_F(kxAssetItemTest, RenamesBetweenTheTwoFormsOfAnUmlaut)
+{
+    PlainItem item = itemIn(writeNamed("<name>u</name>"), "\xC3\xBC");
+
+    EXPECT_TRUE(item.changeName(QString::fromUtf8("u\xCC\x88")));
+
+    EXPECT_EQ(item.name(), "u\xCC\x88");
+    EXPECT_EQ(storedNames(), std::vector<std::string>{"u\xCC\x88"});
+}
+
+TEST_F(kxAssetItemTest, RenamesTheFirstOfTwoNamesOnly)
+{
+    PlainItem item = itemIn(writeNamed("<name>Old</name><name>Other</name>"));
+
+    EXPECT_TRUE(item.changeName("New"));
+
+    EXPECT_EQ(storedNames(), (std::vector<std::string>{"New", "Other"}));
+}
+
+TEST_F(kxAssetItemTest, FillsAnEmptyNameAndGoesOnToTheNext)
+{
+    PlainItem item = itemIn(writeNamed("<name></name><name>Old</name><name>Last</name>"));
+
+    EXPECT_TRUE(item.changeName("New"));
+
+    EXPECT_EQ(storedNames(), (std::vector<std::string>{"New", "New", "Last"}));
+}
+
+TEST_F(kxAssetItemTest, AppendsToANameThatBeginsWithSomethingElse)
+{
+    PlainItem item = itemIn(writeNamed("<name><b>bold</b>Old</name>"));
+
+    EXPECT_TRUE(item.changeName("New"));
+
+    EXPECT_EQ(storedNames(), std::vector<std::string>{"boldOldNew"});
+}
+
+TEST_F(kxAssetItemTest, ReplacesTheFirstTextOnly)
+{
+    PlainItem item = itemIn(writeNamed("<name>Old<b>bold</b></name>"));
+
+    EXPECT_TRUE(item.changeName("New"));
+
+    EXPECT_EQ(storedNames(), std::vector<std::string>{"Newbold"});
+}
+
+TEST_F(kxAssetItemTest, RenamesInMemoryWhenTheMetadataHasNoName)
+{
+    PlainItem item = itemIn(writeNamed(""));
+
+    EXPECT_TRUE(item.changeName("New"));
+
+    EXPECT_EQ(item.name(), "New");
+    EXPECT_EQ(storedNames(), std::vector<std::string>{});
+}
+
+TEST_F(kxAssetItemTest, LeavesNamesElsewhereInTheDocumentAlone)
+{
+    PlainItem item = itemIn(writeNamed("<material><name>Inner</name></material><name>Old</name>"));
+
+    EXPECT_TRUE(item.changeName("New"));
+
+    EXPECT_EQ(storedNames(), (std::vector<std::string>{"Inner", "New"}));
+}
+
+TEST_F(kxAssetItemTest, KeepsItsNameWithoutBackEndOrMetadata)
+{
+    PlainItem nowhere = itemIn(QUrl("nobody://x"));
+    PlainItem empty = itemIn(url("missing"));
+
+    EXPECT_FALSE(nowhere.changeName("New"));
+    EXPECT_FALSE(empty.changeName("New"));
+
+    EXPECT_EQ(nowhere.name(), "Old");
+    EXPECT_EQ(empty.name(), "Old");
+}
+
+TEST_F(kxAssetItemTest, KeepsItsNameWhenTheMetadataCannotBeWritten)
+{
+    PlainItem item = itemIn(writeNamed("<name>Old</name>"));
+    const std::string before = readFile("MAT_x/asset.xml");
+    const kxLogRecorder log;
+    bool isRenamed = true;
+    {
+        const FullDisk full;
+        isRenamed = item.changeName("New");
+    }
+
+    EXPECT_FALSE(isRenamed);
+    EXPECT_EQ(item.name(), "Old");
+    EXPECT_EQ(readFile("MAT_x/asset.xml"), before);
+    EXPECT_EQ(log.lines(kxLogLevel::Error).size(), 1U);
+}
+
+TEST_F(kxAssetItemTest, ShowsItsColumns)
+{
+    writeAsset("lib/MAT_x", "");
+    PlainItem item = itemIn(url("lib/MAT_x"), "Größe");
+    const QDateTime time(QDate(2020, 2, 29), QTime(12, 30));
+    item.setLastModified(time);
+
+    for (const int role : {0, 2, 3}) {
+        EXPECT_EQ(item.data(0, role), QVariant(QString::fromUtf8("Größe")));
+        EXPECT_EQ(item.data(2, role), QVariant(QLocale().toString(time, QLocale::ShortFormat)));
+        EXPECT_EQ(item.data(3, role), QVariant(QString::fromStdString(_folder.file("lib"))));
+        EXPECT_FALSE(item.data(1, role).isValid());
+        EXPECT_FALSE(item.data(4, role).isValid());
+        EXPECT_FALSE(item.data(-1, role).isValid());
+    }
+}
+
+TEST_F(kxAssetItemTest, ShowsTheShortDateOfTheDefaultLocale)
+{
+    PlainItem item;
+    item.setLastModified(QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+    const QLocale former;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+
+    const QVariant text = item.data(2, 0);
+    QLocale::setDefault(former);
+
+    EXPECT_EQ(text, QVariant("29.02.20 12:30"));
+}
+
+TEST_F(kxAssetItemTest, ShowsAnEmptyTextWithoutATime)
+{
+    EXPECT_EQ(PlainItem().data(2, 0), QVariant(QString("")));
+}
+
+TEST_F(kxAssetItemTest, ShowsNothingForOtherRoles)
+{
+    PlainItem item = itemIn(url("MAT_x"));
+
+    for (const int role : {1, 4, 6, -1, 0x100})
+        for (int column = 0; column < 5; ++column)
+            EXPECT_FALSE(item.data(column, role).isValid()) << column << " " << role;
+}
+
+TEST_F(kxAssetItemTest, ShowsNoPlaceWithoutABackEnd)
+{
+    EXPECT_FALSE(itemIn(QUrl("nobody://x/y")).data(3, 0).isValid());
+    EXPECT_FALSE(PlainItem().data(3, 0).isValid());
+}
+
+TEST_F(kxAssetItemTest, SortsDatesByTimeAndTheRestByText)
+{
+    PlainItem item = itemIn(url("lib/MAT_x"), "Name");
+    const QDateTime time(QDate(2020, 2, 29), QTime(12, 30));
+    item.setLastModified(time);
+
+    EXPECT_EQ(item.sortData(2), QVariant(time));
+    EXPECT_EQ(item.sortData(0), QVariant("Name"));
+    EXPECT_EQ(item.sortData(3), QVariant(QString::fromStdString(_folder.file("lib"))));
+    EXPECT_FALSE(item.sortData(1).isValid());
+    EXPECT_EQ(PlainItem().sortData(2), QVariant(QDateTime()));
+}
+
+TEST_F(kxAssetItemTest, SortsByWhatTheSubclassDisplays)
+{
+    struct TypedItem : PlainItem
+    {
+        QVariant data(int column, int role) override { return QString("%1/%2").arg(column).arg(role); }
+    };
+
+    EXPECT_EQ(TypedItem().sortData(1), QVariant("1/0"));
+}
+
+TEST_F(kxAssetItemTest, KnowsTheFolderThatHoldsItsDirectory)
+{
+    EXPECT_EQ(itemIn(url("lib/MAT_x")).parentDirectoryUrl(), url("lib"));
+    EXPECT_EQ(itemIn(QUrl("nobody://x/y")).parentDirectoryUrl(), QUrl());
+    EXPECT_EQ(PlainItem().parentDirectoryUrl(), QUrl());
+}
+
+TEST_F(kxAssetItemTest, HasAValidPlaceWhereItsAssetIs)
+{
+    const QUrl directory = writeAsset("GEO_x", "<category>Geometries</category><uuid>" + std::string(Uuid) + "</uuid>");
+    PlainItem item(Geometry, Uuid);
+    item.setDirectoryUrl(directory);
+    PlainItem otherCategory(Sceneplate, Uuid);
+    otherCategory.setDirectoryUrl(directory);
+    PlainItem otherUuid(Geometry, "other");
+    otherUuid.setDirectoryUrl(directory);
+
+    EXPECT_TRUE(item.hasValidSaveLocation());
+    EXPECT_FALSE(otherCategory.hasValidSaveLocation());
+    EXPECT_FALSE(otherUuid.hasValidSaveLocation());
+    EXPECT_FALSE(itemIn(url("missing")).hasValidSaveLocation());
+    EXPECT_FALSE(PlainItem(Geometry, Uuid).hasValidSaveLocation());
+}
+
+TEST_F(kxAssetItemTest, NeedsNoLoadingForAPreviewItHas)
+{
+    PlainItem item;
+    item.setPreviewImage(redImage());
+
+    EXPECT_TRUE(item.loadPreviewImage(false));
+    EXPECT_TRUE(item.loadPreviewImage(true));
+    EXPECT_EQ(item.previewImage(), redImage());
+}
+
+TEST_F(kxAssetItemTest, LoadsNoPreviewFromNowhere)
+{
+    for (const bool asynchronous : {false, true}) {
+        EXPECT_FALSE(PlainItem().loadPreviewImage(asynchronous));
+        EXPECT_FALSE(itemIn(QUrl("nobody://x")).loadPreviewImage(asynchronous));
+    }
+    EXPECT_FALSE(itemIn(url("missing")).loadPreviewImage(false));
+}
+
+TEST_F(kxAssetItemTest, LoadsItsPreviewAtOnce)
+{
+    PlainItem item = itemIn(writeNamed(""));
+    ASSERT_TRUE(redImage().save(QString::fromStdString(_folder.file("MAT_x/asset.png"))));
+
+    EXPECT_TRUE(item.loadPreviewImage(false));
+
+    EXPECT_EQ(item.previewImage().size(), QSize(4, 2));
+    EXPECT_EQ(item.previewImage().pixelColor(3, 1), QColor(Qt::red));
+}
+
+TEST_F(kxAssetItemTest, HasItsPreviewAnnouncedByTheSharedLoader)
+{
+    PlainItem item = itemIn(writeNamed(""));
+    ASSERT_TRUE(redImage().save(QString::fromStdString(_folder.file("MAT_x/asset.png"))));
+    QSignalSpy spy(kxAssetItem::getPreviewImageLoader(), SIGNAL(previewLoaded(QUrl, QImage *)));
+
+    EXPECT_TRUE(item.loadPreviewImage(true));
+
+    EXPECT_TRUE(item.previewImage().isNull());
+    ASSERT_TRUE(spy.wait());
+    EXPECT_EQ(spy[0][0].toUrl(), url("MAT_x"));
+    delete spy[0][1].value<QImage *>();
+}
+
+namespace {
+
+/// Makes the protected operations of the slots nameable.
+struct Slots : kxAssetItem
+{
+    static constexpr auto Reset = &Slots::reset;
+    static constexpr auto UpdateAssetAttachment = &Slots::updateAssetAttachment;
+};
+
+/// The number of a virtual operation in its table, of which the destructor takes the first two places.
+template <class Member> std::ptrdiff_t slotOf(Member member)
+{
+    std::ptrdiff_t offset = 0;
+    std::memcpy(&offset, &member, sizeof offset);
+    return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void *)) - 1;
+}
+
+} // namespace
+
+TEST_F(kxAssetItemTest, KeepsTheOrderOfItsVirtualOperations)
+{
+    const std::vector<std::ptrdiff_t> order = {
+        slotOf(&kxAssetItem::save),
+        slotOf(&kxAssetItem::readMetaData),
+        slotOf(&kxAssetItem::writeMetaData),
+        slotOf(&kxAssetItem::uuid),
+        slotOf(&kxAssetItem::name),
+        slotOf(&kxAssetItem::category),
+        slotOf(&kxAssetItem::hasCategory),
+        slotOf(&kxAssetItem::previewImage),
+        slotOf(&kxAssetItem::setPreviewImage),
+        slotOf(&kxAssetItem::addOverlayIcon),
+        slotOf(&kxAssetItem::directoryUrl),
+        slotOf(&kxAssetItem::setDirectoryUrl),
+        slotOf(&kxAssetItem::changeName),
+        slotOf(&kxAssetItem::checksum),
+        slotOf(&kxAssetItem::hasSameChecksum),
+        slotOf(&kxAssetItem::lastModified),
+        slotOf(&kxAssetItem::initFrom),
+        slotOf(&kxAssetItem::data),
+        slotOf(&kxAssetItem::sortData),
+        slotOf(&kxAssetItem::mimeType),
+        slotOf(&kxAssetItem::loadPreviewImage),
+        slotOf(Slots::Reset),
+        slotOf(Slots::UpdateAssetAttachment),
+    };
+
+    EXPECT_EQ(order, (std::vector<std::ptrdiff_t>{1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
+                                                  13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23}));
+}
