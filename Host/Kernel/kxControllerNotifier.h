@@ -20,4 +20,8 @@ signals:
 
     /// Emitted only when the state really changed.
     void modifiedChanged(bool modified);
+
+    /// A file is being loaded whose progress the user is to see; the second follows in every case.
+    void fileLoadingStarted(const QString &path);
+    void fileLoadingFinished(const QString &path);
 };
