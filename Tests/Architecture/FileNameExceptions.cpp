@@ -6,6 +6,7 @@ namespace architecture {
 const std::vector<NameException> &headersWithoutSource()
 {
     static const std::vector<NameException> table = {
+        {"Host/Import/kxImportedScene.h", "plain values"},
         {"Host/Kernel/kxSceneplateTypes.h", "an enumeration"},
         {"Host/SceneGraph/FCPtr.h", "templates"},
         {"Host/SceneGraph/FieldMacros.h", "macros and templates"},
