@@ -184,6 +184,13 @@ std::optional<std::string> checkOwnInTest(std::string_view path, std::string_vie
     return checkOwn(*tested, target);
 }
 
+/// What several test files of a folder share is written from Tests/, as "Host/Kernel/SceneTestSupport.h".
+bool isHelperOfSameTests(std::string_view path, std::string_view target)
+{
+    const std::size_t slash = target.rfind('/');
+    return slash != std::string_view::npos && path.starts_with("Tests/" + std::string(target.substr(0, slash + 1)));
+}
+
 const ThirdParty *thirdPartyOf(const std::string &target)
 {
     const auto matches = [&](const ThirdParty &library) {
@@ -230,6 +237,8 @@ std::optional<std::string> findViolation(std::string_view path, const Include &i
         return "headers of the project are quoted; write \"" + include.target + "\"";
     if (isOwn)
         return user != nullptr ? checkOwn(*user, include.target) : checkOwnInTest(path, include.target);
+    if (include.isQuoted && isHelperOfSameTests(path, include.target))
+        return {};
     if (include.target.find("..") != std::string::npos)
         return "an include starts at the library's folder; write \"Kernel/kxLog.h\", for instance";
     const bool isGenerated = thirdPartyOf(include.target) != nullptr;

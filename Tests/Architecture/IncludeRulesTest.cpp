@@ -117,6 +117,13 @@ TEST(IncludeRulesTest, HoldsTestsToTheLayersOfWhatTheyTest)
     EXPECT_FALSE(quoted("Tests/Host/SceneGraph/NodeTest.cpp", "Support/TemporaryFolder.h"));
 }
 
+TEST(IncludeRulesTest, LetsTestsShareHelpersWithinTheirFolder)
+{
+    EXPECT_FALSE(quoted("Tests/Host/Kernel/kxFileTest.cpp", "Host/Kernel/SceneTestSupport.h"));
+    EXPECT_TRUE(quoted("Tests/Libs/Assets/kxAssetItemTest.cpp", "Host/Kernel/SceneTestSupport.h"));
+    EXPECT_TRUE(quoted("Libs/Assets/kxAssetItem.cpp", "Host/Kernel/SceneTestSupport.h"));
+}
+
 TEST(IncludeRulesTest, KeepsQtOutOfTheSceneGraph)
 {
     EXPECT_THAT(bracketed("Host/SceneGraph/Image.cpp", "QImage"), Optional(HasSubstr("the scene graph knows no Qt")));
