@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+namespace kxAssetsInternal {
+
+/// Whether the name is taken, also by a link that leads nowhere.
+bool isTaken(const QString &path);
+
+/// Where the entry itself is, whatever links lead to the directory that holds it; a link at the end is not followed.
+/// Empty for an empty path and in a directory that does not exist.
+QString placeOf(const QString &path);
+
+/// Renames what is at \a from, file, directory or link; false, and nothing changes, when the name is taken.
+bool renameEntry(const QString &from, const QString &to);
+
+} // namespace kxAssetsInternal

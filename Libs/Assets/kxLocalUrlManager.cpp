@@ -1,0 +1,422 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxLocalUrlManager.h"
+
+#include "Assets/Internal/ImageFile.h"
+#include "Assets/Internal/LocalPath.h"
+#include "Assets/Internal/MetadataReader.h"
+#include "Assets/Internal/StandardOutput.h"
+#include "Assets/Internal/UniqueNames.h"
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+#include "Kernel/QKXDomDocumentWriter.h"
+#include "Kernel/kxFile.h"
+#include "Kernel/kxFileIO.h"
+#include "Kernel/kxLog.h"
+#include "Kernel/kxModalQuestion.h"
+
+#include <QDirIterator>
+#include <QDomDocument>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QPixmap>
+#include <QThread>
+
+using kxAssetsInternal::isReadByQt;
+using kxAssetsInternal::isTaken;
+using kxAssetsInternal::placeOf;
+using kxAssetsInternal::printLine;
+using kxAssetsInternal::readWithHost;
+using kxAssetsInternal::renameEntry;
+using kxAssetsInternal::UniqueNames;
+
+kxLocalUrlManager *kxLocalUrlManager::_instance = nullptr;
+
+namespace {
+
+constexpr QDir::Filters DirectoryFilter = QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot;
+constexpr QDir::Filters FileFilter = QDir::Files | QDir::NoSymLinks;
+
+std::vector<QUrl> entriesOf(const QDir &directory, const QStringList &names)
+{
+    std::vector<QUrl> urls;
+    urls.reserve(static_cast<std::size_t>(names.size()));
+    for (const QString &name : names)
+        urls.push_back(QUrl::fromLocalFile(directory.absoluteFilePath(name)));
+    return urls;
+}
+
+} // namespace
+
+kxLocalUrlManager *kxLocalUrlManager::the()
+{
+    Q_ASSERT(!QCoreApplication::instance() || QThread::currentThread() == QCoreApplication::instance()->thread());
+    if (!_instance)
+        _instance = new kxLocalUrlManager;
+    return _instance;
+}
+
+// Queries
+
+bool kxLocalUrlManager::accepts(const QUrl &url) const
+{
+    return url.isLocalFile();
+}
+
+QDir kxLocalUrlManager::getDir(const QUrl &url)
+{
+    return QDir(url.toLocalFile());
+}
+
+bool kxLocalUrlManager::isDirectory(const QUrl &url) const
+{
+    return QFileInfo(url.toLocalFile()).isDir();
+}
+
+bool kxLocalUrlManager::isFile(const QUrl &url) const
+{
+    return QFileInfo(url.toLocalFile()).isFile();
+}
+
+bool kxLocalUrlManager::exists(const QUrl &url) const
+{
+    return QFileInfo(url.toLocalFile()).exists();
+}
+
+QUrl kxLocalUrlManager::expand(const QUrl &url)
+{
+    return QUrl::fromLocalFile(QString::fromStdString(kxFile::expandFilename(url.toLocalFile().toUtf8().constData())));
+}
+
+QString kxLocalUrlManager::uiString(const QUrl &url)
+{
+    return url.toLocalFile();
+}
+
+QString kxLocalUrlManager::directoryName(const QUrl &url)
+{
+    return getDir(url).dirName();
+}
+
+QString kxLocalUrlManager::fileName(const QUrl &url)
+{
+    const QFileInfo info(url.toLocalFile());
+    return info.isFile() ? info.fileName() : QString();
+}
+
+QIcon kxLocalUrlManager::icon(const QUrl &url)
+{
+    return _iconProvider.icon(QFileInfo(url.toLocalFile()));
+}
+
+QString kxLocalUrlManager::owner(const QUrl &url)
+{
+    return QFileInfo(url.toLocalFile()).owner();
+}
+
+QDateTime kxLocalUrlManager::lastModified(const QUrl &url)
+{
+    return QFileInfo(url.toLocalFile()).lastModified();
+}
+
+QUrl kxLocalUrlManager::getDirectoryUrl(const QUrl &url)
+{
+    return isDirectory(url) ? url : getParentDirectoryUrl(url);
+}
+
+QUrl kxLocalUrlManager::getParentDirectoryUrl(const QUrl &url)
+{
+    return QUrl::fromLocalFile(QFileInfo(url.toLocalFile()).absolutePath());
+}
+
+bool kxLocalUrlManager::isSameDirectory(const QUrl &a, const QUrl &b) const
+{
+    return getDir(a) == getDir(b);
+}
+
+std::uint32_t kxLocalUrlManager::checksum(const QUrl &url) const
+{
+    return kxFile::getChecksum(url.toLocalFile().toUtf8().constData(), 0);
+}
+
+int kxLocalUrlManager::subDirectoryCount(const QUrl &url) const
+{
+    return getDir(url).entryList(DirectoryFilter).size();
+}
+
+std::vector<QUrl> kxLocalUrlManager::subDirectories(const QUrl &url)
+{
+    const QDir directory = getDir(url);
+    return entriesOf(directory, directory.entryList(DirectoryFilter));
+}
+
+std::vector<QUrl> kxLocalUrlManager::files(const QUrl &url, const QStringList &nameFilters, QDir::SortFlags sort)
+{
+    const QDir directory = getDir(url);
+    return entriesOf(directory, directory.entryList(nameFilters, FileFilter, sort));
+}
+
+QUrl kxLocalUrlManager::extendByDirectory(const QUrl &url, const QString &name)
+{
+    QUrl extended = getDirectoryUrl(url);
+    QString path = extended.path(QUrl::FullyDecoded);
+    if (!path.endsWith(QLatin1Char('/')))
+        path += QLatin1Char('/');
+    extended.setPath(path + name, QUrl::DecodedMode);
+    return extended;
+}
+
+// Creating
+
+QString kxLocalUrlManager::getUniqueDirectoryName(const QUrl &url, const QString &name)
+{
+    const QDir directory = getDir(url);
+    UniqueNames names(name, getNumberSuffix(name));
+    while (isTaken(directory.filePath(names.current())))
+        names.advance();
+    return names.current();
+}
+
+QUrl kxLocalUrlManager::makeUniqueDirectory(const QUrl &url, const QString &name, kxAssetItem *item)
+{
+    QDir directory = getDir(url);
+    UniqueNames names(name, getNumberSuffix(name));
+    for (; isTaken(directory.filePath(names.current())); names.advance()) {
+        const QUrl existing = QUrl::fromLocalFile(directory.absoluteFilePath(names.current()));
+        if (item && containsItem(existing, item->category(), item->uuid())) {
+            printLine("[makeUniqueDirectory] - contains item with same uuid");
+            return existing;
+        }
+    }
+    directory.mkdir(names.current());
+    directory.cd(names.current());
+    return QUrl::fromLocalFile(directory.absolutePath());
+}
+
+QUrl kxLocalUrlManager::makeDirectory(const QUrl &url, const QString &name)
+{
+    QDir parent = getDir(url);
+    if (!ensureDirectoryExists(url) || !parent.mkdir(name))
+        return {};
+    return QUrl::fromLocalFile(parent.absoluteFilePath(name));
+}
+
+QUrl kxLocalUrlManager::makePath(const QUrl &url, const QString &relativePath)
+{
+    if (relativePath.isEmpty())
+        return url;
+    const QDir parent = getDir(url);
+    return parent.mkpath(relativePath) ? QUrl::fromLocalFile(parent.absoluteFilePath(relativePath)) : QUrl();
+}
+
+bool kxLocalUrlManager::ensureDirectoryExists(const QUrl &url)
+{
+    const QDir directory = getDir(url);
+    return directory.exists() || directory.mkpath(QStringLiteral("."));
+}
+
+// Renaming, moving, removing
+
+bool kxLocalUrlManager::rename(const QUrl &from, const QUrl &to) const
+{
+    return renameEntry(from.toLocalFile(), to.toLocalFile());
+}
+
+QUrl kxLocalUrlManager::rename(const QUrl &url, const QString &oldName, const QString &newName)
+{
+    const QUrl parent = getParentDirectoryUrl(url);
+    const QDir directory = getDir(parent);
+    return renameEntry(directory.filePath(oldName), directory.filePath(newName)) ? extendByDirectory(parent, newName)
+                                                                               : url;
+}
+
+namespace {
+
+/// Onto itself or into itself, by whatever spelling and through whatever links.
+bool isMoveIntoItself(const QString &source, const QString &target, const QString &result)
+{
+    const QString place = placeOf(source);
+    if (place.isEmpty() || place == placeOf(result))
+        return true;
+    const QFileInfo info(place);
+    if (info.isSymLink())
+        return false;
+    const QString targetPlace = QFileInfo(target).canonicalFilePath();
+    return place == targetPlace || targetPlace.startsWith(place + QLatin1Char('/')) ||
+           place == QFileInfo(result).canonicalFilePath();
+}
+
+} // namespace
+
+bool kxLocalUrlManager::move(const QUrl &source, const QUrl &targetDirectory, QUrl &resultUrl,
+                             bool mergeWithoutAsking) const
+{
+    const QString name = self().directoryName(source);
+    const QUrl result = self().extendByDirectory(targetDirectory, name);
+    resultUrl = result;
+    if (result == source || isMoveIntoItself(source.toLocalFile(), targetDirectory.toLocalFile(), result.toLocalFile()))
+        return false;
+
+    printLine("move " + source.toString().toStdString() + " to " + targetDirectory.toString().toStdString());
+    if (!isTaken(result.toLocalFile()))
+        return rename(source, result);
+    if (!mergeWithoutAsking &&
+        kxModalQuestion::warning(
+            nullptr, tr("Asset Manager"),
+            tr("The target already contains a folder named '%1'.\nMerge folders?").arg(name),
+            QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) != QMessageBox::Yes)
+        return false;
+    return merge(source, result);
+}
+
+bool kxLocalUrlManager::merge(const QUrl &source, const QUrl &target) const
+{
+    const std::vector<QUrl> directories = self().subDirectories(source);
+    const std::vector<QUrl> plainFiles = self().files(source, {}, QDir::NoSort);
+
+    bool isComplete = true;
+    for (const QUrl &directory : directories) {
+        bool isMoved = false;
+        if (containsItems(directory, Undefined)) {
+            const QString name = self().getUniqueDirectoryName(target, self().directoryName(directory));
+            isMoved = rename(directory, self().extendByDirectory(target, name));
+        } else {
+            QUrl discarded;
+            isMoved = move(directory, target, discarded, true);
+        }
+        isComplete = isMoved && isComplete;
+    }
+    const QDir targetDirectory = getDir(target);
+    for (const QUrl &file : plainFiles) {
+        const QUrl moved = QUrl::fromLocalFile(targetDirectory.absoluteFilePath(self().fileName(file)));
+        isComplete = rename(file, moved) && isComplete;
+    }
+    QDir().rmdir(source.toLocalFile());
+    return isComplete;
+}
+
+bool kxLocalUrlManager::removeDirectory(const QUrl &url) const
+{
+    const QString path = url.toLocalFile();
+    if (path.isEmpty())
+        return false;
+    if (!isTaken(path))
+        return true;
+
+    const bool isLink = QFileInfo(path).isSymLink();
+    const QUrl directory = isLink ? url : self().getDirectoryUrl(url);
+    kxAssetItemFactory &registry = kxAssetItemFactory::the();
+    std::set<kxAssetItem *> gone = registry.findItems(Undefined, directory);
+    const bool isRemoved = isLink ? QFile::remove(path) : removeRecursively(getDir(directory));
+
+    std::set<kxAssetItem *> left;
+    collectItems(directory, Undefined, left, nullptr, false);
+    for (kxAssetItem *item : left)
+        gone.erase(item);
+    registry.deleteItems(gone);
+    return isRemoved;
+}
+
+bool kxLocalUrlManager::removeRecursively(const QDir &directory)
+{
+    bool isEmpty = true;
+    QDirIterator entries(directory.absolutePath(),
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    while (entries.hasNext()) {
+        entries.next();
+        const QFileInfo info = entries.fileInfo();
+        const bool isRemoved = info.isDir() && !info.isSymLink() ? removeRecursively(QDir(info.filePath()))
+                                                                 : QFile::remove(info.filePath());
+        isEmpty = isRemoved && isEmpty;
+    }
+    return isEmpty && QDir().rmdir(directory.absolutePath());
+}
+
+// Reading
+
+bool kxLocalUrlManager::loadDocumentFromFile(const QUrl &url, QDomDocument &document) const
+{
+    QFile file(url.toLocalFile());
+    if (QFileInfo(file).suffix().compare(QLatin1String("xml"), Qt::CaseInsensitive) != 0)
+        return false;
+    if (!file.open(QIODevice::ReadOnly)) {
+        printLine("could not open xml");
+        return false;
+    }
+    QString message;
+    int line = 0;
+    int column = 0;
+    if (kxAssetsInternal::readMetadata(file, document, message, line, column))
+        return true;
+    printLine("could not set xml content, error " + message.toStdString() + " at " + std::to_string(line) + ", " +
+              std::to_string(column));
+    return false;
+}
+
+bool kxLocalUrlManager::loadPixmapFromFile(const QUrl &url, QPixmap &pixmap) const
+{
+    const QString path = url.toLocalFile();
+    if (isReadByQt(path) && pixmap.load(path))
+        return true;
+    const QImage image = readWithHost(path);
+    if (image.isNull())
+        return false;
+    pixmap = QPixmap::fromImage(image);
+    return true;
+}
+
+bool kxLocalUrlManager::loadImageFromFile(const QUrl &url, QImage *image) const
+{
+    if (!image)
+        return false;
+    const QString path = url.toLocalFile();
+    if (isReadByQt(path) && image->load(path))
+        return true;
+    const QImage read = readWithHost(path);
+    if (read.isNull())
+        return false;
+    *image = read;
+    return true;
+}
+
+bool kxLocalUrlManager::loadMaterialFromFile(const QUrl &url, osg::MaterialPtr &material) const
+{
+    constexpr int Shown = 0;
+    constexpr int Hidden = -1;
+    std::vector<osg::FCRef<osg::Material>> materials = kxFileIO::loadMaterial(
+        url.toLocalFile().toUtf8().constData(), showMaterialLoadProgress() ? Shown : Hidden, false);
+    if (materials.empty())
+        return false;
+    material = materials.front().take();
+    return static_cast<bool>(material);
+}
+
+bool kxLocalUrlManager::loadSceneplateFromFile(const QUrl &url, osg::NodePtr &) const
+{
+    kxLog::error("Sceneplate assets are not supported in this version: '%s'.",
+                 url.toLocalFile().toUtf8().constData());
+    return false;
+}
+
+bool kxLocalUrlManager::loadNodeFromFile(const QUrl &url, osg::NodePtr &) const
+{
+    kxLog::error("Assets that are nodes are not supported in this version: '%s'.",
+                 url.toLocalFile().toUtf8().constData());
+    return false;
+}
+
+// Writing; how whole assets are saved stands in kxLocalUrlManagerSaving.cpp
+
+bool kxLocalUrlManager::saveDocumentToFile(const QUrl &url, const QDomDocument &document) const
+{
+    const QByteArray path = url.toLocalFile().toUtf8();
+    if (!kxFile::checkWrite(path.constData(), false, false)) {
+        kxLog::error("Can't write file '%s', no writing permission!", path.constData());
+        return false;
+    }
+    std::string reason;
+    if (kxFile::write(path.constData(), QKXDomDocumentWriter::toString(document).toStdString(), reason))
+        return true;
+    kxLog::error("Failed to write file '%s'.", path.constData());
+    return false;
+}

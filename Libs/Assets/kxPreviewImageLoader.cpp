@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxPreviewImageLoader.h"
+
+#include "Assets/Internal/kxLoadImage.h"
+
+#include <QCoreApplication>
+#include <QImage>
+#include <QThread>
+#include <QThreadPool>
+
+#include <memory>
+
+namespace {
+
+constexpr int NormalPriority = 0;
+
+/// Tasks run code of this library, so none may be left when it is unloaded.
+class DrainsPoolAtUnload
+{
+public:
+    ~DrainsPoolAtUnload()
+    {
+        if (QThreadPool *pool = QThreadPool::globalInstance())
+            pool->waitForDone();
+    }
+};
+
+bool isMainThread()
+{
+    return !QCoreApplication::instance() || QThread::currentThread() == QCoreApplication::instance()->thread();
+}
+
+} // namespace
+
+kxPreviewImageLoader::kxPreviewImageLoader(QObject *parent) : QObject(parent)
+{
+    static const DrainsPoolAtUnload drain;
+}
+
+kxPreviewImageLoader::~kxPreviewImageLoader()
+{
+    _pending.clear();
+}
+
+void kxPreviewImageLoader::loadImageFromDir(const QUrl &directory)
+{
+    Q_ASSERT(isMainThread());
+    if (_pending.find(directory) != _pending.end())
+        return;
+    auto image = std::make_unique<QImage>();
+    auto task = std::make_unique<kxLoadImage>(directory, image.get());
+    connect(task.get(), &kxLoadImage::finished, this, &kxPreviewImageLoader::previewReady);
+    _pending.emplace(directory, image.release());
+    // The pool owns the task from here on.
+    QThreadPool::globalInstance()->start(task.release(), NormalPriority);
+}
+
+void kxPreviewImageLoader::previewReady(const QUrl &directory, QImage *image)
+{
+    // Forgotten only afterwards: while it is being announced, the directory still counts as loading.
+    if (image) {
+        if (image->isNull())
+            delete image;
+        else
+            emit previewLoaded(directory, image);
+    }
+    _pending.erase(directory);
+}
