@@ -212,7 +212,7 @@ TEST_F(kxAssetItemFactoryTest, FindsItemsInExactlyOneDirectory)
     add(Material, "3", QUrl("file:///lib/x/y"));
 
     EXPECT_EQ(_factory.findItems(directory), (std::set<kxAssetItem *>{item, other}));
-    EXPECT_TRUE(_factory.findItems(Undefined, directory).find(item) == _factory.findItems(Undefined, directory).end());
+    EXPECT_FALSE(_factory.findItems(Undefined, directory).contains(item));
     EXPECT_TRUE(_factory.findItems(QUrl("file:///lib")).empty());
 }
 
