@@ -26,16 +26,15 @@ bool contains(const std::vector<std::string> &sorted, const std::string &extensi
 
 const std::vector<std::string> &kxForeignFormats::sceneExtensions()
 {
-    static const std::vector<std::string> extensions{"3ds", "3mf", "ac",   "ase", "blend", "dae", "dxf",
-                                                     "fbx", "glb", "gltf", "lwo", "obj",   "off", "ply",
-                                                     "stl", "x",   "x3d",  "zae"};
+    static const std::vector<std::string> extensions{"3ds",  "3mf", "ac",  "ase", "blend", "dae", "dxf", "fbx", "glb",
+                                                     "gltf", "lwo", "obj", "off", "ply",   "stl", "x",   "x3d", "zae"};
     return extensions;
 }
 
 const std::vector<std::string> &kxForeignFormats::imageExtensions()
 {
-    static const std::vector<std::string> extensions{"bmp",  "exr", "hdr", "jpeg", "jpg", "png",
-                                                     "tga", "tif", "tiff", "vif", "webp"};
+    static const std::vector<std::string> extensions{"bmp", "exr", "hdr",  "jpeg", "jpg", "png",
+                                                     "tga", "tif", "tiff", "vif",  "webp"};
     return extensions;
 }
 

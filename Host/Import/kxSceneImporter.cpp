@@ -31,7 +31,8 @@ osg::Result<std::uint64_t> readableSize(const std::string &path)
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0)
         return osg::Failure{systemReason(errno)};
-    struct stat status{};
+    struct stat status
+    {};
     const int error = fstat(file, &status) == 0 ? 0 : errno;
     close(file);
     if (error != 0)
@@ -122,8 +123,8 @@ osg::Result<std::vector<osg::FCRef<osg::Material>>> kxSceneImporter::importMater
     const osg::Result<osg::SceneRoots> roots = parseApart(path, ImportKind::Materials, _limits);
     if (!roots)
         return failure(path, roots.reason());
-    const auto pool = roots.value().size() == 1 ? osg::dcast<osg::MaterialPoolPtr>(roots.value()[0].get())
-                                                : osg::MaterialPoolPtr();
+    const auto pool =
+        roots.value().size() == 1 ? osg::dcast<osg::MaterialPoolPtr>(roots.value()[0].get()) : osg::MaterialPoolPtr();
     if (!pool)
         return strangeResult(path);
     return materialsOf(pool);

@@ -35,8 +35,9 @@ public:
     /// the file's exact matrix. Points, lines, animations and skins are left out.
     osg::Result<kxImportedScene> importScene(const std::string &path) const;
 
-    /// The materials of a scene file, in its order: all of them, apart from the placeholder that a parser adds for meshes
-    /// without a material when no mesh needs it. Faster than importScene(), since no mesh is handed over.
+    /// The materials of a scene file, in its order, apart from the placeholder that a parser adds for meshes without a
+    /// material when no mesh needs it. Of OBJ these are all; of glTF and FBX the parser delivers what meshes use. Faster
+    /// than importScene(), since no mesh is handed over.
     osg::Result<std::vector<osg::FCRef<osg::Material>>> importMaterials(const std::string &path) const;
 
     /// An environment from a picture in any format, named like the file without its extension.

@@ -38,8 +38,8 @@ std::string percentDecoded(const std::string &text)
 {
     std::string decoded;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isEscape = text[i] == '%' && i + 2 < text.size() && digitValue(text[i + 1]) >= 0 &&
-                              digitValue(text[i + 2]) >= 0;
+        const bool isEscape =
+            text[i] == '%' && i + 2 < text.size() && digitValue(text[i + 1]) >= 0 && digitValue(text[i + 2]) >= 0;
         const char c = isEscape ? static_cast<char>(digitValue(text[i + 1]) * 16 + digitValue(text[i + 2])) : text[i];
         if (c != '\0')
             decoded.push_back(c);

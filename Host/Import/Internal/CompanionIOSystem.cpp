@@ -84,8 +84,7 @@ std::string contentOf(const std::string &path)
 
 CompanionIOSystem::CompanionIOSystem(std::string modelPath, ImportNotes &notes)
     : _modelPath(std::move(modelPath)), _companions(folderOf(_modelPath)), _notes(notes)
-{
-}
+{}
 
 bool CompanionIOSystem::Exists(const char *file) const
 {

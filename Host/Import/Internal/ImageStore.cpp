@@ -32,8 +32,7 @@ std::string extensionFor(const aiTexture &texture)
         return "jpg";
     const std::size_t length = strnlen(texture.achFormatHint, sizeof texture.achFormatHint);
     const std::string hint(texture.achFormatHint, length);
-    const bool isHarmless =
-        std::all_of(hint.begin(), hint.end(), [](unsigned char c) { return std::isalnum(c) != 0; });
+    const bool isHarmless = std::all_of(hint.begin(), hint.end(), [](unsigned char c) { return std::isalnum(c) != 0; });
     return hint.empty() || !isHarmless ? "png" : hint;
 }
 
@@ -77,8 +76,7 @@ std::string nameFor(const aiTexture &texture, const std::string &reference)
 
 ImageStore::ImageStore(const aiScene &scene, const std::string &modelPath, std::string workFolder, ImportNotes &notes)
     : _scene(scene), _companions(folderOf(modelPath)), _workFolder(std::move(workFolder)), _notes(notes)
-{
-}
+{}
 
 osg::ImagePtr ImageStore::find(const std::string &reference)
 {

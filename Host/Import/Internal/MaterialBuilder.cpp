@@ -83,8 +83,7 @@ Color4f baseColor(const MaterialValues &values)
 
 MaterialBuilder::MaterialBuilder(TextureBuilder &textures, ImageStore &images, ImportNotes &notes, bool isGltf)
     : _textures(textures), _images(images), _notes(notes), _isGltf(isGltf)
-{
-}
+{}
 
 osg::FCRef<osg::UBRDFMaterial> MaterialBuilder::build(const aiMaterial &parsed, const std::string &name)
 {
@@ -99,10 +98,10 @@ osg::FCRef<osg::UBRDFMaterial> MaterialBuilder::build(const aiMaterial &parsed, 
 
 unsigned MaterialBuilder::uvSet(const aiMaterial &parsed) const
 {
-    const auto slot = firstSlot(parsed, {aiTextureType_BASE_COLOR, aiTextureType_DIFFUSE, aiTextureType_NORMALS,
-                                         aiTextureType_DIFFUSE_ROUGHNESS, aiTextureType_METALNESS,
-                                         aiTextureType_EMISSIVE, aiTextureType_TRANSMISSION, aiTextureType_OPACITY,
-                                         aiTextureType_HEIGHT});
+    const auto slot =
+        firstSlot(parsed, {aiTextureType_BASE_COLOR, aiTextureType_DIFFUSE, aiTextureType_NORMALS,
+                           aiTextureType_DIFFUSE_ROUGHNESS, aiTextureType_METALNESS, aiTextureType_EMISSIVE,
+                           aiTextureType_TRANSMISSION, aiTextureType_OPACITY, aiTextureType_HEIGHT});
     const auto reference = slot ? _textures.reference(parsed, *slot) : std::nullopt;
     return reference ? reference->uvSet : 0;
 }
@@ -139,8 +138,8 @@ void MaterialBuilder::applyPhong(const Work &work)
     Color4f specular = opaque(unit(values.color(AI_MATKEY_COLOR_SPECULAR).value_or(Color4f{})));
     const float roughness = roughnessFromExponent(values.number(AI_MATKEY_SHININESS).value_or(0.0F));
 
-    const bool isMetal = strongest(diffuse) < BlackDiffuse && strongest(specular) > MetallicSpecular &&
-                         !material.getDiffuseTexture();
+    const bool isMetal =
+        strongest(diffuse) < BlackDiffuse && strongest(specular) > MetallicSpecular && !material.getDiffuseTexture();
     if (isMetal)
         std::swap(diffuse, specular);
     material.setDiffuseColor(diffuse);
@@ -186,7 +185,8 @@ void MaterialBuilder::applyGlossiness(const Work &work)
     const MaterialValues &values = work.values;
     osg::UBRDFMaterial &material = work.material;
     const auto ownSpecular = values.color(MaxSpecular, 0, 0);
-    const Color4f specular = unit(ownSpecular ? *ownSpecular : values.color(AI_MATKEY_COLOR_SPECULAR).value_or(Color4f{}));
+    const Color4f specular =
+        unit(ownSpecular ? *ownSpecular : values.color(AI_MATKEY_COLOR_SPECULAR).value_or(Color4f{}));
     const auto ownGlossiness = values.number(MaxGlossiness, 0, 0);
     const float glossiness =
         unit(ownGlossiness ? *ownGlossiness : values.number(AI_MATKEY_GLOSSINESS_FACTOR).value_or(0.0F));
@@ -261,8 +261,7 @@ void MaterialBuilder::applyIncandescence(const Work &work)
     const MaterialValues &values = work.values;
     const auto ownColor = values.color(MaxEmission, 0, 0);
     Color4f color = ownColor ? *ownColor : values.color(AI_MATKEY_COLOR_EMISSIVE).value_or(Color4f{});
-    const osg::TexturePtr map =
-        texture(work, {aiTextureType_EMISSION_COLOR, aiTextureType_EMISSIVE}, Encoding::Srgb);
+    const osg::TexturePtr map = texture(work, {aiTextureType_EMISSION_COLOR, aiTextureType_EMISSIVE}, Encoding::Srgb);
     // Formats other than glTF name a picture without turning the colour up that it multiplies.
     if (map && !_isGltf && strongest(color) <= 0.0F)
         color = {1.0F, 1.0F, 1.0F, 1.0F};
@@ -275,8 +274,8 @@ void MaterialBuilder::applyIncandescence(const Work &work)
         for (std::size_t i = 0; i < 3; ++i)
             color[i] /= brightness;
     }
-    work.material.setIncandescenceColor({std::max(color[0], 0.0F), std::max(color[1], 0.0F), std::max(color[2], 0.0F),
-                                         std::max(intensity, 0.0F)});
+    work.material.setIncandescenceColor(
+        {std::max(color[0], 0.0F), std::max(color[1], 0.0F), std::max(color[2], 0.0F), std::max(intensity, 0.0F)});
     work.material.setIncandescenceTexture(map);
 }
 
@@ -312,8 +311,7 @@ void MaterialBuilder::applyGltfOpacity(const Work &work)
         return isMask ? withHardAlpha(image, threshold) : withoutAlpha(image);
     };
     const std::string what = isMask ? "cut at " + std::to_string(threshold) : "without alpha";
-    work.material.setDiffuseTexture(
-        _textures.makeDerived(work.values.material(), *slot, Encoding::Srgb, what, derive));
+    work.material.setDiffuseTexture(_textures.makeDerived(work.values.material(), *slot, Encoding::Srgb, what, derive));
     work.material.setDiffuseColor(opaque(work.material.getDiffuseColor()));
 }
 

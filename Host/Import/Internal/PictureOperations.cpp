@@ -106,8 +106,7 @@ osg::ImagePtr withOpacity(const osg::ImagePtr &colors, const osg::Image &opacity
         for (std::size_t x = 0; x < width; ++x) {
             std::uint8_t *pixel = pixels.data() + (y * width + x) * 4;
             if (colors) {
-                const std::uint8_t *color =
-                    colors->getPixels().data() + offsetFor(*colors, x, width, y, height);
+                const std::uint8_t *color = colors->getPixels().data() + offsetFor(*colors, x, width, y, height);
                 const bool isGrey = colors->getChannels() <= 2;
                 for (std::size_t i = 0; i < 3; ++i)
                     pixel[i] = color[isGrey ? 0 : i];

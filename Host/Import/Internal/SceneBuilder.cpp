@@ -162,7 +162,7 @@ void SceneBuilder::addStage(const aiNode &parsed, const osg::NodePtr &node)
     const aiScene &scene = _source.scene;
     for (unsigned i = 0; i < scene.mNumCameras; ++i)
         if (scene.mCameras[i]->mName == parsed.mName) {
-            const osg::FCRef<osg::Node> camera = buildCamera(*scene.mCameras[i]);
+            const osg::FCRef<osg::Node> camera = buildCamera(*scene.mCameras[i], _source.isGltf);
             osg::setName(camera.get(), nodeName(parsed).empty() ? "Camera" : nodeName(parsed));
             append(node, camera);
         }

@@ -16,6 +16,7 @@ namespace kximport {
 
 namespace {
 
+constexpr double Pi = 3.141592653589793;
 constexpr float LumensPerWatt = 683.0F;
 
 osg::Matrix toMatrix(const aiMatrix4x4 &m)
@@ -122,7 +123,7 @@ osg::FCRef<osg::NodeCore> buildPlacement(const aiMatrix4x4 &matrix)
     return osg::FCRef<osg::NodeCore>(transform);
 }
 
-osg::FCRef<osg::Node> buildCamera(const aiCamera &camera)
+osg::FCRef<osg::Node> buildCamera(const aiCamera &camera, bool isGltf)
 {
     const osg::Vec3d from = toVec(camera.mPosition);
     const osg::Vec3d direction = toVec(camera.mLookAt);
@@ -135,8 +136,9 @@ osg::FCRef<osg::Node> buildCamera(const aiCamera &camera)
         camera3d->setFrom(from);
         camera3d->setAt({from[0] + direction[0], from[1] + direction[1], from[2] + direction[2]});
         camera3d->setUp(toVec(camera.mUp));
-        if (horizontal > 0.0 && horizontal < 3.14159)
-            camera3d->setFieldOfView(2.0 * std::atan(std::tan(horizontal / 2.0) / aspect));
+        const double vertical = isGltf ? horizontal / aspect : 2.0 * std::atan(std::tan(horizontal / 2.0) / aspect);
+        if (vertical > 0.0 && vertical < Pi)
+            camera3d->setFieldOfView(vertical);
         camera3d->setNear(static_cast<double>(camera.mClipPlaneNear));
         camera3d->setFar(static_cast<double>(camera.mClipPlaneFar));
     }

@@ -15,8 +15,9 @@ osg::FCRef<osg::NodeCore> buildPlacement(const aiMatrix4x4 &matrix);
 
 /// A node with a camera, to be hung where the file has it.
 ///
-/// \a camera states its field of view as the whole horizontal angle; without an aspect ratio the picture is a square.
-osg::FCRef<osg::Node> buildCamera(const aiCamera &camera);
+/// \a camera states its field of view as the whole horizontal angle, or, with \a isGltf, as the vertical one times the
+/// aspect ratio; without an aspect ratio the picture is a square.
+osg::FCRef<osg::Node> buildCamera(const aiCamera &camera, bool isGltf);
 
 /// A node with a light, to be hung where the file has it; null for ambient light, which is not light from somewhere.
 ///

@@ -42,13 +42,13 @@ MetalShare metalShare(const osg::Color4f &diffuse, const osg::Color4f &specular)
 {
     const float strength = std::max({specular[0], specular[1], specular[2]});
     const float oneMinusSpecular = 1.0F - std::min(strength, 1.0F);
-    const float metalness = solveMetalness(perceivedBrightness(diffuse), perceivedBrightness(specular),
-                                           oneMinusSpecular);
+    const float metalness =
+        solveMetalness(perceivedBrightness(diffuse), perceivedBrightness(specular), oneMinusSpecular);
 
     MetalShare share{diffuse, metalness};
     for (std::size_t i = 0; i < 3; ++i) {
-        const float fromDiffuse = diffuse[i] * oneMinusSpecular / (1.0F - DielectricReflection) /
-                                  std::max(1.0F - metalness, Tiny);
+        const float fromDiffuse =
+            diffuse[i] * oneMinusSpecular / (1.0F - DielectricReflection) / std::max(1.0F - metalness, Tiny);
         const float fromSpecular =
             (specular[i] - DielectricReflection * (1.0F - metalness)) / std::max(metalness, Tiny);
         const float mix = metalness * metalness;

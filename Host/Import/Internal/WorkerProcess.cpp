@@ -88,8 +88,7 @@ std::string crashReason(int status)
 
 WorkerProcess::WorkerProcess(std::string program, const kxImportLimits &limits)
     : _program(std::move(program)), _limits(limits), _deadline(Clock::now() + limits.time)
-{
-}
+{}
 
 WorkerProcess::~WorkerProcess()
 {

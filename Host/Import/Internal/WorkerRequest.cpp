@@ -57,9 +57,9 @@ bool accept(WorkerRequest &request, const std::string &argument)
         request.memory = number.value_or(0);
         return number.has_value();
     }
-    for (const auto &[option, target] : {std::pair{"--result=", &request.resultFile},
-                                         std::pair{"--work-folder=", &request.workFolder},
-                                         std::pair{"--self-test=", &request.selfTest}})
+    for (const auto &[option, target] :
+         {std::pair{"--result=", &request.resultFile}, std::pair{"--work-folder=", &request.workFolder},
+          std::pair{"--self-test=", &request.selfTest}})
         if (const auto value = valueOf(argument, option)) {
             *target = *value;
             return true;

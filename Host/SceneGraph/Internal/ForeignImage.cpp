@@ -100,9 +100,8 @@ std::string firstLine(const std::string &text)
 
 bool isPictureExtension(const std::string &extension)
 {
-    const bool isPlain = !extension.empty() && std::all_of(extension.begin(), extension.end(), [](unsigned char c) {
-        return std::isalnum(c) != 0;
-    });
+    const bool isPlain = !extension.empty() && std::all_of(extension.begin(), extension.end(),
+                                                           [](unsigned char c) { return std::isalnum(c) != 0; });
     // These write to a terminal, or nothing at all.
     return isPlain && extension != "null" && extension != "nul" && extension != "term";
 }
@@ -185,8 +184,11 @@ Result<Pixmap> readPixels(OIIO::ImageInput &input, std::uint64_t fileSize)
     const OIIO::ImageSpec &spec = input.spec();
     if (spec.width <= 0 || spec.height <= 0 || spec.depth > 1 || spec.deep)
         return Failure{"Not a flat picture"};
-    Pixmap picture{static_cast<std::uint32_t>(spec.width), static_cast<std::uint32_t>(spec.height),
-                   channelsToRead(spec), pixelTypeFor(spec.format), {}};
+    Pixmap picture{static_cast<std::uint32_t>(spec.width),
+                   static_cast<std::uint32_t>(spec.height),
+                   channelsToRead(spec),
+                   pixelTypeFor(spec.format),
+                   {}};
     const auto size = pictureBytes(picture.width, picture.height, picture.channels, picture.type);
     if (!size || *size > MaxPictureBytes || *size > UnsuspiciousBytes + MaxForeignRatio * fileSize)
         return Failure{"The picture claims an impossible size"};
