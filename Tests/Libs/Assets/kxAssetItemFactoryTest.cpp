@@ -481,7 +481,7 @@ TEST_F(kxAssetItemFactoryTest, PrintsAllItemsForAnEmptyUrl)
 TEST_F(kxAssetItemFactoryTest, HasMaterialItemsReleaseTheirMaterials)
 {
     auto item = std::make_unique<kxMaterialAssetItem>();
-    osg::FCRef<osg::Material> material(osg::MaterialPtr(osg::UBRDFMaterial::create()));
+    osg::FCRef<osg::Material> material = osg::MaterialPtr(osg::UBRDFMaterial::create());
     item->initFrom(material, "1", true);
     ASSERT_TRUE(tryToAdd(item.get()));
     const kxMaterialAssetItem *registered = item.release();

@@ -12,15 +12,16 @@
 #include "SceneGraph/SceneListener.h"
 #include "SceneGraph/UBRDFMaterial.h"
 
-#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QLocale>
 #include <QPixmap>
-#include <QSignalSpy>
+#include <QTimer>
 
 #include <boost/uuid/uuid_io.hpp>
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -729,14 +730,24 @@ TEST_F(kxAssetItemTest, HasItsPreviewAnnouncedByTheSharedLoader)
 {
     PlainItem item = itemIn(writeNamed(""));
     ASSERT_TRUE(redImage().save(QString::fromStdString(_folder.file("MAT_x/asset.png"))));
-    QSignalSpy spy(kxAssetItem::getPreviewImageLoader(), SIGNAL(previewLoaded(QUrl, QImage *)));
+    QEventLoop waiting;
+    QUrl directory;
+    std::unique_ptr<QImage> preview;
+    QObject::connect(kxAssetItem::getPreviewImageLoader(), &kxPreviewImageLoader::previewLoaded, &waiting,
+                     [&](const QUrl &loaded, QImage *image) {
+                         directory = loaded;
+                         preview.reset(image);
+                         waiting.quit();
+                     });
+    QTimer::singleShot(10000, &waiting, &QEventLoop::quit);
 
     EXPECT_TRUE(item.loadPreviewImage(true));
+    EXPECT_TRUE(item.previewImage().isNull()) << "whoever receives it hands it over";
+    waiting.exec();
 
-    EXPECT_TRUE(item.previewImage().isNull());
-    ASSERT_TRUE(spy.wait());
-    EXPECT_EQ(spy[0][0].toUrl(), url("MAT_x"));
-    delete spy[0][1].value<QImage *>();
+    EXPECT_EQ(directory, url("MAT_x"));
+    ASSERT_TRUE(preview);
+    EXPECT_EQ(preview->size(), QSize(4, 2));
 }
 
 namespace {

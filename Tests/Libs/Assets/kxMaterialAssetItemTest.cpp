@@ -185,7 +185,7 @@ TEST_F(kxMaterialAssetItemTest, HasThePreviewOfItsMaterialRendered)
 TEST_F(kxMaterialAssetItemTest, IsOnlyResetByWhatIsNoMaterial)
 {
     const Owned material = makeSurface("x");
-    const osg::FCRef<osg::NodeCore> noMaterial(osg::NodeCorePtr(osg::Group::create()));
+    const osg::FCRef<osg::NodeCore> noMaterial = osg::NodeCorePtr(osg::Group::create());
     kxMaterialAssetItem item = itemOf(material);
     item.setExpectedPhotometricState(Photometric);
     _host.previewRequests.clear();
