@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SceneGraph/Image.h"
 
+#include "SceneGraph/AtomicFile.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Internal/Checksum.h"
-#include "SceneGraph/Internal/ForeignImage.h"
+#include "SceneGraph/Internal/ImageCodecs.h"
 #include "SceneGraph/Internal/Pixmap.h"
 #include "SceneGraph/Internal/VifFormat.h"
 #include "SceneGraph/SceneLog.h"
@@ -48,6 +49,28 @@ void fill(Image &image, Pixmap &&picture)
     image.setChannels(picture.channels);
     image.setDataType(static_cast<std::uint32_t>(picture.type));
     image.editPixels().values() = std::move(picture.pixels);
+}
+
+Result<Pixmap> readForeign(const std::string &path, const std::string &extension)
+{
+    const Result<const ImageCodecs *> codecs = ImageCodecs::load();
+    if (!codecs)
+        return Failure{codecs.reason()};
+    return codecs.value()->read(path, extension);
+}
+
+Result<void> writeForeign(const std::string &path, const std::string &extension, const PixmapView &picture)
+{
+    const Result<const ImageCodecs *> codecs = ImageCodecs::load();
+    if (!codecs)
+        return Failure{codecs.reason()};
+    const Result<ImageCodecs::Bytes> bytes = codecs.value()->encode(extension, picture);
+    if (!bytes)
+        return Failure{bytes.reason()};
+    std::string error;
+    if (!writeFileAtomically(path, bytes.value().data(), bytes.value().size(), error))
+        return Failure{error};
+    return {};
 }
 
 std::uint32_t channelsOf(std::uint32_t format)
@@ -140,7 +163,7 @@ bool Image::reformat(std::uint32_t format, const FCPtr<AttachmentContainerPtr, I
 bool Image::read(const std::string &path)
 {
     const std::string extension = extensionOf(path);
-    Result<Pixmap> picture = extension == "vif" ? readVif(path) : readForeignImage(path, extension);
+    Result<Pixmap> picture = extension == "vif" ? readVif(path) : readForeign(path, extension);
     if (!picture) {
         logLine(LogLevel::Error, "Cannot read image \"" + path + "\": " + picture.reason());
         return false;
@@ -156,7 +179,7 @@ bool Image::write(const std::string &path) const
         if (!isValid())
             return Failure{"The picture is damaged"};
         const std::string extension = extensionOf(path);
-        return extension == "vif" ? writeVif(path, viewOf(*this)) : writeForeignImage(path, extension, viewOf(*this));
+        return extension == "vif" ? writeVif(path, viewOf(*this)) : writeForeign(path, extension, viewOf(*this));
     };
     const Result<void> result = writeValid();
     if (!result)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SceneGraph/Internal/ForeignImage.h"
 
-#include "SceneGraph/AtomicFile.h"
+#include "SceneGraph/Internal/ImageCodecs.h"
 #include "SceneGraph/Internal/RegularFile.h"
 
 #include <OpenImageIO/filesystem.h>
@@ -321,23 +321,23 @@ Result<Pixmap> readForeignImage(const std::string &path, const std::string &exte
     }
 }
 
-Result<void> writeForeignImage(const std::string &path, const std::string &extension, const PixmapView &picture)
+Result<std::vector<unsigned char>> encodeForeignImage(const std::string &extension, const PixmapView &picture)
 {
     if (!isPictureExtension(extension))
         return Failure{"The format is not known"};
     if (picture.pixels.empty())
         return Failure{"The picture is empty"};
     try {
-        const Result<std::vector<unsigned char>> bytes = encodeWithSomeChannels(extension, picture);
-        if (!bytes)
-            return Failure{bytes.reason()};
-        std::string error;
-        if (!writeFileAtomically(path, bytes.value().data(), bytes.value().size(), error))
-            return Failure{error};
-        return {};
+        return encodeWithSomeChannels(extension, picture);
     } catch (const std::exception &error) {
         return Failure{firstLine(error.what())};
     }
 }
 
 } // namespace osg
+
+extern "C" [[gnu::visibility("default")]] const osg::ImageCodecs *kxImageCodecs()
+{
+    static constexpr osg::ImageCodecs codecs{&osg::readForeignImage, &osg::encodeForeignImage};
+    return &codecs;
+}
