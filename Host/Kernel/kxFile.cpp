@@ -132,10 +132,10 @@ bool readChecksum(int file, std::uint32_t &checksum)
 
 std::string kxFile::expandFilename(const char *path)
 {
-    const std::string given = orEmpty(path);
+    std::string given = orEmpty(path);
     if (isThere(given.c_str(), true))
         return given;
-    const std::string expanded = expandVariables(given);
+    std::string expanded = expandVariables(given);
     if (expanded == "~" || expanded.compare(0, 2, "~/") == 0)
         return homeFolder() + expanded.substr(1);
     return expanded;

@@ -2,6 +2,7 @@
 #include "Kernel/kxScenegraph.h"
 
 #include "Kernel/Internal/SceneDocument.h"
+#include "Kernel/Internal/SceneIndexes.h"
 #include "Kernel/Internal/UpdateGate.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
@@ -53,11 +54,9 @@ void replaceDocument(std::unique_ptr<kxKernelInternal::SceneDocument> document)
     emit state().notifier.documentChanged();
 }
 
-int indexInPool(const osg::MaterialPoolPtr &pool, const osg::MaterialPtr &material)
+bool isInPool(const osg::MaterialPtr &material, const osg::MaterialPoolPtr &pool)
 {
-    const auto &materials = pool->getMaterials();
-    const auto found = std::find(materials.begin(), materials.end(), material);
-    return found == materials.end() ? -1 : static_cast<int>(found - materials.begin());
+    return pool && material && kxKernelInternal::SceneIndexes::the().materialUsage.isUsedBy(material, pool);
 }
 
 } // namespace
@@ -102,7 +101,7 @@ osg::MaterialPoolPtr kxScenegraph::getMaterialPool()
 bool kxScenegraph::addToMaterialPool(const osg::MaterialPtr &material)
 {
     const osg::MaterialPoolPtr pool = getMaterialPool();
-    if (!pool || !material || indexInPool(pool, material) >= 0)
+    if (!pool || !material || isInPool(material, pool))
         return false;
     const osg::CPEditor edit(pool, osg::MaterialPool::MaterialsFieldMask);
     pool->editMaterials().push_back(material);
@@ -112,9 +111,10 @@ bool kxScenegraph::addToMaterialPool(const osg::MaterialPtr &material)
 bool kxScenegraph::removeFromMaterialPool(const osg::MaterialPtr &material)
 {
     const osg::MaterialPoolPtr pool = getMaterialPool();
-    const int index = pool && material ? indexInPool(pool, material) : -1;
-    if (index < 0)
+    if (!isInPool(material, pool))
         return false;
+    const auto &materials = pool->getMaterials();
+    const auto index = std::find(materials.begin(), materials.end(), material) - materials.begin();
     const osg::CPEditor edit(pool, osg::MaterialPool::MaterialsFieldMask);
     pool->editMaterials().erase(static_cast<std::size_t>(index));
     return true;

@@ -67,7 +67,7 @@ std::string resolveLinks(std::string path)
         if (length < 0)
             return path;
         const std::string link(target.data(), static_cast<std::size_t>(length));
-        path = link.front() == '/' ? link : directoryOf(path) + link;
+        path = link.front() == '/' ? link : directoryOf(path).append(link);
     }
     errno = ELOOP;
     return {};

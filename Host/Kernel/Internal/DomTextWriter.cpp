@@ -98,10 +98,9 @@ QString DomTextWriter::write(const QDomDocument &document)
     _inlineDepth = -1;
     writeDocumentType(document.doctype());
 
-    const QDomNode root = document;
     for (QDomNode node = document.firstChild(); !node.isNull();) {
         const QDomNode child = begin(node) ? node.firstChild() : QDomNode();
-        node = child.isNull() ? next(node, root) : child;
+        node = child.isNull() ? next(node, document) : child;
     }
     return _text;
 }

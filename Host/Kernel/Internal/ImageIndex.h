@@ -4,7 +4,7 @@
 #include "SceneGraph/Image.h"
 #include "SceneGraph/SceneListener.h"
 
-#include <compare>
+#include <array>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -26,14 +26,8 @@ public:
 private:
     using Id = std::uint32_t;
 
-    struct Form
-    {
-        std::uint32_t width;
-        std::uint32_t height;
-        std::uint32_t channels;
-        std::uint32_t type;
-        auto operator<=>(const Form &) const = default;
-    };
+    /// Width, height, channels, pixel type.
+    using Form = std::array<std::uint32_t, 4>;
 
     static Form formOf(const osg::Image &image);
     std::uint64_t hashOf(const osg::Image &image);

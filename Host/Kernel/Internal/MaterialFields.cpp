@@ -36,17 +36,17 @@ std::vector<osg::FieldInfo> findMaterialFields(osg::FieldContainer &example)
     return result;
 }
 
-void append(const osg::FieldPointer &address, std::vector<osg::MaterialPtr> &result)
+/// Calls \a visit with what each of the material fields refers to.
+template <class Visit> void forEachMaterial(osg::FieldContainer &container, const Visit &visit)
 {
-    const auto appendOne = [&result](const osg::FieldContainerPtr &container) {
-        if (container)
-            result.push_back(osg::MaterialPtr::dcast(container));
-    };
-    if (const auto *single = std::get_if<osg::RefFieldBase *>(&address)) {
-        appendOne((*single)->getContainer());
-    } else if (const auto *several = std::get_if<osg::MRefFieldBase *>(&address)) {
-        for (std::size_t i = 0; i < (*several)->containerCount(); ++i)
-            appendOne((*several)->containerAt(i));
+    for (const osg::FieldInfo &field : materialFields(container.getType())) {
+        const osg::FieldPointer address = field.address(container);
+        if (const auto *single = std::get_if<osg::RefFieldBase *>(&address)) {
+            visit((*single)->getContainer());
+        } else if (const auto *several = std::get_if<osg::MRefFieldBase *>(&address)) {
+            for (std::size_t i = 0; i < (*several)->containerCount(); ++i)
+                visit((*several)->containerAt(i));
+        }
     }
 }
 
@@ -71,12 +71,24 @@ const std::vector<osg::FieldInfo> &materialFields(const osg::FieldContainerType 
 
 std::vector<osg::MaterialPtr> materialsIn(const osg::FieldContainerPtr &container)
 {
-    std::vector<osg::MaterialPtr> result;
+    std::vector<osg::MaterialPtr> materials;
     if (!container)
-        return result;
-    for (const osg::FieldInfo &field : materialFields(container->getType()))
-        append(field.address(*container), result);
-    return result;
+        return materials;
+    forEachMaterial(*container, [&materials](const osg::FieldContainerPtr &material) {
+        if (material)
+            materials.push_back(osg::MaterialPtr::dcast(material));
+    });
+    return materials;
+}
+
+std::vector<std::uint32_t> materialIdsIn(osg::FieldContainer &container)
+{
+    std::vector<std::uint32_t> ids;
+    forEachMaterial(container, [&ids](const osg::FieldContainerPtr &material) {
+        if (material)
+            ids.push_back(material.getFieldContainerId());
+    });
+    return ids;
 }
 
 std::vector<osg::MaterialPtr> assignedMaterials(const osg::NodeCorePtr &core)

@@ -4,6 +4,7 @@
 #include "SceneGraph/Material.h"
 #include "SceneGraph/NodeCore.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace kxKernelInternal {
@@ -12,8 +13,9 @@ namespace kxKernelInternal {
 /// composite material. Empty for types that have none; what a BRDF or uber material is made of does not count.
 const std::vector<osg::FieldInfo> &materialFields(const osg::FieldContainerType &type);
 
-/// The materials in those fields, in order, without nulls.
+/// The materials in those fields, in order, without nulls; the second gives their ids.
 std::vector<osg::MaterialPtr> materialsIn(const osg::FieldContainerPtr &container);
+std::vector<std::uint32_t> materialIdsIn(osg::FieldContainer &container);
 
 /// The materials that a core assigns; those that a pool merely holds are not assigned.
 std::vector<osg::MaterialPtr> assignedMaterials(const osg::NodeCorePtr &core);

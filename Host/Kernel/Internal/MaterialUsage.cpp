@@ -58,14 +58,14 @@ void MaterialUsage::containerChanged(osg::FieldContainer &container, osg::FieldM
                     node->getCore() ? std::vector<Id>{node->getCore().getFieldContainerId()} : std::vector<Id>());
         return;
     }
-    if (!concernsMaterials(container, fields))
-        return;
-    std::vector<Id> used;
-    for (const osg::MaterialPtr &material : materialsIn(handle))
-        used.push_back(material.getFieldContainerId());
-    std::sort(used.begin(), used.end());
-    used.erase(std::unique(used.begin(), used.end()), used.end());
-    setUsed(handle.getFieldContainerId(), std::move(used));
+    if (concernsMaterials(container, fields))
+        setUsed(handle.getFieldContainerId(), materialIdsIn(container));
+}
+
+bool MaterialUsage::isUsedBy(const osg::MaterialPtr &material, const osg::FieldContainerPtr &user) const
+{
+    const auto users = _usersOf.find(material.getFieldContainerId());
+    return users != _usersOf.end() && users->second.count(user.getFieldContainerId()) != 0;
 }
 
 void MaterialUsage::containerDestroyed(osg::FieldContainer &container)
@@ -79,21 +79,30 @@ void MaterialUsage::setUsed(Id user, std::vector<Id> used)
     if (known == _usedBy.end() && used.empty())
         return;
     const std::vector<Id> before = known == _usedBy.end() ? std::vector<Id>() : std::move(known->second);
-    for (const Id id : before) {
-        if (std::binary_search(used.begin(), used.end(), id))
-            continue;
-        const auto users = _usersOf.find(id);
-        users->second.erase(user);
-        if (users->second.empty())
-            _usersOf.erase(users);
-    }
-    for (const Id id : used)
-        _usersOf[id].insert(user);
+
+    // A pool that grows by one must not cost as much as all it holds.
+    const bool isExtended = used.size() >= before.size() && std::equal(before.begin(), before.end(), used.begin());
+    if (!isExtended)
+        removeUser(user, before);
+    for (std::size_t i = isExtended ? before.size() : 0; i < used.size(); ++i)
+        _usersOf[used[i]].insert(user);
 
     if (used.empty())
         _usedBy.erase(user);
     else
         _usedBy[user] = std::move(used);
+}
+
+void MaterialUsage::removeUser(Id user, const std::vector<Id> &used)
+{
+    for (const Id id : used) {
+        const auto users = _usersOf.find(id);
+        if (users == _usersOf.end())
+            continue; // the same material twice
+        users->second.erase(user);
+        if (users->second.empty())
+            _usersOf.erase(users);
+    }
 }
 
 } // namespace kxKernelInternal

@@ -21,6 +21,9 @@ public:
     /// material for which that is true.
     bool isBelow(const osg::MaterialPtr &material, const osg::NodePtr &root) const;
 
+    /// Whether \a user, a core or composite, refers to the material itself.
+    bool isUsedBy(const osg::MaterialPtr &material, const osg::FieldContainerPtr &user) const;
+
     void containerChanged(osg::FieldContainer &container, osg::FieldMask fields) override;
     void containerDestroyed(osg::FieldContainer &container) override;
 
@@ -28,8 +31,9 @@ private:
     using Id = std::uint32_t;
 
     void setUsed(Id user, std::vector<Id> used);
+    void removeUser(Id user, const std::vector<Id> &used);
 
-    std::unordered_map<Id, std::vector<Id>> _usedBy;         ///< by user: what it uses
+    std::unordered_map<Id, std::vector<Id>> _usedBy;         ///< by user: what it uses, in the order of its fields
     std::unordered_map<Id, std::unordered_set<Id>> _usersOf; ///< by what is used
 };
 

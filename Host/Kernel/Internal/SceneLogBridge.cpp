@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Kernel/Internal/SceneLogBridge.h"
+
 #include "Kernel/kxLog.h"
 #include "SceneGraph/SceneLog.h"
+
+namespace kxKernelInternal {
 
 namespace {
 
@@ -17,10 +21,13 @@ kxLogLevel levelOf(osg::LogLevel level)
     return kxLogLevel::Error;
 }
 
-// Once the kernel is loaded, the scene graph's lines go to the host log.
-[[maybe_unused]] const bool connected = [] {
-    osg::setLogReceiver([](osg::LogLevel level, const std::string &text) { kxLog::write(levelOf(level), text); });
-    return true;
-}();
+[[maybe_unused]] const bool isConnected = (connectSceneLog(), true);
 
 } // namespace
+
+void connectSceneLog()
+{
+    osg::setLogReceiver([](osg::LogLevel level, const std::string &text) { kxLog::write(levelOf(level), text); });
+}
+
+} // namespace kxKernelInternal

@@ -156,7 +156,7 @@ TEST(QKXDomDocumentWriterTest, LeavesTheDocumentAsItIs)
 
 TEST(QKXDomDocumentWriterTest, WritesDeepNestingWithoutRecursion)
 {
-    constexpr int Depth = 20000;
+    constexpr int Depth = 10000;
     QDomDocument document;
     std::vector<QDomElement> chain{document.createElement("e")};
     document.appendChild(chain.back());

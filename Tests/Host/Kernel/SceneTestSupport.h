@@ -56,7 +56,7 @@ protected:
 
     template <class Composite> static osg::FCRef<Composite> compositeOf(const std::vector<osg::MaterialPtr> &materials)
     {
-        const osg::FCRef<Composite> composite(Composite::create());
+        osg::FCRef<Composite> composite(Composite::create());
         const osg::CPEditor edit(composite.get(), osg::MultiMaterial::MaterialsFieldMask);
         for (const osg::MaterialPtr &material : materials)
             composite->addMaterial(material);
@@ -65,7 +65,7 @@ protected:
 
     static osg::FCRef<osg::Material> newMaterial(const std::string &name = {})
     {
-        const osg::FCRef<osg::Material> material(osg::UBRDFMaterial::create());
+        osg::FCRef<osg::Material> material(osg::UBRDFMaterial::create());
         if (!name.empty())
             osg::setName(material.get(), name);
         return material;

@@ -75,8 +75,9 @@ TEST(kxKernelServiceFactoryTest, RunsRegistrationsWhenTheKernelComesUp)
     factory().startKernel();
 
     EXPECT_TRUE(factory().isKernelUp());
-    EXPECT_EQ(factory().findService<kxSceneplateService>(), service.data());
-    ASSERT_NE(service, nullptr);
+    const auto *found = factory().findService<kxSceneplateService>();
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found, service.data());
     EXPECT_EQ(service->initialisations, 1);
     factory().startKernel();
     EXPECT_EQ(service->initialisations, 1);

@@ -38,7 +38,7 @@ class kxMaterialsTest : public kxtest::SceneTest
 protected:
     static osg::FCRef<osg::UberMaterial> uberOf(const std::vector<osg::UBRDFMaterialPtr> &layers)
     {
-        const osg::FCRef<osg::UberMaterial> uber(osg::UberMaterial::create());
+        osg::FCRef<osg::UberMaterial> uber(osg::UberMaterial::create());
         const osg::CPEditor edit(uber.get(), osg::UberMaterial::BRDFMaterialsFieldMask);
         for (const osg::UBRDFMaterialPtr &layer : layers)
             uber->editBRDFMaterials().push_back(layer);

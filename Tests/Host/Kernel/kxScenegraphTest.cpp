@@ -134,6 +134,23 @@ TEST_F(kxScenegraphTest, ReleasesAMaterialThatLeavesThePool)
     EXPECT_EQ(kxMaterials::getMaterialPoolMaterialIds().count(id), 0U);
 }
 
+TEST_F(kxScenegraphTest, KnowsWhatItsPoolHoldsAfterRemovalsInTheMiddle)
+{
+    const auto a = newMaterial();
+    const auto b = newMaterial();
+    const auto c = newMaterial();
+    for (const auto &material : {a, b, c})
+        kxScenegraph::addToMaterialPool(material);
+
+    EXPECT_TRUE(kxScenegraph::removeFromMaterialPool(b));
+
+    EXPECT_FALSE(kxScenegraph::addToMaterialPool(a));
+    EXPECT_FALSE(kxScenegraph::addToMaterialPool(c));
+    EXPECT_TRUE(kxScenegraph::addToMaterialPool(b));
+    EXPECT_TRUE(kxScenegraph::removeFromMaterialPool(a));
+    EXPECT_TRUE(kxScenegraph::removeFromMaterialPool(c));
+}
+
 TEST_F(kxScenegraphTest, UpdatesItsViewsAtOnceOrLater)
 {
     QSignalSpy updates(&kxScenegraph::notifier(), &kxScenegraphNotifier::updateRequested);

@@ -46,7 +46,7 @@ protected:
     static osg::FCRef<osg::UBRDFMaterial> materialWith(const osg::ImagePtr &diffuse,
                                                        const osg::ImagePtr &bump = nullptr)
     {
-        const osg::FCRef<osg::UBRDFMaterial> material(osg::UBRDFMaterial::create());
+        osg::FCRef<osg::UBRDFMaterial> material(osg::UBRDFMaterial::create());
         const osg::CPEditor edit(material.get(), osg::UBRDFMaterial::DiffuseTextureFieldMask |
                                                      osg::UBRDFMaterial::BumpTextureFieldMask);
         material->setDiffuseTexture(textureOf(diffuse));
