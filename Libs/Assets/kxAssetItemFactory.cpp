@@ -70,7 +70,7 @@ kxAssetItem *kxAssetItemFactory::findItem(const std::string &uuid) const
     return _items->find(uuid);
 }
 
-std::set<kxAssetItem *> kxAssetItemFactory::findItems(kxAssetCategoryType category, QUrl url)
+std::set<kxAssetItem *> kxAssetItemFactory::findItems(kxAssetCategoryType category, const QUrl &url)
 {
     const bool isAnywhere = !url.isValid();
     const QString directory = url.toString() + QLatin1Char('/');

@@ -36,7 +36,7 @@ public:
     kxAssetItem *findItem(const std::string &uuid) const;
     /// The items of the category (Undefined: of any) that are stored anywhere below \a url (an invalid one: anywhere),
     /// but not in \a url itself.
-    std::set<kxAssetItem *> findItems(kxAssetCategoryType category, QUrl url);
+    std::set<kxAssetItem *> findItems(kxAssetCategoryType category, const QUrl &url);
     /// The items stored in exactly this directory.
     std::set<kxAssetItem *> findItems(const QUrl &url);
 

@@ -143,6 +143,7 @@ std::vector<osg::MaterialPtr> kxMaterialAssetItem::getMaterialsFromUUIDs(const s
     if (clearCache)
         s_tempLoadingCache.clear();
     std::vector<osg::MaterialPtr> materials;
+    materials.reserve(uuids.size());
     for (const std::string &uuid : uuids)
         materials.push_back(getMaterialFromUUID(uuid, false));
     return materials;

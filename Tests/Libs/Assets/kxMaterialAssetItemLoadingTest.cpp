@@ -10,6 +10,7 @@
 #include "Kernel/kxRaytracingUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "MaterialFixture.h"
+#include "Rendering/kxOSGWidget.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/FieldContainerFactory.h"
@@ -99,6 +100,16 @@ osg::MaterialPtr environmentOf(const osg::MaterialPtr &material)
 {
     return osg::dcast<osg::UBRDFMaterialPtr>(material)->getEnvironment();
 }
+
+/// A view that notes when its refinement is stopped, and whether updates were still on by then.
+class WatchfulView : public kxOSGWidget
+{
+public:
+    std::vector<bool> cancellations;
+
+private:
+    void cancelRefinement() override { cancellations.push_back(kxController::isRenderUpdateEnabled()); }
+};
 
 /// Calls back whenever a container of this type changes.
 class ChangeListener : public osg::SceneListener
@@ -263,6 +274,41 @@ TEST_F(kxMaterialAssetItemLoadingTest, PausesRenderingWhileThePayloadLoads)
         EXPECT_EQ(kxController::isRenderUpdateEnabled(), wasEnabled);
     }
     kxController::enableRenderUpdate(true);
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, StopsTheRefinementOfTheViewsFirst)
+{
+    const std::string uuid = storeSurface("Lack");
+    WatchfulView view;
+
+    EXPECT_TRUE(item(uuid)->loadMaterial());
+
+    EXPECT_EQ(view.cancellations, std::vector<bool>{true});
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, GivesUpWhenSomebodyDeletesTheItemMeanwhile)
+{
+    Item *composite = describeComposite("c", "SwitchMaterial", {});
+    int changes = 0;
+    const ChangeListener listener(osg::SwitchMaterial::getClassType(), [&changes](osg::FieldMask) { ++changes; });
+    const ChangeListener deleter(osg::AssetAttachment::getClassType(),
+                                 [](osg::FieldMask) { kxAssetItemFactory::the().deleteItem("c"); });
+    const auto living = osg::FieldContainerFactory::the().livingContainerCount();
+
+    EXPECT_FALSE(composite->loadMaterial());
+
+    EXPECT_EQ(item("c"), nullptr);
+    EXPECT_GT(changes, 0) << "it was under way";
+    EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), living);
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, GivesNothingForAnItemThatIsDeletedMeanwhile)
+{
+    describeComposite("c", "SwitchMaterial", {});
+    const ChangeListener deleter(osg::AssetAttachment::getClassType(),
+                                 [](osg::FieldMask) { kxAssetItemFactory::the().deleteItem("c"); });
+
+    EXPECT_FALSE(Item::getMaterialFromUUID("c"));
 }
 
 TEST_F(kxMaterialAssetItemLoadingTest, ResumesRenderingAfterAFailure)
