@@ -116,7 +116,7 @@ std::optional<std::string> CompanionFiles::find(const std::string &reference) co
     for (const std::string &candidate : candidates) {
         if (isRegularFile(candidate))
             return candidate;
-        if (const auto found = inAnyCase(candidate))
+        if (auto found = inAnyCase(candidate))
             return found;
     }
     return std::nullopt;

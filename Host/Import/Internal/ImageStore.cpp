@@ -111,7 +111,7 @@ osg::FCRef<osg::Image> ImageStore::fromFile(const std::string &reference)
         return known->second;
 
     LogCapture log;
-    const osg::FCRef<osg::Image> image = fromImageFile(*path);
+    osg::FCRef<osg::Image> image = fromImageFile(*path);
     if (image)
         osg::setName(image, toUtf8(fileName(*path)));
     else
@@ -123,7 +123,7 @@ osg::FCRef<osg::Image> ImageStore::fromFile(const std::string &reference)
 osg::FCRef<osg::Image> ImageStore::fromEmbedded(const aiTexture &texture, const std::string &reference)
 {
     LogCapture log; // what it says names a file that nobody knows
-    const osg::FCRef<osg::Image> image = texture.mHeight == 0 ? decode(texture) : fromTexels(texture);
+    osg::FCRef<osg::Image> image = texture.mHeight == 0 ? decode(texture) : fromTexels(texture);
     if (!image || image->isEmpty()) {
         _notes.add("the embedded texture '" + reference + "' cannot be read");
         return nullptr;

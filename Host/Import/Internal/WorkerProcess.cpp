@@ -118,6 +118,7 @@ osg::Result<void> WorkerProcess::start(const WorkerRequest &request)
     std::vector<std::string> arguments = request.toArguments();
     arguments.insert(arguments.begin(), _program);
     std::vector<char *> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string &argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);

@@ -75,7 +75,7 @@ std::vector<std::string> WorkerRequest::toArguments() const
                                        "--result=" + resultFile, "--work-folder=" + workFolder};
     if (!selfTest.empty())
         arguments.push_back("--self-test=" + selfTest);
-    arguments.push_back("--");
+    arguments.emplace_back("--");
     arguments.push_back(path);
     return arguments;
 }

@@ -81,7 +81,7 @@ std::string writeColumn(const TemporaryFolder &folder, std::string_view name, st
             for (std::size_t i = 0; i < channels; ++i)
                 image->editPixels()[(height - 1 - row) * channels + i] = pixels[row * channels + i];
     }
-    const std::string path = folder.file(name);
+    std::string path = folder.file(name);
     EXPECT_TRUE(image->write(path)) << path;
     return path;
 }

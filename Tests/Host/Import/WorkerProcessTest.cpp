@@ -11,7 +11,6 @@
 
 using kximport::WorkerProcess;
 using kximport::WorkerRequest;
-using testing::HasSubstr;
 using testing::StartsWith;
 using namespace std::chrono_literals;
 
