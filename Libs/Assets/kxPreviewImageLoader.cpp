@@ -18,6 +18,8 @@ constexpr int NormalPriority = 0;
 class DrainsPoolAtUnload
 {
 public:
+    /// Has the pool made first: static objects go in reverse order, so it is still there when this one goes.
+    DrainsPoolAtUnload() { QThreadPool::globalInstance(); }
     ~DrainsPoolAtUnload()
     {
         if (QThreadPool *pool = QThreadPool::globalInstance())
