@@ -4,6 +4,7 @@
 #include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Kernel/kxController.h"
+#include "Kernel/kxFileIO.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxRaytracingManager.h"
@@ -689,6 +690,27 @@ TEST_F(kxMaterialAssetItemLoadingTest, FollowsTheNameOfItsEnvironment)
     ASSERT_TRUE(item(uuid)->loadMaterial());
 
     EXPECT_EQ(environmentOf(item(uuid)->getMaterial()), first.get()) << "the lowest id of that exact name";
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, KeepsAnEnvironmentThatHasTheNameAlready)
+{
+    const Owned surface = makeSurface("Lack");
+    {
+        osg::CPEditor edit(surface, osg::UBRDFMaterial::EnvironmentFieldMask);
+        osg::dcast<osg::UBRDFMaterialPtr>(surface)->setEnvironment(makeSky("Abend"));
+    }
+    const std::string uuid = store(surface);
+    // A payload that brings its environment along.
+    ASSERT_TRUE(kxFileIO::saveMaterial(surface, _folder.file("MAT_Lack/Lack.osb").c_str(), false));
+    const Owned ofTheScene = makeSky("Abend");
+    kxScenegraph::addToMaterialPool(ofTheScene);
+
+    ASSERT_TRUE(item(uuid)->loadMaterial());
+
+    const osg::MaterialPtr environment = environmentOf(item(uuid)->getMaterial());
+    ASSERT_TRUE(environment);
+    EXPECT_EQ(kxMaterials::getName(environment), "Abend");
+    EXPECT_NE(environment, ofTheScene.get());
 }
 
 TEST_F(kxMaterialAssetItemLoadingTest, FindsEnvironmentSwitchesByNameToo)

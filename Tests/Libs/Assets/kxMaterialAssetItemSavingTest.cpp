@@ -6,6 +6,8 @@
 #include "Kernel/kxScenegraph.h"
 #include "MaterialFixture.h"
 #include "SceneGraph/AssetAttachment.h"
+#include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/SceneListener.h"
 #include "Support/CapturedOutput.h"
 
 namespace {
@@ -189,6 +191,33 @@ TEST_F(kxMaterialAssetItemSavingTest, MarksOtherCopiesInTheSceneAsEdited)
     EXPECT_TRUE(isUserEdited(copy));
     EXPECT_FALSE(isUserEdited(stranger));
     EXPECT_FALSE(isUserEdited(outside)) << "it is no material of the scene";
+}
+
+TEST_F(kxMaterialAssetItemSavingTest, LeavesCopiesAloneThatAreMarkedAlready)
+{
+    struct EditCounter : osg::SceneListener
+    {
+        explicit EditCounter(const osg::AssetAttachmentPtr &watched) : attachment(watched)
+        {
+            osg::FieldContainerFactory::the().addListener(*this);
+        }
+        ~EditCounter() override { osg::FieldContainerFactory::the().removeListener(*this); }
+        void containerChanged(osg::FieldContainer &container, osg::FieldMask) override
+        {
+            edits += container.getFieldContainerId() == attachment.getFieldContainerId() ? 1 : 0;
+        }
+        osg::AssetAttachmentPtr attachment;
+        int edits = 0;
+    };
+    const Owned copy = inScene("Copy", Uuid);
+    const Owned saved = makeSurface("Lack");
+    const EditCounter counter(osg::AssetAttachment::getAssetAttachment(copy));
+
+    ASSERT_TRUE(itemOf(saved).save(url()));
+    EXPECT_EQ(counter.edits, 1);
+    ASSERT_TRUE(itemOf(saved).save(url()));
+    EXPECT_EQ(counter.edits, 1);
+    EXPECT_TRUE(isUserEdited(copy));
 }
 
 TEST_F(kxMaterialAssetItemSavingTest, MarksNothingWhenSavingFails)
