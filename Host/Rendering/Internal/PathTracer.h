@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Rendering/Internal/Film.h"
+#include "Rendering/Internal/RenderScene.h"
+#include "Rendering/Internal/Sampler.h"
+
+#include <atomic>
+#include <functional>
+
+namespace kxRender {
+
+/// A pinhole camera; the vertical angle of view is in radians.
+struct Camera
+{
+    V3 from;
+    V3 at;
+    V3 up{0.0F, 1.0F, 0.0F};
+    float fieldOfView = 0.5F;
+};
+
+/// Follows light backwards from the camera: at each surface towards the environment and on in a direction of the
+/// surface's choosing, the two weighted against each other.
+///
+/// Pixels do not depend on each other, and each is the sum of its samples in their order: the picture is the same for any
+/// number of threads.
+class PathTracer
+{
+public:
+    explicit PathTracer(const RenderScene &scene) : _scene(scene) {}
+
+    /// What surrounds the scene is seen where nothing else is; otherwise the background is empty.
+    void setBackgroundVisible(bool visible) { _isBackgroundVisible = visible; }
+
+    /// Adds samples to each pixel of the film, until all are there or \a isCancelled says so. False when cancelled.
+    bool render(const Camera &camera, Film &film, int samples, const std::function<bool()> &isCancelled) const;
+
+    /// The light that arrives at \a origin from the direction, and whether anything but emptiness was seen there.
+    struct Radiance
+    {
+        V3 color;
+        float alpha = 1.0F;
+    };
+    Radiance trace(V3 origin, V3 direction, Sampler &sampler) const;
+
+private:
+    const RenderScene &_scene;
+    bool _isBackgroundVisible = false;
+};
+
+} // namespace kxRender

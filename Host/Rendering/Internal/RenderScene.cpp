@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Rendering/Internal/RenderScene.h"
+
+#include <limits>
+
+namespace kxRender {
+
+namespace {
+
+/// Cut-out surfaces one behind the other that a ray passes; what lies behind even more counts as hidden.
+constexpr int MaxCutOuts = 64;
+constexpr float RelativeOffset = 1e-4F;
+
+RTCRayHit rayFrom(V3 origin, V3 direction)
+{
+    RTCRayHit query{};
+    query.ray.org_x = origin.x;
+    query.ray.org_y = origin.y;
+    query.ray.org_z = origin.z;
+    query.ray.dir_x = direction.x;
+    query.ray.dir_y = direction.y;
+    query.ray.dir_z = direction.z;
+    query.ray.tfar = std::numeric_limits<float>::infinity();
+    query.ray.mask = ~0U;
+    query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+    query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
+    return query;
+}
+
+} // namespace
+
+RenderScene::RenderScene() : _device(rtcNewDevice("threads=1")), _scene(rtcNewScene(_device))
+{
+    rtcSetSceneFlags(_scene, RTC_SCENE_FLAG_ROBUST);
+}
+
+RenderScene::~RenderScene()
+{
+    rtcReleaseScene(_scene);
+    rtcReleaseDevice(_device);
+}
+
+void RenderScene::addMesh(Mesh mesh)
+{
+    if (mesh.indices.empty())
+        return;
+    _meshes.push_back(std::make_unique<Mesh>(std::move(mesh)));
+    const Mesh &kept = *_meshes.back();
+    RTCGeometry geometry = rtcNewGeometry(_device, RTC_GEOMETRY_TYPE_TRIANGLE);
+    void *positions = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3, sizeof(V3),
+                                              kept.positions.size());
+    std::copy(kept.positions.begin(), kept.positions.end(), static_cast<V3 *>(positions));
+    void *indices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
+                                            3 * sizeof(std::uint32_t), kept.indices.size() / 3);
+    std::copy(kept.indices.begin(), kept.indices.end(), static_cast<std::uint32_t *>(indices));
+    rtcCommitGeometry(geometry);
+    rtcAttachGeometryByID(_scene, geometry, static_cast<unsigned>(_meshes.size() - 1));
+    rtcReleaseGeometry(geometry);
+}
+
+void RenderScene::commit()
+{
+    rtcCommitScene(_scene);
+}
+
+std::optional<Hit> RenderScene::intersect(V3 origin, V3 direction) const
+{
+    RTCRayHit query = rayFrom(origin, direction);
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    rtcIntersect1(_scene, &context, &query);
+    if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
+        return std::nullopt;
+    return hitOf(query);
+}
+
+Hit RenderScene::hitOf(const RTCRayHit &query) const
+{
+    const Mesh &mesh = *_meshes[query.hit.geomID];
+    const std::uint32_t *corner = &mesh.indices[std::size_t{query.hit.primID} * 3];
+    const float b1 = query.hit.u;
+    const float b2 = query.hit.v;
+    const float b0 = 1.0F - b1 - b2;
+    const V3 p0 = mesh.positions[corner[0]];
+    const V3 e1 = mesh.positions[corner[1]] - p0;
+    const V3 e2 = mesh.positions[corner[2]] - p0;
+
+    Hit hit{};
+    hit.layers = &mesh.layers;
+    hit.position = p0 + e1 * b1 + e2 * b2;
+    hit.geometricNormal = normalize(cross(e1, e2));
+    hit.normal = mesh.normals.empty() ? hit.geometricNormal
+                                      : normalize(mesh.normals[corner[0]] * b0 + mesh.normals[corner[1]] * b1 +
+                                                  mesh.normals[corner[2]] * b2);
+    if (mesh.coordinates.empty()) {
+        const Frame frame = frameAround(hit.normal);
+        hit.tangent = frame.x;
+        hit.bitangent = frame.y;
+        return hit;
+    }
+    const auto &t0 = mesh.coordinates[corner[0]];
+    const auto &t1 = mesh.coordinates[corner[1]];
+    const auto &t2 = mesh.coordinates[corner[2]];
+    hit.u = t0[0] * b0 + t1[0] * b1 + t2[0] * b2;
+    hit.v = t0[1] * b0 + t1[1] * b1 + t2[1] * b2;
+    const float du1 = t1[0] - t0[0];
+    const float dv1 = t1[1] - t0[1];
+    const float du2 = t2[0] - t0[0];
+    const float dv2 = t2[1] - t0[1];
+    const float determinant = du1 * dv2 - du2 * dv1;
+    if (std::abs(determinant) < 1e-12F) {
+        const Frame frame = frameAround(hit.normal);
+        hit.tangent = frame.x;
+        hit.bitangent = frame.y;
+    } else {
+        hit.tangent = (e1 * dv2 - e2 * dv1) / determinant;
+        hit.bitangent = (e2 * du1 - e1 * du2) / determinant;
+    }
+    return hit;
+}
+
+float RenderScene::transmittance(V3 origin, V3 direction) const
+{
+    float through = 1.0F;
+    for (int i = 0; i < MaxCutOuts; ++i) {
+        const std::optional<Hit> hit = intersect(origin, direction);
+        if (!hit)
+            return through;
+        through *= 1.0F - _surfaces.opacityAt(*hit->layers, hit->u, hit->v);
+        if (through <= 0.0F)
+            return 0.0F;
+        origin = hit->position + direction * (RelativeOffset * (1.0F + length(hit->position)));
+    }
+    return 0.0F;
+}
+
+} // namespace kxRender
