@@ -2,6 +2,7 @@
 #include "Assets/kxAssetItem.h"
 
 #include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxPreviewImageLoader.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxVersion.h"
@@ -580,6 +581,28 @@ TEST_F(kxAssetItemTest, KeepsItsNameWithoutBackEndOrMetadata)
 
     EXPECT_EQ(nowhere.name(), "Old");
     EXPECT_EQ(empty.name(), "Old");
+}
+
+TEST_F(kxAssetItemTest, KeepsItsNameWhenTheMetadataIsEmpty)
+{
+    // A place whose metadata can be read and has no root.
+    struct RootlessPlace : kxLocalUrlManager
+    {
+        bool accepts(const QUrl &place) const override { return place.scheme() == "rootless"; }
+        bool loadDocumentFromDir(const QUrl &, QDomDocument &, QUrl &) const override { return true; }
+        bool saveDocumentToFile(const QUrl &, const QDomDocument &) const override
+        {
+            ADD_FAILURE() << "there is nothing to save";
+            return true;
+        }
+    };
+    static RootlessPlace place;
+    kxUrlManager::registerManager(&place);
+    PlainItem item = itemIn(QUrl("rootless://x"));
+
+    EXPECT_FALSE(item.changeName("New"));
+
+    EXPECT_EQ(item.name(), "Old");
 }
 
 TEST_F(kxAssetItemTest, KeepsItsNameWhenTheMetadataCannotBeWritten)
