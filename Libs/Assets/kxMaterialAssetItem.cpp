@@ -146,6 +146,11 @@ std::vector<osg::MaterialPtr> kxMaterialAssetItem::getMaterialsFromUUIDs(const s
     materials.reserve(uuids.size());
     for (const std::string &uuid : uuids)
         materials.push_back(getMaterialFromUUID(uuid, false));
+    // Loading a later one may have let somebody delete the item that held an earlier one.
+    const auto isGone = [](const osg::MaterialPtr &material) {
+        return !osg::FieldContainerFactory::the().isAlive(material.getFieldContainerId());
+    };
+    std::ranges::replace_if(materials, isGone, osg::MaterialPtr());
     return materials;
 }
 

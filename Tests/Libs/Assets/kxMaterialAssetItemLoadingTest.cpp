@@ -489,6 +489,22 @@ TEST_F(kxMaterialAssetItemLoadingTest, ReadsAPartAgainForTheNextLoad)
     EXPECT_NE(Item::getMaterialFromUUID(part), second.get());
 }
 
+TEST_F(kxMaterialAssetItemLoadingTest, LeavesOutAPartWhoseItemIsDeletedBeforeTheLastIsLoaded)
+{
+    const std::string first = storeSurface("First");
+    const std::string last = storeSurface("Last");
+    Item *composite = describeComposite("c", "MultiPassMaterial", {first, last});
+    int stamped = 0;
+    const ChangeListener deleter(osg::AssetAttachment::getClassType(), [&](osg::FieldMask fields) {
+        if (fields == osg::AssetAttachment::UserEditedFieldMask && ++stamped == 2)
+            kxAssetItemFactory::the().deleteItem(first);
+    });
+
+    EXPECT_TRUE(composite->loadMaterial());
+
+    EXPECT_EQ(namesOf(partsOf(composite->getMaterial())), std::vector<std::string>{"Last"});
+}
+
 TEST_F(kxMaterialAssetItemLoadingTest, KeepsNothingAliveByRememberingIt)
 {
     const std::string part = storeSurface("Part");
