@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#if defined(kxAssetSession_EXPORTS) || defined(__GNUC__)
+#define KX_ASSETSESSION_EXPORT [[gnu::visibility("default")]]
+#else
+#define KX_ASSETSESSION_EXPORT
+#endif

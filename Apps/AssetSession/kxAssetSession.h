@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "AssetSession/AssetSessionExport.h"
+
+#include <memory>
+
+class kxPreviewRenderModule;
+
+/// The host in a program: kernel, an empty scene, previews, and the local disk as a place of assets.
+///
+/// One for each process, made on the main thread after the QApplication, and gone before it.
+class KX_ASSETSESSION_EXPORT kxAssetSession
+{
+public:
+    kxAssetSession();
+    /// Empties the registry and gives the scene up.
+    ~kxAssetSession();
+    kxAssetSession(const kxAssetSession &) = delete;
+    kxAssetSession &operator=(const kxAssetSession &) = delete;
+
+private:
+    std::unique_ptr<kxPreviewRenderModule> _previews;
+};

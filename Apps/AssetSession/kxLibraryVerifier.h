@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "AssetSession/AssetSessionExport.h"
+
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+class kxAssetItemDocument;
+
+/// Looks into every asset directory below a folder and tells what is wrong, without changing anything. Main thread only.
+///
+/// The registry need not hold the library's assets, but for composites to load it must.
+class KX_ASSETSESSION_EXPORT kxLibraryVerifier
+{
+public:
+    struct Finding
+    {
+        std::string kind; ///< one word for programs, such as "duplicate-uuid"
+        std::string path; ///< relative to the folder
+        std::string text; ///< for people
+    };
+
+    explicit kxLibraryVerifier(const QString &folder);
+
+    /// Asked before each directory with the number of those done; false ends the search.
+    void setProgress(std::function<bool(int done)> progress) { _progress = std::move(progress); }
+
+    /// All findings, in the order of the paths.
+    std::vector<Finding> verify();
+    int assetCount() const { return static_cast<int>(_directoryOfUuid.size()); }
+
+private:
+    bool verifyBelow(const QString &directory);
+    bool verifyMetadata(const QString &file);
+    void verifyIdentity(const QString &file, const kxAssetItemDocument &document);
+    void verifyMaterial(const QString &directory, const kxAssetItemDocument &document);
+    void verifyPreview(const QString &directory, const QString &baseName);
+    void verifySubMaterials();
+    void verifyLeftovers(const QString &directory, bool isAsset);
+    void report(const char *kind, const QString &path, const std::string &text);
+
+    struct Reference
+    {
+        std::string uuid;
+        QString path;
+    };
+
+    QString _folder;
+    std::function<bool(int)> _progress;
+    int _done = 0;
+    std::map<std::string, QString> _directoryOfUuid;
+    std::vector<Reference> _references;
+    std::vector<Finding> _findings;
+};

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxAssetLibrary.h"
+#include "Assets/kxMaterialAssetItem.h"
+#include "Kernel/kxMaterials.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/MultiPassMaterial.h"
+#include "SceneGraph/SwitchMaterial.h"
+#include "kxassets/PreviewOptions.h"
+#include "kxassets/ResultStream.h"
+#include "kxassets/Support.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace {
+
+struct Arguments
+{
+    bool isSwitch = false;
+    bool isMultiPass = false;
+    std::string name;
+    std::vector<std::string> assets;
+    int choice = 0;
+    std::string folder;
+    PreviewOptions preview;
+};
+
+osg::FCRef<osg::MultiMaterial> makeComposite(const Arguments &arguments, const std::vector<osg::MaterialPtr> &parts)
+{
+    osg::FCRef<osg::MultiMaterial> composite;
+    if (arguments.isSwitch) {
+        const osg::SwitchMaterialPtr chooser = osg::SwitchMaterial::create();
+        composite = osg::FCRef<osg::MultiMaterial>(chooser);
+        const osg::CPEditor edit(chooser, osg::SwitchMaterial::ChoiceFieldMask);
+        chooser->setChoice(arguments.choice);
+    } else {
+        composite = osg::FCRef<osg::MultiMaterial>(osg::MultiPassMaterial::create());
+    }
+    const osg::CPEditor edit(composite.get(), osg::MultiMaterial::MaterialsFieldMask);
+    for (const osg::MaterialPtr &part : parts)
+        composite->addMaterial(part);
+    return composite;
+}
+
+/// Empty with a complaint.
+std::vector<osg::MaterialPtr> loadParts(const kxAssetLibrary &library, const std::vector<std::string> &assets)
+{
+    std::vector<std::string> uuids;
+    for (const std::string &asset : assets) {
+        kxMaterialAssetItem *item = findMaterialAsset(library, asset);
+        if (!item)
+            return {};
+        uuids.push_back(item->uuid());
+    }
+    std::vector<osg::MaterialPtr> parts = kxMaterialAssetItem::getMaterialsFromUUIDs(uuids);
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        if (!parts[i]) {
+            complain("'" + assets[i] + "' cannot be loaded; 'kxassets verify' tells more");
+            return {};
+        }
+    return parts;
+}
+
+ExitCode run(const Arguments &arguments, Context &context)
+{
+    if (arguments.isSwitch && static_cast<std::size_t>(arguments.choice) >= arguments.assets.size()) {
+        complain("--choice counts from 0 and there are " + std::to_string(arguments.assets.size()) + " materials");
+        return ExitCode::Usage;
+    }
+    const auto library = openLibrary(context.options, true);
+    if (!library)
+        return ExitCode::Failed;
+    const osg::Result<QUrl> folder = library->folder(QString::fromStdString(arguments.folder));
+    if (!folder) {
+        complain(folder.reason());
+        return ExitCode::Failed;
+    }
+    const std::vector<osg::MaterialPtr> parts = loadParts(*library, arguments.assets);
+    if (parts.empty())
+        return ExitCode::Failed;
+    arguments.preview.apply();
+    const osg::FCRef<osg::MultiMaterial> composite = makeComposite(arguments, parts);
+    kxMaterials::setName(composite.get(), arguments.name, false);
+    kxMaterialAssetItem item;
+    item.initFrom(composite.get(), {}, true);
+    const std::string uuid = item.uuid();
+    if (!item.save(folder.value())) {
+        complain("'" + arguments.name + "' could not be saved in " + folder.value().toLocalFile().toStdString());
+        return ExitCode::Failed;
+    }
+    if (context.options.isJson)
+        printJson(context, describe(*library, item));
+    else
+        context.results.line(uuid + "  composed  " + arguments.name);
+    return ExitCode::Done;
+}
+
+} // namespace
+
+Run declareCompose(CLI::App &app, Options &options)
+{
+    const auto arguments = std::make_shared<Arguments>();
+    auto *kind = app.add_option_group("kind", "What it becomes");
+    kind->add_flag("--switch", arguments->isSwitch, "Looks like one of its materials");
+    kind->add_flag("--multipass", arguments->isMultiPass, "Its materials lie over each other, the first at the bottom");
+    kind->require_option(1);
+    app.add_option("name", arguments->name, "The name of the new material")->required();
+    app.add_option("assets", arguments->assets, "The materials, in order")->required();
+    app.add_option("--choice", arguments->choice, "Of a switch: the one that shows, counted from 0")
+        ->check(CLI::NonNegativeNumber)
+        ->capture_default_str();
+    app.add_option("--folder", arguments->folder, "Folder inside the library");
+    arguments->preview.declare(app);
+    declareLibrary(app, options);
+    declareJson(app, options);
+    app.footer("Example: kxassets compose --switch 'Seat colours' 'Leather black' 'Leather tan' --library ~/Materials");
+    return [arguments](Context &context) { return run(*arguments, context); };
+}

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxAssetLibrary.h"
+#include "AssetSession/kxMaterialImport.h"
+#include "Rendering/kxPreviewSettings.h"
+#include "kxassets/Interrupt.h"
+#include "kxassets/PreviewOptions.h"
+#include "kxassets/ProgressLine.h"
+#include "kxassets/ResultStream.h"
+#include "kxassets/Support.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace {
+
+struct Arguments
+{
+    std::vector<std::string> files;
+    std::string folder;
+    std::vector<std::string> tags;
+    PreviewOptions preview;
+};
+
+QJsonObject toJson(const std::string &file, const kxMaterialImport::Saved &saved)
+{
+    return {{"uuid", QString::fromStdString(saved.uuid)},
+            {"name", QString::fromStdString(saved.name)},
+            {"file", QString::fromStdString(file)},
+            {"updated", saved.isUpdate}};
+}
+
+ExitCode run(const Arguments &arguments, Context &context)
+{
+    const auto library = openLibrary(context.options, false);
+    if (!library)
+        return ExitCode::Failed;
+    const osg::Result<QUrl> folder = library->folder(QString::fromStdString(arguments.folder));
+    if (!folder) {
+        complain(folder.reason());
+        return ExitCode::Failed;
+    }
+    arguments.preview.apply();
+    kxMaterialImport import(*library);
+    import.setTags(arguments.tags);
+
+    ProgressLine progress("Importing", "files");
+    std::vector<std::string> failures;
+    QJsonArray imported;
+    for (std::size_t i = 0; i < arguments.files.size() && !Interrupt::wasRequested(); ++i) {
+        const std::string &file = arguments.files[i];
+        progress.show(i, arguments.files.size());
+        const kxMaterialImport::Outcome outcome = import.importFile(
+            QString::fromStdString(file), folder.value(), [] { return !Interrupt::wasRequested(); });
+        progress.clear();
+        for (const kxMaterialImport::Saved &saved : outcome.saved) {
+            imported.append(toJson(file, saved));
+            if (!context.options.isJson)
+                context.results.line(saved.uuid + (saved.isUpdate ? "  updated   " : "  imported  ") + saved.name);
+        }
+        failures.insert(failures.end(), outcome.failures.begin(), outcome.failures.end());
+    }
+    if (context.options.isJson)
+        printJson(context, imported);
+    return finishBatch(failures);
+}
+
+} // namespace
+
+Run declareImport(CLI::App &app, Options &options)
+{
+    const auto arguments = std::make_shared<Arguments>();
+    app.add_option("files", arguments->files, "3D models (glTF, OBJ, FBX ...) or pictures (EXR, HDR, PNG ...)")
+        ->required();
+    declareLibrary(app, options);
+    app.add_option("--folder", arguments->folder, "Folder inside the library for what is new");
+    app.add_option("--tag", arguments->tags, "Tag for what is imported; may be repeated")->take_all();
+    arguments->preview.declare(app);
+    declareJson(app, options);
+    app.footer("A file that was imported before updates its assets: a material is known again by its name and the\n"
+               "name of its file.\n\n"
+               "Example: kxassets import car.glb studio.exr --library ~/Materials --folder Cars --tag paint");
+    return [arguments](Context &context) { return run(*arguments, context); };
+}

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "kxassets/Interrupt.h"
+
+#include <csignal>
+
+namespace Interrupt {
+
+namespace {
+
+volatile std::sig_atomic_t requested = 0;
+
+extern "C" void handleInterrupt(int number)
+{
+    requested = 1;
+    std::signal(number, SIG_DFL);
+}
+
+} // namespace
+
+void install()
+{
+    std::signal(SIGINT, handleInterrupt);
+    std::signal(SIGTERM, handleInterrupt);
+}
+
+bool wasRequested()
+{
+    return requested != 0;
+}
+
+} // namespace Interrupt

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+/// The program's results on standard output, apart from everything else that is written there.
+///
+/// The library prints diagnostic lines on standard output. From its construction on, this object has them go to standard
+/// error when they are wanted and nowhere otherwise, so that results can be parsed. A reader who goes away early is no
+/// failure.
+class ResultStream
+{
+public:
+    explicit ResultStream(bool showsDiagnostics);
+    ~ResultStream();
+    ResultStream(const ResultStream &) = delete;
+    ResultStream &operator=(const ResultStream &) = delete;
+
+    /// Writes \a text and a line end.
+    void line(const std::string &text);
+    /// Writes the text as it is.
+    void write(const std::string &text);
+    /// Nobody reads any more.
+    bool isClosed() const { return _isClosed; }
+
+private:
+    int _descriptor = -1;
+    bool _isClosed = false;
+};

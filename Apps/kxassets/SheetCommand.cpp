@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxAssetLibrary.h"
+#include "AssetSession/kxContactSheet.h"
+#include "Assets/kxAssetItem.h"
+#include "kxassets/Interrupt.h"
+#include "kxassets/ProgressLine.h"
+#include "kxassets/ResultStream.h"
+#include "kxassets/Support.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QFileInfo>
+#include <QPixmap>
+#include <QSaveFile>
+
+#include <memory>
+
+namespace {
+
+struct Arguments
+{
+    std::string output;
+    std::string title;
+    int columns = 0;
+    int size = 220;
+};
+
+kxContactSheet::Tile tileOf(kxAssetItem &item)
+{
+    kxContactSheet::Tile tile;
+    tile.name = QString::fromStdString(item.name());
+    tile.detail = item.data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole).toString();
+    if (!item.loadPreviewImage(false))
+        return tile;
+    QPixmap pixmap = QPixmap::fromImage(item.previewImage());
+    item.addOverlayIcon(pixmap);
+    tile.preview = pixmap.toImage();
+    // A sheet of thousands would otherwise keep all their previews.
+    item.setPreviewImage({});
+    return tile;
+}
+
+bool writePng(const QImage &image, const QString &path)
+{
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
+}
+
+ExitCode run(const Arguments &arguments, Context &context)
+{
+    const auto library = openLibrary(context.options, true);
+    if (!library)
+        return ExitCode::Failed;
+    const QString title = arguments.title.empty() ? QFileInfo(library->path()).fileName()
+                                                  : QString::fromStdString(arguments.title);
+    kxContactSheet sheet(title);
+    sheet.setColumns(arguments.columns);
+    sheet.setTileSize(arguments.size);
+    ProgressLine progress("Drawing", "assets");
+    const std::vector<kxAssetItem *> items = library->items();
+    for (std::size_t i = 0; i < items.size() && !Interrupt::wasRequested(); ++i) {
+        progress.show(i, items.size());
+        sheet.addTile(tileOf(*items[i]));
+    }
+    progress.clear();
+    if (Interrupt::wasRequested())
+        return finishBatch({});
+    const QImage image = sheet.paint();
+    if (image.isNull() || !writePng(image, QString::fromStdString(arguments.output))) {
+        complain("the sheet could not be written to '" + arguments.output + "'");
+        return ExitCode::Failed;
+    }
+    if (context.options.isJson)
+        printJson(context, QJsonObject{{"file", QString::fromStdString(arguments.output)},
+                                       {"assets", static_cast<int>(items.size())},
+                                       {"width", image.width()},
+                                       {"height", image.height()}});
+    else
+        context.results.line(std::to_string(items.size()) + " assets on " + arguments.output);
+    return ExitCode::Done;
+}
+
+} // namespace
+
+Run declareSheet(CLI::App &app, Options &options)
+{
+    const auto arguments = std::make_shared<Arguments>();
+    app.add_option("-o,--output", arguments->output, "The PNG file to write")->required();
+    app.add_option("--title", arguments->title, "Instead of the library's name");
+    app.add_option("--columns", arguments->columns, "Previews side by side")->check(CLI::Range(1, 200));
+    app.add_option("--size", arguments->size, "Width of a preview in pixels")
+        ->check(CLI::Range(48, 1024))
+        ->capture_default_str();
+    declareLibrary(app, options);
+    declareJson(app, options);
+    app.footer("Example: kxassets sheet --library ~/Materials -o materials.png");
+    return [arguments](Context &context) { return run(*arguments, context); };
+}

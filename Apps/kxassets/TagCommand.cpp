@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxAssetLibrary.h"
+#include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxMaterialAssetItem.h"
+#include "Kernel/kxMaterialTags.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/TagAttachment.h"
+#include "kxassets/ResultStream.h"
+#include "kxassets/Support.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+struct Arguments
+{
+    std::vector<std::string> assets;
+    std::vector<std::string> added;
+    std::vector<std::string> removed;
+    std::vector<std::string> set;
+    bool clears = false;
+
+    bool changes() const { return clears || !added.empty() || !removed.empty() || !set.empty(); }
+};
+
+void edit(const osg::MaterialPtr &material, const Arguments &arguments)
+{
+    if (const osg::TagAttachmentPtr tags = osg::findAttachment<osg::TagAttachment>(material)) {
+        std::vector<std::string> kept = tags->getMaterials().values();
+        std::erase_if(kept, [&arguments](const std::string &tag) {
+            return arguments.clears || !arguments.set.empty() ||
+                   std::find(arguments.removed.begin(), arguments.removed.end(), tag) != arguments.removed.end();
+        });
+        const osg::CPEditor editor(tags, osg::TagAttachment::MaterialsFieldMask);
+        tags->editMaterials() = kept;
+    }
+    for (const auto *list : {&arguments.set, &arguments.added})
+        for (const std::string &tag : *list)
+            kxMaterialTags::addTag(material, tag);
+}
+
+/// False with a complaint.
+bool retag(kxMaterialAssetItem &item, const Arguments &arguments)
+{
+    const std::string name = item.name();
+    const QUrl folder = item.parentDirectoryUrl();
+    if (!item.loadMaterial()) {
+        complain("'" + name + "' cannot be loaded; 'kxassets verify' tells more");
+        return false;
+    }
+    edit(item.getMaterial(), arguments);
+    // The item is replaced in the registry, and not to be used afterwards.
+    if (item.save(folder))
+        return true;
+    complain("'" + name + "' could not be saved in " + folder.toLocalFile().toStdString());
+    return false;
+}
+
+ExitCode run(const Arguments &arguments, Context &context)
+{
+    const auto library = openLibrary(context.options, true);
+    if (!library)
+        return ExitCode::Failed;
+    QJsonArray all;
+    std::vector<std::vector<std::string>> rows;
+    bool hasFailed = false;
+    for (const std::string &asset : arguments.assets) {
+        kxMaterialAssetItem *item = findMaterialAsset(*library, asset);
+        const std::string uuid = item ? item->uuid() : std::string();
+        if (!item || (arguments.changes() && !retag(*item, arguments))) {
+            hasFailed = true;
+            continue;
+        }
+        kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid);
+        if (!saved)
+            continue;
+        all.append(describe(*library, *saved));
+        rows.push_back({uuid, saved->name(),
+                        saved->data(kxAssetCategory::getTagsColumn(), Qt::DisplayRole).toString().toStdString()});
+    }
+    if (context.options.isJson)
+        printJson(context, all);
+    else
+        printTable(context, rows);
+    return hasFailed ? ExitCode::Failed : ExitCode::Done;
+}
+
+} // namespace
+
+Run declareTag(CLI::App &app, Options &options)
+{
+    const auto arguments = std::make_shared<Arguments>();
+    app.add_option("assets", arguments->assets, "The assets")->required();
+    app.add_option("--add", arguments->added, "Adds a tag; may be repeated")->take_all()->allow_extra_args(false);
+    app.add_option("--remove", arguments->removed, "Removes a tag; may be repeated")->take_all()->allow_extra_args(false);
+    app.add_option("--set", arguments->set, "Replaces all tags by this one; may be repeated")
+        ->take_all()
+        ->allow_extra_args(false);
+    app.add_flag("--clear", arguments->clears, "Removes all tags");
+    declareLibrary(app, options);
+    declareJson(app, options);
+    app.footer("Without an option the tags are shown.\n\n"
+               "Example: kxassets tag 3f2a --add metal --remove draft --library ~/Materials");
+    return [arguments](Context &context) { return run(*arguments, context); };
+}
