@@ -18,7 +18,7 @@ std::string listed(const std::vector<kxAssetItem *> &items)
 {
     std::string text;
     for (kxAssetItem *item : items)
-        text += (text.empty() ? "" : ", ") + item->uuid();
+        text.append(text.empty() ? "" : ", ").append(item->uuid());
     return text;
 }
 

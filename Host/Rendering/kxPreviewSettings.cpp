@@ -6,7 +6,7 @@
 namespace {
 
 int theSize = 512;
-int theSamples = 64;
+int theSamples = 16;
 
 } // namespace
 

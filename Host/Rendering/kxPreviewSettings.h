@@ -12,7 +12,7 @@ public:
     /// The width in pixels, 512 at first; materials are as high, environments half as high. Clamped to 16..4096.
     static int size();
     static void setSize(int size);
-    /// Samples for each pixel, 64 at first. Clamped to 1..65536.
+    /// Samples for each pixel, 16 at first. Clamped to 1..65536.
     static int samples();
     static void setSamples(int samples);
 };

@@ -30,7 +30,7 @@ std::string namesOf(const FieldContainerType &type, FieldMask fields)
     std::string names;
     for (const FieldInfo &field : type.fields())
         if ((fields & field.mask) != 0)
-            names += (names.empty() ? "" : ", ") + std::string(field.name);
+            names.append(names.empty() ? "" : ", ").append(field.name);
     return names;
 }
 

@@ -11,7 +11,7 @@ std::string TagAttachment::getTagString() const
 {
     std::string text;
     for (const std::string &tag : getMaterials())
-        text += (text.empty() ? "" : ", ") + tag;
+        text.append(text.empty() ? "" : ", ").append(tag);
     return text;
 }
 

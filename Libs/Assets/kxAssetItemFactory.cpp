@@ -22,7 +22,7 @@ using kxAssetsInternal::RegisteredItems;
 
 namespace {
 
-bool isOnMainThread()
+[[maybe_unused]] bool isOnMainThread()
 {
     return !QCoreApplication::instance() || QCoreApplication::instance()->thread() == QThread::currentThread();
 }

@@ -11,8 +11,8 @@ namespace kxRender {
 
 namespace {
 
-constexpr int MaxBounces = 24;
-constexpr int FirstRoulette = 4;
+constexpr int MaxBounces = 16;
+constexpr int FirstRoulette = 3;
 constexpr int MaxCutOuts = 64;
 constexpr float RelativeOffset = 1e-4F;
 /// After the first surface single samples are kept below this, against specks that no sample count removes.
@@ -154,7 +154,7 @@ PathTracer::Radiance PathTracer::trace(V3 origin, V3 direction, Sampler &sampler
         lastPdf = goesThrough ? 0.0F : next.pdf;
         origin = beyond(hit->position, goesThrough ? -side : side);
         if (++bounce >= FirstRoulette) {
-            const float survival = std::min(0.95F, maxOf(throughput));
+            const float survival = std::min(0.9F, maxOf(throughput));
             if (sampler.next1D() >= survival)
                 break;
             throughput *= 1.0F / survival;

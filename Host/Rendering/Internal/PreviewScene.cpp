@@ -11,7 +11,7 @@ namespace kxRender {
 namespace {
 
 constexpr float OrbRadius = 1.0F;
-constexpr float OrbHeight = 1.19F;  // of its middle above the ground
+constexpr float OrbHeight = 1.075F;  // of its middle above the ground
 constexpr float GrooveDepth = 0.055F;
 constexpr int OrbSteps = 360;
 constexpr int Segments = 192;
@@ -168,7 +168,7 @@ EnvironmentLight studioLight()
 
 Camera previewCamera()
 {
-    return {{0.0F, 2.35F, 6.6F}, {0.0F, 1.0F, 0.0F}, {0.0F, 1.0F, 0.0F}, degrees(23.5F)};
+    return {{0.0F, 2.35F, 6.6F}, {0.0F, 0.97F, 0.0F}, {0.0F, 1.0F, 0.0F}, degrees(22.0F)};
 }
 
 void buildPreviewScene(RenderScene &scene, const osg::MaterialPtr &material)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Rendering/Internal/RenderScene.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace kxRender {
@@ -29,7 +30,7 @@ RTCRayHit rayFrom(V3 origin, V3 direction)
 
 } // namespace
 
-RenderScene::RenderScene() : _device(rtcNewDevice("threads=1")), _scene(rtcNewScene(_device))
+RenderScene::RenderScene() : _device(rtcNewDevice(nullptr)), _scene(rtcNewScene(_device))
 {
     rtcSetSceneFlags(_scene, RTC_SCENE_FLAG_ROBUST);
 }
@@ -60,6 +61,8 @@ void RenderScene::addMesh(Mesh mesh)
 
 void RenderScene::commit()
 {
+    _hasCutOuts = std::any_of(_meshes.begin(), _meshes.end(),
+                              [this](const auto &mesh) { return _surfaces.hasCutOuts(mesh->layers); });
     rtcCommitScene(_scene);
 }
 
@@ -119,8 +122,19 @@ Hit RenderScene::hitOf(const RTCRayHit &query) const
     return hit;
 }
 
+bool RenderScene::isBlocked(V3 origin, V3 direction) const
+{
+    RTCRay ray = rayFrom(origin, direction).ray;
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    rtcOccluded1(_scene, &context, &ray);
+    return ray.tfar < 0.0F;
+}
+
 float RenderScene::transmittance(V3 origin, V3 direction) const
 {
+    if (!_hasCutOuts)
+        return isBlocked(origin, direction) ? 0.0F : 1.0F;
     float through = 1.0F;
     for (int i = 0; i < MaxCutOuts; ++i) {
         const std::optional<Hit> hit = intersect(origin, direction);

@@ -59,13 +59,15 @@ public:
     float transmittance(V3 origin, V3 direction) const;
 
 private:
-    Hit hitOf(const RTCRayHit &ray) const;
+    Hit hitOf(const RTCRayHit &query) const;
+    bool isBlocked(V3 origin, V3 direction) const;
 
     RTCDevice _device;
     RTCScene _scene;
     SurfaceLibrary _surfaces;
     std::vector<std::unique_ptr<Mesh>> _meshes;
     std::optional<EnvironmentLight> _environment;
+    bool _hasCutOuts = false;
 };
 
 } // namespace kxRender

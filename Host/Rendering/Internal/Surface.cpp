@@ -143,6 +143,17 @@ SurfacePoint SurfaceLibrary::lookUp(const Surface &s, float u, float v) const
     return p;
 }
 
+bool SurfaceLibrary::hasCutOuts(const Layers &layers) const
+{
+    for (std::uint32_t i = 0; i < layers.count; ++i) {
+        const Surface &s = surface(layers.first + i);
+        const TextureMap *m = map(s.baseMap);
+        if (s.opacity >= 1.0F && (m == nullptr || m->isOpaque()))
+            return false;
+    }
+    return true;
+}
+
 float SurfaceLibrary::opacityAt(const Layers &layers, float u, float v) const
 {
     float through = 1.0F;

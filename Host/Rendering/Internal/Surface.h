@@ -74,6 +74,8 @@ public:
     const Surface &surface(std::uint32_t index) const { return _surfaces[index]; }
     const TextureMap *map(int index) const { return index >= 0 ? &_maps[static_cast<std::size_t>(index)] : nullptr; }
     SurfacePoint lookUp(const Surface &surface, float u, float v) const;
+    /// Whether opacityAt() may be less than 1 anywhere.
+    bool hasCutOuts(const Layers &layers) const;
     float opacityAt(const Layers &layers, float u, float v) const;
 
 private:

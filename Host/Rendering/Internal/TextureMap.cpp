@@ -63,6 +63,7 @@ TextureMap::TextureMap(const osg::TexturePtr &texture)
     for (std::uint32_t y = 0; y < image->getHeight(); ++y)
         for (std::uint32_t x = 0; x < image->getWidth(); ++x) {
             const osg::Vec4f pixel = image->pixel(x, y);
+            _isOpaque = _isOpaque && pixel[3] >= 1.0F;
             if (_isBytes)
                 for (std::size_t i = 0; i < 4; ++i)
                     _bytes.push_back(static_cast<std::uint8_t>(std::lround(pixel[i] * 255.0F)));

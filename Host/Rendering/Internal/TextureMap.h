@@ -19,6 +19,8 @@ public:
 
     /// RGBA in linear light at a texture coordinate, between the four nearest pixels. Never anything but numbers.
     std::array<float, 4> sample(float u, float v) const;
+    /// Whether alpha is 1 everywhere.
+    bool isOpaque() const { return _isOpaque; }
     /// The distance of one pixel in texture coordinates of the surface.
     std::array<float, 2> pixelStep() const;
 
@@ -32,6 +34,7 @@ private:
     std::uint32_t _wrapV;
     std::array<float, 6> _matrix;
     bool _isBytes = false;
+    bool _isOpaque = true;
     std::vector<std::uint8_t> _bytes;               // RGBA
     std::vector<std::array<float, 4>> _floats;
     std::array<float, 256> _decode{};               // of the colour channels of bytes
