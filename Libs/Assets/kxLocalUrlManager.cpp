@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxLocalUrlManager.h"
 
+#include "Assets/Internal/AssetDirectoryWriter.h"
+#include "Assets/Internal/DirectoryMover.h"
+#include "Assets/Internal/ExternalConverter.h"
 #include "Assets/Internal/ImageFile.h"
 #include "Assets/Internal/LocalPath.h"
 #include "Assets/Internal/MetadataReader.h"
+#include "Assets/Internal/PreviewWriter.h"
 #include "Assets/Internal/StandardOutput.h"
 #include "Assets/Internal/UniqueNames.h"
-#include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxMaterialAssetItem.h"
 #include "Kernel/QKXDomDocumentWriter.h"
 #include "Kernel/kxFile.h"
 #include "Kernel/kxFileIO.h"
 #include "Kernel/kxLog.h"
-#include "Kernel/kxModalQuestion.h"
+#include "Kernel/kxMaterials.h"
 
 #include <QDirIterator>
 #include <QDomDocument>
@@ -22,9 +26,12 @@
 #include <QPixmap>
 #include <QThread>
 
+using kxAssetsInternal::AssetDirectoryWriter;
+using kxAssetsInternal::DirectoryMover;
+using kxAssetsInternal::entryPath;
 using kxAssetsInternal::isReadByQt;
 using kxAssetsInternal::isTaken;
-using kxAssetsInternal::placeOf;
+using kxAssetsInternal::PayloadAfterwards;
 using kxAssetsInternal::printLine;
 using kxAssetsInternal::readWithHost;
 using kxAssetsInternal::renameEntry;
@@ -126,7 +133,7 @@ QUrl kxLocalUrlManager::getDirectoryUrl(const QUrl &url)
 
 QUrl kxLocalUrlManager::getParentDirectoryUrl(const QUrl &url)
 {
-    return QUrl::fromLocalFile(QFileInfo(url.toLocalFile()).absolutePath());
+    return QUrl::fromLocalFile(QFileInfo(entryPath(url)).absolutePath());
 }
 
 bool kxLocalUrlManager::isSameDirectory(const QUrl &a, const QUrl &b) const
@@ -172,16 +179,18 @@ QString kxLocalUrlManager::getUniqueDirectoryName(const QUrl &url, const QString
 {
     const QDir directory = getDir(url);
     UniqueNames names(name, getNumberSuffix(name));
-    while (isTaken(directory.filePath(names.current())))
+    while (isTaken(directory, names.current()))
         names.advance();
     return names.current();
 }
 
 QUrl kxLocalUrlManager::makeUniqueDirectory(const QUrl &url, const QString &name, kxAssetItem *item)
 {
+    if (url.toLocalFile().isEmpty())
+        return {};
     QDir directory = getDir(url);
     UniqueNames names(name, getNumberSuffix(name));
-    for (; isTaken(directory.filePath(names.current())); names.advance()) {
+    for (; isTaken(directory, names.current()); names.advance()) {
         const QUrl existing = QUrl::fromLocalFile(directory.absoluteFilePath(names.current()));
         if (item && containsItem(existing, item->category(), item->uuid())) {
             printLine("[makeUniqueDirectory] - contains item with same uuid");
@@ -205,12 +214,16 @@ QUrl kxLocalUrlManager::makePath(const QUrl &url, const QString &relativePath)
 {
     if (relativePath.isEmpty())
         return url;
+    if (url.toLocalFile().isEmpty())
+        return {};
     const QDir parent = getDir(url);
     return parent.mkpath(relativePath) ? QUrl::fromLocalFile(parent.absoluteFilePath(relativePath)) : QUrl();
 }
 
 bool kxLocalUrlManager::ensureDirectoryExists(const QUrl &url)
 {
+    if (url.toLocalFile().isEmpty()) // which Qt takes for the current directory
+        return false;
     const QDir directory = getDir(url);
     return directory.exists() || directory.mkpath(QStringLiteral("."));
 }
@@ -227,84 +240,33 @@ QUrl kxLocalUrlManager::rename(const QUrl &url, const QString &oldName, const QS
     const QUrl parent = getParentDirectoryUrl(url);
     const QDir directory = getDir(parent);
     return renameEntry(directory.filePath(oldName), directory.filePath(newName)) ? extendByDirectory(parent, newName)
-                                                                               : url;
+                                                                                 : url;
 }
-
-namespace {
-
-/// Onto itself or into itself, by whatever spelling and through whatever links.
-bool isMoveIntoItself(const QString &source, const QString &target, const QString &result)
-{
-    const QString place = placeOf(source);
-    if (place.isEmpty() || place == placeOf(result))
-        return true;
-    const QFileInfo info(place);
-    if (info.isSymLink())
-        return false;
-    const QString targetPlace = QFileInfo(target).canonicalFilePath();
-    return place == targetPlace || targetPlace.startsWith(place + QLatin1Char('/')) ||
-           place == QFileInfo(result).canonicalFilePath();
-}
-
-} // namespace
 
 bool kxLocalUrlManager::move(const QUrl &source, const QUrl &targetDirectory, QUrl &resultUrl,
                              bool mergeWithoutAsking) const
 {
-    const QString name = self().directoryName(source);
-    const QUrl result = self().extendByDirectory(targetDirectory, name);
-    resultUrl = result;
-    if (result == source || isMoveIntoItself(source.toLocalFile(), targetDirectory.toLocalFile(), result.toLocalFile()))
-        return false;
-
-    printLine("move " + source.toString().toStdString() + " to " + targetDirectory.toString().toStdString());
-    if (!isTaken(result.toLocalFile()))
-        return rename(source, result);
-    if (!mergeWithoutAsking &&
-        kxModalQuestion::warning(
-            nullptr, tr("Asset Manager"),
-            tr("The target already contains a folder named '%1'.\nMerge folders?").arg(name),
-            QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) != QMessageBox::Yes)
-        return false;
-    return merge(source, result);
+    return DirectoryMover(self()).move(source, targetDirectory, resultUrl,
+                                       mergeWithoutAsking ? DirectoryMover::Collision::Joins
+                                                          : DirectoryMover::Collision::Asks);
 }
 
 bool kxLocalUrlManager::merge(const QUrl &source, const QUrl &target) const
 {
-    const std::vector<QUrl> directories = self().subDirectories(source);
-    const std::vector<QUrl> plainFiles = self().files(source, {}, QDir::NoSort);
-
-    bool isComplete = true;
-    for (const QUrl &directory : directories) {
-        bool isMoved = false;
-        if (containsItems(directory, Undefined)) {
-            const QString name = self().getUniqueDirectoryName(target, self().directoryName(directory));
-            isMoved = rename(directory, self().extendByDirectory(target, name));
-        } else {
-            QUrl discarded;
-            isMoved = move(directory, target, discarded, true);
-        }
-        isComplete = isMoved && isComplete;
-    }
-    const QDir targetDirectory = getDir(target);
-    for (const QUrl &file : plainFiles) {
-        const QUrl moved = QUrl::fromLocalFile(targetDirectory.absoluteFilePath(self().fileName(file)));
-        isComplete = rename(file, moved) && isComplete;
-    }
-    QDir().rmdir(source.toLocalFile());
-    return isComplete;
+    return DirectoryMover(self()).merge(source, target);
 }
 
 bool kxLocalUrlManager::removeDirectory(const QUrl &url) const
 {
-    const QString path = url.toLocalFile();
+    const QString path = entryPath(url);
     if (path.isEmpty())
         return false;
     if (!isTaken(path))
         return true;
 
+    const QUrl entry = QUrl::fromLocalFile(path);
     const bool isLink = QFileInfo(path).isSymLink();
-    const QUrl directory = isLink ? url : self().getDirectoryUrl(url);
+    const QUrl directory = isLink ? entry : self().getDirectoryUrl(entry);
     kxAssetItemFactory &registry = kxAssetItemFactory::the();
     std::set<kxAssetItem *> gone = registry.findItems(Undefined, directory);
     const bool isRemoved = isLink ? QFile::remove(path) : removeRecursively(getDir(directory));
@@ -393,8 +355,7 @@ bool kxLocalUrlManager::loadMaterialFromFile(const QUrl &url, osg::MaterialPtr &
 
 bool kxLocalUrlManager::loadSceneplateFromFile(const QUrl &url, osg::NodePtr &) const
 {
-    kxLog::error("Sceneplate assets are not supported in this version: '%s'.",
-                 url.toLocalFile().toUtf8().constData());
+    kxLog::error("Sceneplate assets are not supported in this version: '%s'.", url.toLocalFile().toUtf8().constData());
     return false;
 }
 
@@ -405,7 +366,7 @@ bool kxLocalUrlManager::loadNodeFromFile(const QUrl &url, osg::NodePtr &) const
     return false;
 }
 
-// Writing; how whole assets are saved stands in kxLocalUrlManagerSaving.cpp
+// Writing
 
 bool kxLocalUrlManager::saveDocumentToFile(const QUrl &url, const QDomDocument &document) const
 {
@@ -418,5 +379,59 @@ bool kxLocalUrlManager::saveDocumentToFile(const QUrl &url, const QDomDocument &
     if (kxFile::write(path.constData(), QKXDomDocumentWriter::toString(document).toStdString(), reason))
         return true;
     kxLog::error("Failed to write file '%s'.", path.constData());
+    return false;
+}
+
+bool kxLocalUrlManager::saveMaterialAsset(const QUrl &parent, kxMaterialAssetItem *item) const
+{
+    if (!item || !parent.isLocalFile())
+        return false;
+    const osg::MaterialPtr material = item->getMaterial();
+    if (!material || !ensureDirectoryExists(parent))
+        return false;
+
+    AssetDirectoryWriter writer(self());
+    const bool keepsComposite = _writeAutomotiveMaterialFiles;
+    if (!writer.begin(parent, *item, kxMaterials::getName(material)) ||
+        !writer.writePayload(material, keepsComposite ? AssetDirectoryWriter::Composite::Kept
+                                                      : AssetDirectoryWriter::Composite::Rebuilt))
+        return false;
+    saveImageFile(writer.basePath(), item->getOsgImage());
+    // The payload of a composite is there for the converter only.
+    const bool removeAfter = keepsComposite && kxAssetsInternal::isComposite(material);
+    writeMaterialFiles(QUrl::fromLocalFile(writer.payloadPath()), removeAfter);
+    item->setDirectoryUrl(writer.directory());
+    return true;
+}
+
+bool kxLocalUrlManager::saveEnvironmentNodeAsset(const QUrl &, kxEnvironmentNodeAssetItem *item) const
+{
+    if (item)
+        kxLog::error("Assets that are environment nodes cannot be saved in this version.");
+    return false;
+}
+
+bool kxLocalUrlManager::saveSceneNodeAsset(const QUrl &, kxGeometrySceneplateCommon *item) const
+{
+    if (item)
+        kxLog::error("Geometry and sceneplate assets cannot be saved in this version.");
+    return false;
+}
+
+void kxLocalUrlManager::saveImageFile(const QString &basePath, const osg::ImagePtr &image) const
+{
+    kxAssetsInternal::writePreview(basePath, image, _previewImageFileFormats, _previewImageFileFormat);
+}
+
+bool kxLocalUrlManager::writeMaterialFiles(const QUrl &payload) const
+{
+    return writeMaterialFiles(payload, false);
+}
+
+bool kxLocalUrlManager::writeMaterialFiles(const QUrl &payload, bool removeAfter) const
+{
+    const QString path = payload.toLocalFile();
+    if (_writeAutomotiveMaterialFiles || !path.endsWith(QLatin1String(".osb"), Qt::CaseInsensitive))
+        kxAssetsInternal::startConverter(path, removeAfter ? PayloadAfterwards::Goes : PayloadAfterwards::Stays);
     return false;
 }

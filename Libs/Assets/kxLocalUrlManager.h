@@ -84,7 +84,6 @@ private:
     static QDir getDir(const QUrl &url);
     static bool ensureDirectoryExists(const QUrl &url);
     void saveImageFile(const QString &basePath, const osg::ImagePtr &image) const;
-    bool savePayload(const osg::MaterialPtr &material, const QString &path, bool &isOnlyForConverter) const;
 
     kxLocalUrlManager &self() const { return const_cast<kxLocalUrlManager &>(*this); }
 

@@ -207,8 +207,10 @@ bool kxUrlManager::removeOldItemDirectory(kxAssetItem *oldItem, kxAssetItem *new
     const kxAssetCategoryType newCategory = newItem->category();
     const std::string uuid = newItem->uuid();
 
-    if (getUrlManager(newDirectory) == this && !isSameDirectory(newDirectory, oldDirectory) &&
-        containsItem(oldDirectory, oldCategory, uuid) && containsItem(newDirectory, newCategory, uuid)) {
+    // An asset saved below its own old directory would be removed with it.
+    if (getUrlManager(newDirectory) == this && !oldDirectory.isParentOf(newDirectory) &&
+        !isSameDirectory(newDirectory, oldDirectory) && containsItem(oldDirectory, oldCategory, uuid) &&
+        containsItem(newDirectory, newCategory, uuid)) {
         printLine("deleting: " + oldDirectory.toString().toStdString());
         if (!removeDirectory(oldDirectory) && containsItem(oldDirectory, oldCategory, uuid)) {
             printLine("deleting old directory failed.");

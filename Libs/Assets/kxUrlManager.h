@@ -98,7 +98,8 @@ public:
     virtual bool rename(const QUrl &from, const QUrl &to) const = 0;
     virtual QUrl rename(const QUrl &url, const QString &oldName, const QString &newName) = 0;
     /// Moves a folder into another one. \a resultUrl gets its new place. May ask whether to merge.
-    virtual bool move(const QUrl &source, const QUrl &targetDirectory, QUrl &resultUrl, bool mergeWithoutAsking) const = 0;
+    virtual bool move(const QUrl &source, const QUrl &targetDirectory, QUrl &resultUrl,
+                      bool mergeWithoutAsking) const = 0;
     virtual bool writeMaterialFiles(const QUrl &payload) const = 0;
 
     virtual bool loadPixmapFromDir(const QUrl &url, QPixmap &pixmap) const;

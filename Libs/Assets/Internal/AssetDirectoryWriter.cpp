@@ -1,55 +1,76 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/Internal/AssetDirectoryWriter.h"
 
-#include "Assets/Internal/StandardOutput.h"
+#include "Assets/Internal/LocalPath.h"
+#include "Assets/kxAssetCategory.h"
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxLocalUrlManager.h"
 #include "Kernel/kxFile.h"
+#include "Kernel/kxFileIO.h"
 #include "Kernel/kxLog.h"
-#include "Kernel/kxPlatform.h"
+#include "Kernel/kxMaterials.h"
 
-#include <QFile>
-#include <QProcess>
+#include <QFileInfo>
+
+#include <vector>
 
 namespace kxAssetsInternal {
 
-namespace {
-
-void removeConverted(const QString &path)
+bool AssetDirectoryWriter::begin(const QUrl &parent, kxAssetItem &item, const std::string &name)
 {
-    const QByteArray name = path.toUtf8();
-    printLine("Remove file: " + path.toStdString());
-    if (kxFile::exists(name.constData(), false, true) && !kxFile::remove(name.constData()))
-        kxLog::error("Failed to remove file '%s'.", name.constData());
+    kxAssetItemDocument document;
+    if (!item.writeMetaData(document)) {
+        kxLog::error("Failed to write meta data.");
+        return false;
+    }
+    const QString fileName = QString::fromStdString(kxFile::makeValidFileName(name));
+    return makeDirectory(parent, item, fileName) &&
+           _manager.saveDocumentToFile(QUrl::fromLocalFile(_basePath + QStringLiteral(".xml")),
+                                       document.getQDomDocument());
 }
 
-} // namespace
-
-void writePreview(const QString &basePath, const osg::ImagePtr &image, const std::vector<std::string> &formats,
-                  int format)
+bool AssetDirectoryWriter::makeDirectory(const QUrl &parent, kxAssetItem &item, const QString &fileName)
 {
-    if (!image)
-        return;
-    const auto chosen = static_cast<std::size_t>(format);
-    const auto pathWith = [&basePath](const std::string &extension) {
-        return basePath + QLatin1Char('.') + QString::fromStdString(extension);
-    };
-    if (!image->write(pathWith(formats[chosen]).toStdString()))
-        return;
-    for (std::size_t i = 0; i < formats.size(); ++i)
-        if (i != chosen && QFile::exists(pathWith(formats[i])))
-            QFile::remove(pathWith(formats[i]));
+    const QString folderName = kxAssetCategory::getItemFolderName(item.category(), fileName);
+    _directory = _manager.makeUniqueDirectory(parent, folderName, &item);
+    // The parent comes back when its new directory could not be made. An asset in the library folder itself would hide
+    // the library.
+    if (!_directory.isValid() || placeOf(_directory.toLocalFile()) == placeOf(parent.toLocalFile()))
+        return false;
+    _basePath = _directory.toLocalFile();
+    if (!_basePath.endsWith(QLatin1Char('/')))
+        _basePath += QLatin1Char('/');
+    _basePath += fileName;
+    return true;
 }
 
-void startConverter(const QString &path, bool removeAfter)
+bool AssetDirectoryWriter::writePayload(const osg::MaterialPtr &material, Composite composite)
 {
-    const QString converter = QString::fromStdString(kxPlatform::getBinDir()) + QStringLiteral("\\ZEQ") +
-                              QStringLiteral("\\Morvane") + QStringLiteral(".exe");
-    // Runs on after the save has returned, and is never deleted.
-    auto *process = new QProcess;
-    if (removeAfter)
-        QObject::connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), process,
-                         [path] { removeConverted(path); });
-    printLine("Starting Morvane: " + path.toStdString());
-    process->start(converter, {QStringLiteral("-i"), path}, QIODevice::ReadWrite);
+    if (composite == Composite::Rebuilt && isComposite(material)) {
+        removeStalePayload();
+        return true;
+    }
+    const QByteArray path = payloadPath().toUtf8();
+    if (kxFileIO::saveMaterial(material, path.constData(), true))
+        return true;
+    kxLog::error("Failed to write file '%s'.", path.constData());
+    return false;
+}
+
+/// One of an earlier time would be loaded instead of what the metadata says now.
+void AssetDirectoryWriter::removeStalePayload() const
+{
+    const QByteArray path = payloadPath().toUtf8();
+    if (QFileInfo(payloadPath()).isFile() && !kxFile::remove(path.constData()))
+        kxLog::error("Failed to remove file '%s'.", path.constData());
+}
+
+bool isComposite(const osg::MaterialPtr &material)
+{
+    std::vector<osg::MaterialPtr> materials;
+    kxMaterials::getRecursiveMaterials(material, materials, false);
+    return materials.size() > 1;
 }
 
 } // namespace kxAssetsInternal

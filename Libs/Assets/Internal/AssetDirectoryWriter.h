@@ -1,22 +1,51 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "SceneGraph/Image.h"
+#include "SceneGraph/Material.h"
 
 #include <QString>
+#include <QUrl>
 
 #include <string>
-#include <vector>
+
+class kxAssetItem;
+class kxLocalUrlManager;
 
 namespace kxAssetsInternal {
 
-/// Writes a preview beside \a basePath in the format with this index, and removes those of the other formats when that
-/// succeeded: the newest file is the one that is shown. Null writes nothing.
-void writePreview(const QString &basePath, const osg::ImagePtr &image, const std::vector<std::string> &formats,
-                  int format);
+/// Writes the files of one asset into its directory: first begin(), then the payload. Each file is replaced whole or not
+/// at all, and what was written stays when a later one fails.
+class AssetDirectoryWriter
+{
+public:
+    explicit AssetDirectoryWriter(kxLocalUrlManager &manager) : _manager(manager) {}
 
-/// Starts the external converter on the payload at \a path and returns. With \a removeAfter the payload is removed when
-/// the converter has ended.
-void startConverter(const QString &path, bool removeAfter);
+    /// Makes the item's directory in \a parent, or finds the one it has, and writes the metadata. \a name is the one that
+    /// the directory and its files are called after. False, logged where people have to know.
+    bool begin(const QUrl &parent, kxAssetItem &item, const std::string &name);
+
+    enum class Composite {
+        Kept,   ///< the payload holds all the parts
+        Rebuilt ///< from the metadata: it has no payload
+    };
+    /// False, with the failure in the log, when the payload cannot be written.
+    bool writePayload(const osg::MaterialPtr &material, Composite composite);
+
+    const QUrl &directory() const { return _directory; }
+    /// The path of the files without their extensions.
+    const QString &basePath() const { return _basePath; }
+    QString payloadPath() const { return _basePath + QStringLiteral(".osb"); }
+
+private:
+    bool makeDirectory(const QUrl &parent, kxAssetItem &item, const QString &fileName);
+    void removeStalePayload() const;
+
+    kxLocalUrlManager &_manager;
+    QUrl _directory;
+    QString _basePath;
+};
+
+/// Whether the material is made of others.
+bool isComposite(const osg::MaterialPtr &material);
 
 } // namespace kxAssetsInternal

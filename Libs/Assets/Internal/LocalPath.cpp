@@ -6,10 +6,23 @@
 
 namespace kxAssetsInternal {
 
+QString entryPath(const QUrl &url)
+{
+    QString path = url.toLocalFile();
+    while (path.size() > 1 && path.endsWith(QLatin1Char('/')))
+        path.chop(1);
+    return path;
+}
+
 bool isTaken(const QString &path)
 {
     const QFileInfo info(path);
     return info.exists() || info.isSymLink();
+}
+
+bool isTaken(const QDir &directory, const QString &name)
+{
+    return !name.isEmpty() && isTaken(directory.filePath(name));
 }
 
 QString placeOf(const QString &path)

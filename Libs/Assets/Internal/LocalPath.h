@@ -4,10 +4,17 @@
 #include <QString>
 #include <QUrl>
 
+class QDir;
+
 namespace kxAssetsInternal {
 
-/// Whether the name is taken, also by a link that leads nowhere.
+/// The path of the entry that the URL names, without slashes at its end: they would lead through a link.
+QString entryPath(const QUrl &url);
+
+/// Whether something is there, if only a link that leads nowhere.
 bool isTaken(const QString &path);
+/// Whether the name is taken in the directory; an empty name never is.
+bool isTaken(const QDir &directory, const QString &name);
 
 /// Where the entry itself is, whatever links lead to the directory that holds it; a link at the end is not followed.
 /// Empty for an empty path and in a directory that does not exist.

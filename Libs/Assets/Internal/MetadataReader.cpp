@@ -3,40 +3,83 @@
 
 #include <QDomDocument>
 #include <QFile>
-#include <QXmlStreamReader>
+#include <QtXml/qxml.h>
 
 namespace kxAssetsInternal {
 
 namespace {
 
 /// A metadata file has about one kilobyte; one with a thousand sub-materials has fifty.
-constexpr qint64 MaxBytes = 16 * 1024 * 1024;
+constexpr qint64 MaxBytes = 4 * 1024 * 1024;
 /// The format needs four levels. The DOM's parser overflows a stack of 8 MiB at some 25,000.
 constexpr int MaxDepth = 256;
 
-/// Looks a file with many tags through before the DOM does. Where this stricter reader meets an error the DOM might read
-/// on and nest deeper, so an error counts as well.
-bool isSafeToParse(const QByteArray &content, QString &message, int &line, int &column)
+// The reader below the DOM is out of favour, but only it sees what the DOM will see.
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED
+
+/// Ends a parse that nests too deep or, by entities that stand for long texts, grows too big.
+class LimitGuard : public QXmlDefaultHandler
 {
-    // Each level takes one tag, so that hardly any file has to be looked at twice.
-    if (content.count('<') <= MaxDepth)
-        return true;
-    QXmlStreamReader reader(content);
-    reader.setNamespaceProcessing(false);
-    int depth = 0;
-    while (!reader.atEnd() && depth <= MaxDepth) {
-        const QXmlStreamReader::TokenType token = reader.readNext();
-        if (token == QXmlStreamReader::StartElement)
-            ++depth;
-        else if (token == QXmlStreamReader::EndElement)
-            --depth;
+public:
+    bool startElement(const QString &, const QString &, const QString &, const QXmlAttributes &attributes) override
+    {
+        for (int i = 0; i < attributes.count(); ++i)
+            _characters += attributes.value(i).size();
+        return ++_depth <= MaxDepth;
     }
-    if (depth <= MaxDepth && !reader.hasError())
+    bool endElement(const QString &, const QString &, const QString &) override
+    {
+        --_depth;
         return true;
-    message = reader.hasError() ? reader.errorString() : QStringLiteral("the elements are nested too deep");
-    line = static_cast<int>(reader.lineNumber());
-    column = static_cast<int>(reader.columnNumber());
-    return false;
+    }
+    bool characters(const QString &text) override
+    {
+        _characters += text.size();
+        return _characters <= MaxBytes;
+    }
+
+    /// Null when nothing was too much.
+    QString complaint() const
+    {
+        if (_depth > MaxDepth)
+            return QStringLiteral("the elements are nested too deep");
+        return _characters > MaxBytes ? QStringLiteral("the file is too big") : QString();
+    }
+
+private:
+    int _depth = 0;
+    qint64 _characters = 0;
+};
+
+QString complaintAbout(const QByteArray &content)
+{
+    LimitGuard guard;
+    QXmlInputSource source;
+    source.setData(content);
+    QXmlSimpleReader reader;
+    reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespaces"), false);
+    reader.setContentHandler(&guard);
+    reader.parse(source);
+    return guard.complaint();
+}
+
+QT_WARNING_POP
+
+/// Whether the bytes are the characters: in another encoding a tag need not begin with the byte of "<".
+bool isPlainUtf8(const QByteArray &content)
+{
+    if (content.contains('\0'))
+        return false;
+    const int declared = content.indexOf("encoding");
+    return declared < 0 || content.mid(declared, 16).toLower() == "encoding=\"utf-8\"";
+}
+
+/// True for every file that this library wrote about fewer than a hundred sub-materials, so that hardly any is looked
+/// through before the DOM does so. Each level takes one tag, unless entities bring more of them.
+bool isObviouslySmall(const QByteArray &content)
+{
+    return isPlainUtf8(content) && content.count('<') <= MaxDepth && !content.contains("<!ENTITY");
 }
 
 } // namespace
@@ -44,13 +87,14 @@ bool isSafeToParse(const QByteArray &content, QString &message, int &line, int &
 bool readMetadata(QFile &file, QDomDocument &document, QString &message, int &line, int &column)
 {
     const QByteArray content = file.read(MaxBytes + 1);
-    if (content.size() > MaxBytes) {
+    if (content.size() > MaxBytes)
         message = QStringLiteral("the file is too big");
+    else if (!isObviouslySmall(content))
+        message = complaintAbout(content);
+    if (!message.isEmpty()) {
         line = column = 1;
         return false;
     }
-    if (!isSafeToParse(content, message, line, column))
-        return false;
     return document.setContent(content, false, &message, &line, &column);
 }
 
