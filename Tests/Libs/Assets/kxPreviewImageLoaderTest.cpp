@@ -1,0 +1,288 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxPreviewImageLoader.h"
+
+#include "LibraryFixture.h"
+#include "SceneGraph/ExternalThread.h"
+#include "TestUrlManager.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QImage>
+#include <QMetaMethod>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QThreadPool>
+
+#include <atomic>
+#include <memory>
+
+namespace {
+
+constexpr QRgb Red = 0xFFFF0000;
+constexpr QRgb Green = 0xFF00FF00;
+constexpr int WaitMilliseconds = 20000; // far beyond any load: reached only when a signal never comes
+
+QByteArray png(QRgb colour)
+{
+    QImage image(2, 2, QImage::Format_RGB32);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+/// A place whose previews are read when the test says so, for URLs like "gate:/MAT_Red".
+class GatedManager : public TestUrlManager
+{
+public:
+    bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("gate"); }
+    bool loadImageFromDir(const QUrl &, QImage *image) const override
+    {
+        entered.release();
+        gate.acquire();
+        wasKnown = osg::ExternalThread::isCurrentKnown();
+        wasWorker = QThread::currentThread() != QCoreApplication::instance()->thread();
+        ++loads;
+        *image = QImage(2, 2, QImage::Format_RGB32);
+        image->fill(Red);
+        return true;
+    }
+
+    mutable QSemaphore entered;
+    mutable QSemaphore gate;
+    mutable std::atomic_bool wasKnown{false};
+    mutable std::atomic_bool wasWorker{false};
+    mutable std::atomic_int loads{0};
+};
+
+GatedManager &gated()
+{
+    static GatedManager manager;
+    return manager;
+}
+
+class kxPreviewImageLoaderTest : public LibraryFixture
+{
+protected:
+    kxPreviewImageLoaderTest()
+    {
+        kxUrlManager::registerManager(&gated());
+        QObject::connect(&_loader, &kxPreviewImageLoader::previewLoaded, &_loader,
+                         [this](const QUrl &url, QImage *image) {
+                             _directories.push_back(url);
+                             _images.emplace_back(image);
+                             _wasOnMainThread = QThread::currentThread() == QCoreApplication::instance()->thread();
+                         });
+    }
+    ~kxPreviewImageLoaderTest() override { settle(); }
+
+    void writePng(const std::string &name, QRgb colour) const { writeFile(name, png(colour).toStdString()); }
+
+    /// Until all that was asked for has been delivered.
+    static void settle()
+    {
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+    }
+
+    bool waitForPreviews(std::size_t count)
+    {
+        QSignalSpy spy(&_loader, &kxPreviewImageLoader::previewLoaded);
+        while (_images.size() < count && spy.wait(WaitMilliseconds)) {
+        }
+        return _images.size() >= count;
+    }
+
+    static const QUrl gateUrl() { return QUrl(QStringLiteral("gate:/MAT_Red")); }
+
+    kxPreviewImageLoader _loader;
+    std::vector<QUrl> _directories;
+    std::vector<std::unique_ptr<QImage>> _images;
+    bool _wasOnMainThread = false;
+};
+
+} // namespace
+
+TEST_F(kxPreviewImageLoaderTest, DeclaresItsSignalBeforeItsSlot)
+{
+    const QMetaObject &meta = kxPreviewImageLoader::staticMetaObject;
+    const int offset = meta.methodOffset();
+
+    EXPECT_STREQ(meta.className(), "kxPreviewImageLoader");
+    ASSERT_EQ(meta.methodCount() - offset, 2);
+    EXPECT_EQ(meta.method(offset).methodSignature(), "previewLoaded(QUrl,QImage*)");
+    EXPECT_EQ(meta.method(offset).methodType(), QMetaMethod::Signal);
+    EXPECT_EQ(meta.method(offset).access(), QMetaMethod::Public);
+    EXPECT_EQ(meta.method(offset + 1).methodSignature(), "previewReady(QUrl,QImage*)");
+    EXPECT_EQ(meta.method(offset + 1).methodType(), QMetaMethod::Slot);
+    EXPECT_EQ(meta.method(offset + 1).access(), QMetaMethod::Private);
+}
+
+TEST_F(kxPreviewImageLoaderTest, DeliversThePreviewOfADirectoryOnTheMainThread)
+{
+    writeFile("MAT_Red/Red.xml", "<item/>");
+    writePng("MAT_Red/Red.png", Red);
+
+    _loader.loadImageFromDir(url("MAT_Red"));
+
+    EXPECT_TRUE(_images.empty());
+    ASSERT_TRUE(waitForPreviews(1));
+    EXPECT_EQ(_directories, (std::vector<QUrl>{url("MAT_Red")}));
+    EXPECT_EQ(_images[0]->size(), QSize(2, 2));
+    EXPECT_EQ(_images[0]->pixel(0, 0), Red);
+    EXPECT_TRUE(_wasOnMainThread);
+}
+
+TEST_F(kxPreviewImageLoaderTest, ReadsOnAWorkerThreadThatTheSceneGraphKnows)
+{
+    gated().gate.release();
+
+    _loader.loadImageFromDir(gateUrl());
+
+    ASSERT_TRUE(waitForPreviews(1));
+    gated().entered.acquire();
+    EXPECT_TRUE(gated().wasWorker);
+    EXPECT_TRUE(gated().wasKnown);
+    settle();
+    EXPECT_EQ(osg::ExternalThread::knownCount(), 0U);
+}
+
+TEST_F(kxPreviewImageLoaderTest, LoadsADirectoryOnceHoweverOftenItIsAskedForMeanwhile)
+{
+    gated().loads = 0;
+
+    for (int i = 0; i < 5; ++i)
+        _loader.loadImageFromDir(gateUrl());
+    gated().entered.acquire();
+    _loader.loadImageFromDir(gateUrl());
+    gated().gate.release();
+    ASSERT_TRUE(waitForPreviews(1));
+    settle();
+
+    EXPECT_EQ(gated().loads, 1);
+    EXPECT_EQ(_images.size(), 1U);
+}
+
+TEST_F(kxPreviewImageLoaderTest, ReturnsBeforeTheImageIsRead)
+{
+    _loader.loadImageFromDir(gateUrl());
+
+    // The worker has begun and cannot end: a call that waited for it would not have come back.
+    gated().entered.acquire();
+    EXPECT_TRUE(_images.empty());
+    gated().gate.release();
+    EXPECT_TRUE(waitForPreviews(1));
+}
+
+TEST_F(kxPreviewImageLoaderTest, StillCountsAsLoadingWhileThePreviewIsAnnounced)
+{
+    writePng("MAT_Red/Red.png", Red);
+    QObject::connect(&_loader, &kxPreviewImageLoader::previewLoaded, &_loader,
+                     [this](const QUrl &directory) { _loader.loadImageFromDir(directory); });
+
+    _loader.loadImageFromDir(url("MAT_Red"));
+    ASSERT_TRUE(waitForPreviews(1));
+    settle();
+
+    EXPECT_EQ(_images.size(), 1U);
+}
+
+TEST_F(kxPreviewImageLoaderTest, LoadsAgainAfterADelivery)
+{
+    writePng("MAT_Red/Red.png", Red);
+    _loader.loadImageFromDir(url("MAT_Red"));
+    ASSERT_TRUE(waitForPreviews(1));
+    writePng("MAT_Red/Red.png", Green);
+
+    _loader.loadImageFromDir(url("MAT_Red"));
+
+    ASSERT_TRUE(waitForPreviews(2));
+    EXPECT_EQ(_images[1]->pixel(0, 0), Green);
+}
+
+TEST_F(kxPreviewImageLoaderTest, SaysNothingOfADirectoryWithoutAPreviewAndMayBeAskedAgain)
+{
+    writeFile("MAT_Red/Red.xml", "<item/>");
+
+    _loader.loadImageFromDir(url("MAT_Red"));
+    settle();
+    EXPECT_TRUE(_images.empty());
+
+    writePng("MAT_Red/Red.png", Red);
+    _loader.loadImageFromDir(url("MAT_Red"));
+    EXPECT_TRUE(waitForPreviews(1));
+}
+
+TEST_F(kxPreviewImageLoaderTest, SaysNothingOfABrokenPreview)
+{
+    writeFile("MAT_Red/Red.xml", "<item/>");
+    writeFile("MAT_Red/Red.png", "no picture");
+
+    _loader.loadImageFromDir(url("MAT_Red"));
+    settle();
+
+    EXPECT_TRUE(_images.empty());
+}
+
+TEST_F(kxPreviewImageLoaderTest, CompletesWithoutABackEnd)
+{
+    const QUrl nobodys(QStringLiteral("nobody://place/MAT_Red"));
+
+    _loader.loadImageFromDir(nobodys);
+    _loader.loadImageFromDir(QUrl());
+    settle();
+    _loader.loadImageFromDir(nobodys);
+    settle();
+
+    EXPECT_TRUE(_images.empty());
+}
+
+TEST_F(kxPreviewImageLoaderTest, DeliversThePreviewThatWasModifiedLast)
+{
+    writeFile("MAT_Red/Red.xml", "<item/>");
+    writePng("MAT_Red/Red.png", Red);
+    writePng("MAT_Red/Red.vif", Green);
+    const auto now = std::filesystem::file_time_type::clock::now();
+    std::filesystem::last_write_time(_folder.path() / "MAT_Red/Red.vif", now - std::chrono::hours(1));
+    std::filesystem::last_write_time(_folder.path() / "MAT_Red/Red.png", now);
+
+    _loader.loadImageFromDir(url("MAT_Red"));
+
+    ASSERT_TRUE(waitForPreviews(1));
+    EXPECT_EQ(_images[0]->pixel(0, 0), Red);
+}
+
+TEST_F(kxPreviewImageLoaderTest, DeliversEachOfManyDirectoriesWithItsOwnPreview)
+{
+    constexpr int Count = 200;
+    for (int i = 0; i < Count; ++i)
+        writePng("MAT_" + std::to_string(i) + "/p.png", qRgb(i, 0, 255 - i));
+
+    for (int i = 0; i < Count; ++i)
+        _loader.loadImageFromDir(url("MAT_" + std::to_string(i)));
+
+    ASSERT_TRUE(waitForPreviews(Count));
+    for (std::size_t i = 0; i < Count; ++i) {
+        const int number = _directories[i].fileName().mid(4).toInt();
+        EXPECT_EQ(_images[i]->pixel(0, 0), qRgb(number, 0, 255 - number)) << number;
+    }
+}
+
+TEST_F(kxPreviewImageLoaderTest, MayGoWhileATaskIsRunning)
+{
+    auto loader = std::make_unique<kxPreviewImageLoader>();
+    int announced = 0;
+    QObject::connect(loader.get(), &kxPreviewImageLoader::previewLoaded, [&announced] { ++announced; });
+    writeFile("MAT_Empty/Red.xml", "<item/>");
+    loader->loadImageFromDir(url("MAT_Empty"));
+    loader->loadImageFromDir(gateUrl());
+    gated().entered.acquire();
+
+    loader.reset();
+    gated().gate.release();
+    settle();
+
+    EXPECT_EQ(announced, 0);
+}
