@@ -47,13 +47,10 @@ void drawPreview(QPainter &painter, const QRect &rect, const kxContactSheet::Til
         painter.drawText(rect, Qt::AlignCenter, QStringLiteral("no preview"));
         return;
     }
-    const QImage scaled = tile.preview.scaled(rect.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    painter.drawImage(rect.center() - QPoint(scaled.width() / 2, scaled.height() / 2), scaled);
-    if (!tile.badge.isNull()) {
-        const int size = rect.width() / 6;
-        const QImage badge = tile.badge.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        painter.drawImage(rect.left() + 8, rect.bottom() - badge.height() - 7, badge);
-    }
+    const QImage scaled = tile.preview.scaled(rect.size(), Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+    const QRect middle((scaled.width() - rect.width()) / 2, (scaled.height() - rect.height()) / 2, rect.width(),
+                       rect.height());
+    painter.drawImage(rect, scaled, middle);
 }
 
 void drawTile(QPainter &painter, const QRect &rect, int previewSize, const kxContactSheet::Tile &tile)
@@ -66,7 +63,8 @@ void drawTile(QPainter &painter, const QRect &rect, int previewSize, const kxCon
     drawPreview(painter, QRect(rect.topLeft(), QSize(previewSize, previewSize)), tile);
     painter.restore();
     const QRect label = rect.adjusted(12, previewSize + 6, -12, -6);
-    drawText(painter, QRect(label.topLeft(), QSize(label.width(), 22)), fontOf(13, QFont::DemiBold), NameColor, tile.name);
+    drawText(painter, QRect(label.topLeft(), QSize(label.width(), 22)), fontOf(13, QFont::DemiBold), NameColor,
+             tile.name);
     drawText(painter, QRect(label.left(), label.top() + 21, label.width(), 18), fontOf(11, QFont::Normal), DetailColor,
              tile.detail);
 }

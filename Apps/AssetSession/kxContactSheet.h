@@ -8,7 +8,7 @@
 
 #include <vector>
 
-/// One picture that shows the previews of many assets with their names.
+/// One picture that shows the previews of many assets with their names. Needs a QGuiApplication for its fonts.
 class KX_ASSETSESSION_EXPORT kxContactSheet
 {
 public:
@@ -16,8 +16,7 @@ public:
     {
         QString name;
         QString detail; ///< small text below the name
-        QImage preview; ///< a null image leaves the tile empty
-        QImage badge;   ///< painted over the lower left corner of the preview; may be null
+        QImage preview; ///< fills the tile, cut where it is not square; a null image leaves the tile empty
     };
 
     explicit kxContactSheet(const QString &title) : _title(title) {}

@@ -14,6 +14,7 @@
 #include <QImage>
 
 #include <algorithm>
+#include <set>
 
 namespace {
 
@@ -43,7 +44,7 @@ std::vector<kxLibraryVerifier::Finding> kxLibraryVerifier::verify()
 {
     _findings.clear();
     _directoryOfUuid.clear();
-    _references.clear();
+    _composites.clear();
     _done = 0;
     if (!QFileInfo(_folder).isDir())
         report("unreadable", _folder, "there is no such folder");
@@ -71,7 +72,8 @@ bool kxLibraryVerifier::verifyBelow(const QString &directory)
     if (isAsset)
         return true;
     const QStringList below = dir.entryList(QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot, QDir::Name);
-    return std::all_of(below.begin(), below.end(), [&](const QString &name) { return verifyBelow(dir.filePath(name)); });
+    return std::all_of(below.begin(), below.end(),
+                       [&](const QString &name) { return verifyBelow(dir.filePath(name)); });
 }
 
 /// Whether the file makes its directory an asset's.
@@ -106,8 +108,8 @@ void kxLibraryVerifier::verifyIdentity(const QString &file, const kxAssetItemDoc
 
 void kxLibraryVerifier::verifyMaterial(const QString &directory, const kxAssetItemDocument &document)
 {
-    for (const std::string &uuid : document.getSubMaterialUUIDs())
-        _references.push_back({uuid, directory});
+    if (isComposite(document.getMaterialType()))
+        _composites[document.getAssetUUID()] = {directory, document.getSubMaterialUUIDs()};
     const QDir dir(directory);
     const QStringList payloads =
         dir.entryList(kxAssetCategory::getAcceptedFileTypes(Material), QDir::Files | QDir::NoSymLinks, QDir::Name);
@@ -136,11 +138,31 @@ void kxLibraryVerifier::verifyPreview(const QString &directory, const QString &b
 
 void kxLibraryVerifier::verifySubMaterials()
 {
-    for (const Reference &reference : _references)
-        if (!_directoryOfUuid.contains(reference.uuid))
-            report("submaterial-missing", reference.path,
-                   "the material that it is made of is missing: " +
-                       (reference.uuid.empty() ? std::string("one without a UUID") : reference.uuid));
+    for (const auto &[uuid, composite] : _composites) {
+        for (const std::string &part : composite.parts)
+            if (!_directoryOfUuid.contains(part))
+                report("submaterial-missing", composite.path,
+                       "the material that it is made of is missing: " + (part.empty() ? "one without a UUID" : part));
+        if (isMadeOfItself(uuid))
+            report("submaterial-cycle", composite.path, "it is made of itself");
+    }
+}
+
+/// Follows the parts' parts, each once.
+bool kxLibraryVerifier::isMadeOfItself(const std::string &uuid) const
+{
+    std::set<std::string> seen;
+    std::vector<std::string> open = _composites.at(uuid).parts;
+    while (!open.empty()) {
+        const std::string part = open.back();
+        open.pop_back();
+        if (part == uuid)
+            return true;
+        const auto composite = _composites.find(part);
+        if (seen.insert(part).second && composite != _composites.end())
+            open.insert(open.end(), composite->second.parts.begin(), composite->second.parts.end());
+    }
+    return false;
 }
 
 /// What a save that was cut off, or a hand that deleted too much, left behind.
@@ -149,8 +171,7 @@ void kxLibraryVerifier::verifyLeftovers(const QString &directory, bool isAsset)
     const QDir dir(directory);
     for (const QString &name : dir.entryList({QStringLiteral(".kx-*.part")}, QDir::Files | QDir::Hidden, QDir::Name))
         report("leftover", dir.filePath(name), "a save that was cut off left this file; it may be deleted");
-    const bool hasMetadata =
-        !dir.entryList({QStringLiteral("*.xml")}, QDir::Files | QDir::NoSymLinks).isEmpty();
+    const bool hasMetadata = !dir.entryList({QStringLiteral("*.xml")}, QDir::Files | QDir::NoSymLinks).isEmpty();
     const bool hasPayload = !dir.entryList({QStringLiteral("*.osb")}, QDir::Files | QDir::NoSymLinks).isEmpty();
     if (!isAsset && hasPayload && !hasMetadata)
         report("metadata-missing", directory, "there is a material file but no metadata");

@@ -15,7 +15,7 @@ class kxAssetItemDocument;
 
 /// Looks into every asset directory below a folder and tells what is wrong, without changing anything. Main thread only.
 ///
-/// The registry need not hold the library's assets, but for composites to load it must.
+/// Works from the files alone; the registry need not hold the assets.
 class KX_ASSETSESSION_EXPORT kxLibraryVerifier
 {
 public:
@@ -45,16 +45,17 @@ private:
     void verifyLeftovers(const QString &directory, bool isAsset);
     void report(const char *kind, const QString &path, const std::string &text);
 
-    struct Reference
+    struct Composite
     {
-        std::string uuid;
         QString path;
+        std::vector<std::string> parts;
     };
+    bool isMadeOfItself(const std::string &uuid) const;
 
     QString _folder;
     std::function<bool(int)> _progress;
     int _done = 0;
     std::map<std::string, QString> _directoryOfUuid;
-    std::vector<Reference> _references;
+    std::map<std::string, Composite> _composites; ///< by UUID
     std::vector<Finding> _findings;
 };

@@ -7,11 +7,15 @@
 #include "Assets/kxUrlManager.h"
 #include "Import/kxForeignFormats.h"
 #include "Import/kxSceneImporter.h"
+#include "Kernel/kxFile.h"
 #include "Kernel/kxMaterialTags.h"
 #include "Kernel/kxMaterials.h"
 #include "SceneGraph/Compare.h"
+#include "SceneGraph/TagAttachment.h"
 #include "SceneGraph/UEnvironmentMaterial.h"
 
+#include <QCryptographicHash>
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -20,8 +24,41 @@
 
 namespace {
 
-/// Written with the material. The file's name without its path: assets must not say where things were.
-constexpr const char *SourceKey = "ImportedFrom";
+constexpr const char *FileKey = "ImportedFrom";
+constexpr const char *FolderKey = "ImportedFromFolder";
+constexpr int DigestLength = 16;
+
+std::string digestOfFolder(const QFileInfo &file)
+{
+    const QByteArray digest = QCryptographicHash::hash(file.canonicalPath().toUtf8(), QCryptographicHash::Sha256);
+    return digest.toHex().left(DigestLength).toStdString();
+}
+
+void addTags(const osg::MaterialPtr &material, const std::vector<std::string> &tags)
+{
+    for (const std::string &tag : tags)
+        kxMaterialTags::addTag(material, tag);
+}
+
+/// Null when it cannot be loaded.
+osg::FCRef<osg::Material> loadStored(kxAssetItem &item)
+{
+    osg::MaterialPtr material;
+    kxUrlManager *manager = kxUrlManager::getUrlManager(item.directoryUrl());
+    if (!manager || !manager->loadMaterialFromDir(item.directoryUrl(), material))
+        return {};
+    return osg::FCRef<osg::Material>::adopt(material);
+}
+
+/// What people did to the stored asset and the file knows nothing of.
+void carryOverTags(kxAssetItem &stored, const osg::MaterialPtr &material)
+{
+    const osg::FCRef<osg::Material> old = loadStored(stored);
+    if (!old)
+        return;
+    if (const osg::TagAttachmentPtr tags = osg::findAttachment<osg::TagAttachment>(old.get()))
+        addTags(material, tags->getMaterials().values());
+}
 
 osg::Result<std::vector<osg::FCRef<osg::Material>>> readMaterials(const std::string &path)
 {
@@ -37,7 +74,7 @@ osg::Result<std::vector<osg::FCRef<osg::Material>>> readMaterials(const std::str
 struct Named
 {
     osg::MaterialPtr material;
-    std::string source;
+    std::string file; ///< with a number where a name occurs more than once
 };
 
 /// Leaves out what equals an earlier material of the same name: some files hold one copy for each mesh. Different ones of
@@ -70,7 +107,7 @@ std::unique_ptr<kxMaterialAssetItem> makeItemFor(const osg::MaterialPtr &materia
 } // namespace
 
 kxMaterialImport::Outcome kxMaterialImport::importFile(const QString &path, const QUrl &folder,
-                                                       const std::function<bool()> &goOn) const
+                                                       const std::function<bool()> &goOn)
 {
     Outcome outcome;
     const auto materials = readMaterials(path.toStdString());
@@ -80,54 +117,74 @@ kxMaterialImport::Outcome kxMaterialImport::importFile(const QString &path, cons
     }
     if (materials.value().empty())
         outcome.failures.push_back(path.toStdString() + ": holds no materials");
-    const std::string source = QFileInfo(path).fileName().toStdString();
-    for (const Named &named : distinct(materials.value(), source)) {
+    const QFileInfo info(path);
+    for (const Named &named : distinct(materials.value(), info.fileName().toStdString())) {
         if (!goOn())
             break;
-        saveMaterial(named.material, named.source, folder, outcome);
+        saveMaterial(named.material, {named.file, digestOfFolder(info)}, folder, outcome);
     }
     return outcome;
 }
 
-void kxMaterialImport::saveMaterial(const osg::MaterialPtr &material, const std::string &source, const QUrl &folder,
-                                    Outcome &outcome) const
+void kxMaterialImport::saveMaterial(const osg::MaterialPtr &material, const Origin &origin, const QUrl &folder,
+                                    Outcome &outcome)
 {
-    kxMaterials::addValuePair(material, SourceKey, source);
-    for (const std::string &tag : _tags)
-        kxMaterialTags::addTag(material, tag);
-
+    const std::string known = findKnown(material, origin);
     const std::string name = kxMaterials::getName(material);
-    const std::string known = knownUuid(name, source);
+    std::string shownName = name;
     QUrl target = folder;
-    if (kxAssetItem *existing = known.empty() ? nullptr : kxAssetItemFactory::the().findItem(known))
-        target = existing->parentDirectoryUrl();
+    if (kxAssetItem *stored = known.empty() ? nullptr : kxAssetItemFactory::the().findItem(known)) {
+        target = stored->parentDirectoryUrl();
+        shownName = stored->name();
+        carryOverTags(*stored, material);
+    }
+    kxMaterials::addValuePair(material, FileKey, origin.file);
+    kxMaterials::addValuePair(material, FolderKey, origin.folder);
+    addTags(material, _tags);
 
     const std::unique_ptr<kxMaterialAssetItem> item = makeItemFor(material);
     item->initFrom(material, known, true);
     const std::string uuid = item->uuid();
-    if (item->save(target))
-        outcome.saved.push_back({uuid, name, !known.empty()});
-    else
-        outcome.failures.push_back(source + ": the material '" + name + "' could not be saved in " +
+    if (!item->save(target)) {
+        outcome.failures.push_back(origin.file + ": the material '" + name + "' could not be saved in " +
                                    target.toLocalFile().toStdString());
+        return;
+    }
+    kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid);
+    if (saved && shownName != name)
+        saved->changeName(QString::fromStdString(shownName));
+    if (known.empty())
+        remember(uuid);
+    outcome.saved.push_back({uuid, shownName, !known.empty()});
 }
 
-/// Only payloads of assets with this very name are looked into.
-std::string kxMaterialImport::knownUuid(const std::string &name, const std::string &source) const
+/// Payloads are read only of assets that were saved under this very name.
+std::string kxMaterialImport::findKnown(const osg::MaterialPtr &material, const Origin &origin)
 {
-    for (kxAssetItem *item : _library.items()) {
-        kxUrlManager *manager = kxUrlManager::getUrlManager(item->directoryUrl());
-        if (!dynamic_cast<kxMaterialAssetItem *>(item) || item->name() != name || !manager)
-            continue;
-        for (const QUrl &file : manager->files(item->directoryUrl(),
-                                               kxAssetCategory::getAcceptedFileTypes(item->category()), QDir::NoSort)) {
-            osg::MaterialPtr loaded;
-            if (!manager->loadMaterialFromFile(file, loaded))
-                continue;
-            const osg::FCRef<osg::Material> stored = osg::FCRef<osg::Material>::adopt(loaded);
-            if (kxMaterials::hasValuePair(stored, SourceKey, source))
-                return item->uuid();
-        }
+    if (!_isIndexed)
+        for (kxAssetItem *item : _library.items())
+            remember(item->uuid());
+    _isIndexed = true;
+
+    const std::string payload = kxFile::makeValidFileName(kxMaterials::getName(material));
+    const auto [begin, end] = _uuidsOfPayloads.equal_range(payload);
+    for (auto candidate = begin; candidate != end; ++candidate) {
+        kxAssetItem *item = kxAssetItemFactory::the().findItem(candidate->second);
+        const osg::FCRef<osg::Material> stored = item ? loadStored(*item) : osg::FCRef<osg::Material>();
+        if (stored && kxMaterials::hasValuePair(stored.get(), FileKey, origin.file) &&
+            kxMaterials::hasValuePair(stored.get(), FolderKey, origin.folder))
+            return candidate->second;
     }
     return {};
+}
+
+void kxMaterialImport::remember(const std::string &uuid)
+{
+    auto *item = dynamic_cast<kxMaterialAssetItem *>(kxAssetItemFactory::the().findItem(uuid));
+    kxUrlManager *manager = item ? kxUrlManager::getUrlManager(item->directoryUrl()) : nullptr;
+    if (!manager)
+        return;
+    for (const QUrl &file :
+         manager->files(item->directoryUrl(), kxAssetCategory::getAcceptedFileTypes(item->category()), QDir::NoSort))
+        _uuidsOfPayloads.emplace(QFileInfo(file.toLocalFile()).completeBaseName().toStdString(), uuid);
 }

@@ -8,13 +8,15 @@
 #include <QString>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
 /// Keeps the materials of foreign files as assets of a library. Main thread only.
 ///
-/// A material is known again by its name and the name of the file that it came from: importing the same file once more
-/// updates its assets and makes no second ones.
+/// A material is known again by its name and the place of the file that it came from: importing the same file once more
+/// updates its assets where they are, keeps the names and tags that people gave them, and makes no second ones. A file of
+/// the same name in another folder is another file.
 class KX_ASSETSESSION_EXPORT kxMaterialImport
 {
 public:
@@ -30,6 +32,7 @@ public:
         std::vector<std::string> failures; ///< each names the file or material and the reason
     };
 
+    /// The library must be open, and stay.
     explicit kxMaterialImport(const kxAssetLibrary &library) : _library(library) {}
 
     /// Tags that every imported material gets.
@@ -37,13 +40,22 @@ public:
 
     /// A scene file gives its materials, an HDR or other picture an environment material. Assets go into \a folder.
     /// \a goOn is asked before each material; false ends the import.
-    Outcome importFile(const QString &path, const QUrl &folder, const std::function<bool()> &goOn) const;
+    Outcome importFile(const QString &path, const QUrl &folder, const std::function<bool()> &goOn);
 
 private:
-    void saveMaterial(const osg::MaterialPtr &material, const std::string &source, const QUrl &folder,
-                      Outcome &outcome) const;
-    std::string knownUuid(const std::string &name, const std::string &source) const;
+    /// Where a material came from, as it is written with it.
+    struct Origin
+    {
+        std::string file;   ///< without its path: assets must not say where things were
+        std::string folder; ///< a digest of the path, which tells folders apart and gives none away
+    };
+
+    void saveMaterial(const osg::MaterialPtr &material, const Origin &origin, const QUrl &folder, Outcome &outcome);
+    std::string findKnown(const osg::MaterialPtr &material, const Origin &origin);
+    void remember(const std::string &uuid);
 
     const kxAssetLibrary &_library;
     std::vector<std::string> _tags;
+    std::multimap<std::string, std::string> _uuidsOfPayloads; ///< by the payloads' names, which renaming leaves alone
+    bool _isIndexed = false;
 };

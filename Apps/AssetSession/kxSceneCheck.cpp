@@ -1,67 +1,105 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxSceneCheck.h"
 
-#include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxUrlManager.h"
 #include "Kernel/kxMaterials.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/Compare.h"
 #include "SceneGraph/ImageAttachment.h"
+#include "SceneGraph/MultiPassMaterial.h"
 #include "SceneGraph/Node.h"
 #include "SceneGraph/SceneFile.h"
+#include "SceneGraph/SwitchMaterial.h"
 
 #include <algorithm>
+#include <optional>
+#include <set>
 
 namespace {
 
-/// The materials that carry an asset attachment, in the order of the roots.
+/// The materials that carry an asset attachment, each once, in the order of the roots.
 std::vector<osg::MaterialPtr> assetMaterialsOf(const osg::SceneRoots &roots)
 {
-    std::vector<osg::MaterialPtr> materials;
+    std::vector<osg::MaterialPtr> all;
     for (const osg::FCRef<osg::FieldContainer> &root : roots) {
         if (const osg::MaterialPtr material = osg::MaterialPtr::dcast(root.get()))
-            kxMaterials::getRecursiveMaterials(material, materials, false);
+            kxMaterials::getRecursiveMaterials(material, all, false);
         if (const osg::NodePtr node = osg::NodePtr::dcast(root.get())) {
             std::set<osg::MaterialPtr> used;
             kxMaterials::getMaterialsRecursive(node, used, true);
-            materials.insert(materials.end(), used.begin(), used.end());
+            all.insert(all.end(), used.begin(), used.end());
         }
     }
-    std::erase_if(materials, [](const osg::MaterialPtr &material) {
-        return !osg::AssetAttachment::getAssetAttachment(material);
+    std::set<osg::MaterialPtr> seen;
+    std::erase_if(all, [&seen](const osg::MaterialPtr &material) {
+        return !osg::AssetAttachment::getAssetAttachment(material) || !seen.insert(material).second;
     });
-    return materials;
+    return all;
+}
+
+bool isComposite(const osg::MaterialPtr &material)
+{
+    return osg::SwitchMaterialPtr::dcast(material) || osg::MultiPassMaterialPtr::dcast(material);
+}
+
+/// Where the material differs from the metadata that it was rebuilt from, or nothing. Its parts have entries of their own.
+std::optional<std::string> differenceOfComposite(const kxMaterialAssetItem &item, const osg::MaterialPtr &material)
+{
+    if (&material->getType() != item.materialType())
+        return "it is another kind of material";
+    std::vector<std::string> parts;
+    for (const osg::MaterialPtr &part : kxMaterials::getSubMaterials(material)) {
+        const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(part);
+        parts.push_back(attachment ? attachment->getUuid() : std::string());
+    }
+    if (parts != item.subMaterialUUIDs())
+        return "it is made of other materials";
+    const osg::SwitchMaterialPtr chooser = osg::SwitchMaterialPtr::dcast(material);
+    if (chooser && item.switchChoice() >= 0 && chooser->getChoice() != item.switchChoice())
+        return "its choice is " + std::to_string(chooser->getChoice()) + " and was " +
+               std::to_string(item.switchChoice());
+    return std::nullopt;
+}
+
+/// Compares with what is stored: a file may have been edited by a program that does not mark what it edits.
+void compareContents(kxAssetItem &item, const osg::MaterialPtr &material, kxSceneCheck::Entry &entry)
+{
+    const auto *materialItem = dynamic_cast<const kxMaterialAssetItem *>(&item);
+    std::optional<std::string> difference;
+    if (materialItem && isComposite(material)) {
+        difference = differenceOfComposite(*materialItem, material);
+    } else {
+        const QUrl directory = item.directoryUrl();
+        osg::MaterialPtr loaded;
+        if (!kxUrlManager::getUrlManager(directory)->loadMaterialFromDir(directory, loaded)) {
+            entry.state = kxSceneCheck::State::StoredUnreadable;
+            return;
+        }
+        const osg::FCRef<osg::Material> stored = osg::FCRef<osg::Material>::adopt(loaded);
+        difference = osg::findDifference(
+            stored.get(), material, {&osg::AssetAttachment::getClassType(), &osg::ImageAttachment::getClassType()});
+    }
+    if (!difference)
+        return;
+    entry.state = kxSceneCheck::State::EditedInScene;
+    entry.detail = *difference;
 }
 
 kxSceneCheck::Entry compare(const osg::MaterialPtr &material, const osg::AssetAttachmentPtr &attachment)
 {
     kxSceneCheck::Entry entry{attachment->getUuid(), kxMaterials::getName(material), {}, {}};
-    const kxAssetItem *item = kxAssetItemFactory::the().findItem(entry.uuid);
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(entry.uuid);
     if (!item) {
         entry.state = kxSceneCheck::State::MissingInLibrary;
         entry.detail = "last seen in " + QUrl(QString::fromStdString(attachment->getUrl())).toLocalFile().toStdString();
-        return entry;
-    }
-    if (!item->hasSameChecksum(material)) {
+    } else if (!item->hasSameChecksum(material)) {
         entry.state = kxSceneCheck::State::StoredChanged;
-        return entry;
-    }
-    if (attachment->getUserEdited()) {
+    } else if (attachment->getUserEdited()) {
         entry.state = kxSceneCheck::State::EditedInScene;
-        return entry;
-    }
-    // A file may have been edited by a program that does not mark what it edits.
-    const QUrl directory = const_cast<kxAssetItem *>(item)->directoryUrl();
-    osg::MaterialPtr loaded;
-    if (!kxUrlManager::getUrlManager(directory)->loadMaterialFromDir(directory, loaded) || !loaded)
-        return entry;
-    const osg::FCRef<osg::Material> stored = osg::FCRef<osg::Material>::adopt(loaded);
-    const auto difference = osg::findDifference(
-        stored.get(), material, {&osg::AssetAttachment::getClassType(), &osg::ImageAttachment::getClassType()});
-    if (difference) {
-        entry.state = kxSceneCheck::State::EditedInScene;
-        entry.detail = *difference;
+    } else {
+        compareContents(*item, material, entry);
     }
     return entry;
 }
@@ -88,6 +126,8 @@ const char *kxSceneCheck::textOf(State state)
         return "stored asset changed";
     case State::EditedInScene:
         return "edited in the scene";
+    case State::StoredUnreadable:
+        return "stored asset cannot be loaded";
     case State::MissingInLibrary:
         return "not in the library";
     }

@@ -14,9 +14,10 @@ class KX_ASSETSESSION_EXPORT kxSceneCheck
 {
 public:
     enum class State {
-        Same,           ///< as stored
-        StoredChanged,  ///< the stored asset was saved again since
-        EditedInScene,  ///< the scene's copy was changed
+        Same,             ///< as stored
+        StoredChanged,    ///< the stored asset was saved again since
+        EditedInScene,    ///< the scene's copy was changed
+        StoredUnreadable, ///< the stored asset cannot be loaded
         MissingInLibrary
     };
     struct Entry

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
 #include "AssetSession/kxSceneCheck.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <memory>
@@ -37,9 +42,8 @@ ExitCode run(const std::string &file, Context &context)
         context.results.line("no assets in " + file);
     else
         printTable(context, rows);
-    const bool allSame = std::all_of(entries.value().begin(), entries.value().end(), [](const auto &entry) {
-        return entry.state == kxSceneCheck::State::Same;
-    });
+    const bool allSame = std::all_of(entries.value().begin(), entries.value().end(),
+                                     [](const auto &entry) { return entry.state == kxSceneCheck::State::Same; });
     return allSame ? ExitCode::Done : ExitCode::Findings;
 }
 
@@ -48,7 +52,7 @@ ExitCode run(const std::string &file, Context &context)
 Run declareCheck(CLI::App &app, Options &options)
 {
     const auto file = std::make_shared<std::string>();
-    app.add_option("file", *file, "The scene file")->required();
+    app.add_option("file", *file, "The scene file")->type_name("FILE.osb")->required();
     declareLibrary(app, options);
     declareJson(app, options);
     app.footer("The exit code is 1 when something differs.\n\n"

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SceneGraph/SceneFile.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
-
 #include <QFileInfo>
+#include <QJsonObject>
 
 #include <memory>
 
@@ -40,7 +42,7 @@ ExitCode run(const std::string &path, Context &context)
 Run declareCompact(CLI::App &app, Options &options)
 {
     const auto path = std::make_shared<std::string>();
-    app.add_option("file", *path, "The scene file")->required();
+    app.add_option("file", *path, "The scene file")->type_name("FILE.osb")->required();
     declareJson(app, options);
     app.footer("An asset's own file counts as changed afterwards wherever the asset is used.\n\n"
                "Example: kxassets compact scene.osb");

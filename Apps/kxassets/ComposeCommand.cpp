@@ -5,11 +5,15 @@
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/MultiPassMaterial.h"
 #include "SceneGraph/SwitchMaterial.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
 #include "kxassets/PreviewOptions.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
+#include <QJsonObject>
 
 #include <memory>
 
@@ -64,6 +68,10 @@ std::vector<osg::MaterialPtr> loadParts(const kxAssetLibrary &library, const std
 
 ExitCode run(const Arguments &arguments, Context &context)
 {
+    if (arguments.isSwitch == arguments.isMultiPass) {
+        complain("is it to be a --switch or --multipass?");
+        return ExitCode::Usage;
+    }
     if (arguments.isSwitch && static_cast<std::size_t>(arguments.choice) >= arguments.assets.size()) {
         complain("--choice counts from 0 and there are " + std::to_string(arguments.assets.size()) + " materials");
         return ExitCode::Usage;
@@ -101,19 +109,19 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declareCompose(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    auto *kind = app.add_option_group("kind", "What it becomes");
-    kind->add_flag("--switch", arguments->isSwitch, "Looks like one of its materials");
-    kind->add_flag("--multipass", arguments->isMultiPass, "Its materials lie over each other, the first at the bottom");
-    kind->require_option(1);
-    app.add_option("name", arguments->name, "The name of the new material")->required();
-    app.add_option("assets", arguments->assets, "The materials, in order")->required();
+    app.add_flag("--switch", arguments->isSwitch, "Looks like one of its materials");
+    app.add_flag("--multipass", arguments->isMultiPass, "Its materials lie over each other, the first at the bottom");
+    app.add_option("name", arguments->name, "The name of the new material")->type_name("NAME")->required();
+    app.add_option("assets", arguments->assets, "The materials, in order")->type_name("ASSET")->required();
     app.add_option("--choice", arguments->choice, "Of a switch: the one that shows, counted from 0")
-        ->check(CLI::NonNegativeNumber)
+        ->type_name("N")
+        ->check(CLI::Range(0, 65535).description(""))
         ->capture_default_str();
-    app.add_option("--folder", arguments->folder, "Folder inside the library");
+    app.add_option("--folder", arguments->folder, "Folder inside the library")->type_name("DIR");
     arguments->preview.declare(app);
     declareLibrary(app, options);
     declareJson(app, options);
-    app.footer("Example: kxassets compose --switch 'Seat colours' 'Leather black' 'Leather tan' --library ~/Materials");
+    app.footer("It names its materials, and changes with them. Exactly one of --switch and --multipass is needed.\n\n"
+               "Example: kxassets compose --switch 'Seat colours' 'Leather black' 'Leather tan' --library ~/Materials");
     return [arguments](Context &context) { return run(*arguments, context); };
 }

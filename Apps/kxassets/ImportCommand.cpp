@@ -2,13 +2,18 @@
 #include "AssetSession/kxAssetLibrary.h"
 #include "AssetSession/kxMaterialImport.h"
 #include "Rendering/kxPreviewSettings.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
 #include "kxassets/Interrupt.h"
+#include "kxassets/LibraryAccess.h"
 #include "kxassets/PreviewOptions.h"
 #include "kxassets/ProgressLine.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <memory>
 
@@ -50,8 +55,8 @@ ExitCode run(const Arguments &arguments, Context &context)
     for (std::size_t i = 0; i < arguments.files.size() && !Interrupt::wasRequested(); ++i) {
         const std::string &file = arguments.files[i];
         progress.show(i, arguments.files.size());
-        const kxMaterialImport::Outcome outcome = import.importFile(
-            QString::fromStdString(file), folder.value(), [] { return !Interrupt::wasRequested(); });
+        const kxMaterialImport::Outcome outcome =
+            import.importFile(QString::fromStdString(file), folder.value(), [] { return !Interrupt::wasRequested(); });
         progress.clear();
         for (const kxMaterialImport::Saved &saved : outcome.saved) {
             imported.append(toJson(file, saved));
@@ -71,14 +76,20 @@ Run declareImport(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
     app.add_option("files", arguments->files, "3D models (glTF, OBJ, FBX ...) or pictures (EXR, HDR, PNG ...)")
+        ->type_name("FILE")
         ->required();
     declareLibrary(app, options);
-    app.add_option("--folder", arguments->folder, "Folder inside the library for what is new");
-    app.add_option("--tag", arguments->tags, "Tag for what is imported; may be repeated")->take_all();
+    app.add_option("--folder", arguments->folder, "Folder inside the library for what is new")->type_name("DIR");
+    app.add_option("--tag", arguments->tags, "Tag for what is imported; may be repeated")
+        ->type_name("TAG")
+        ->check(CLI::Validator(checkTag, ""))
+        ->allow_extra_args(false)
+        ->take_all();
     arguments->preview.declare(app);
     declareJson(app, options);
-    app.footer("A file that was imported before updates its assets: a material is known again by its name and the\n"
-               "name of its file.\n\n"
+    app.footer("A file that was imported before updates its assets where they are, and keeps their names and tags: a\n"
+               "material is known again by its name and its file. Equal materials of a file become one asset.\n"
+               "A file that fails does not keep the others from being imported.\n\n"
                "Example: kxassets import car.glb studio.exr --library ~/Materials --folder Cars --tag paint");
     return [arguments](Context &context) { return run(*arguments, context); };
 }

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
 #include "Assets/kxAssetItem.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
-
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QRegExp>
 
 #include <algorithm>
@@ -88,10 +92,13 @@ Run declareList(CLI::App &app, Options &options)
     const auto arguments = std::make_shared<Arguments>();
     declareLibrary(app, options);
     app.add_option("--category", arguments->category, "Only of this category")
+        ->type_name("NAME")
         ->check(CLI::IsMember({"Materials", "Environments", "Geometries", "Sceneplates"}));
-    app.add_option("--tag", arguments->tag, "Only with this tag, in whatever case");
-    app.add_option("--name", arguments->name, "Only with this in the name; * and ? stand for anything");
-    app.add_option("--sort", arguments->sort, "name, type or date (newest first)")
+    app.add_option("--tag", arguments->tag, "Only with this tag, in whatever case")->type_name("TAG");
+    app.add_option("--name", arguments->name, "Only with this in the name; * and ? stand for anything")
+        ->type_name("TEXT");
+    app.add_option("--sort", arguments->sort, "What comes first; date: the newest")
+        ->type_name("KEY")
         ->check(CLI::IsMember({"name", "type", "date"}))
         ->capture_default_str();
     declareJson(app, options);

@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
 #include "Assets/kxMaterialAssetItem.h"
-#include "Kernel/kxMaterials.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/UBRDFMaterial.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
+#include <QJsonArray>
+#include <QJsonObject>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -32,24 +37,24 @@ ExitCode run(const Arguments &arguments, Context &context)
     const auto library = openLibrary(context.options, true);
     if (!library)
         return ExitCode::Failed;
-    std::vector<osg::FCRef<osg::Material>> materials;
-    std::vector<osg::FieldContainerPtr> roots;
+    std::vector<std::string> uuids;
     QJsonArray loaded;
     for (const std::string &asset : arguments.assets) {
-        const kxMaterialAssetItem *item = findMaterialAsset(*library, asset);
+        kxMaterialAssetItem *item = findMaterialAsset(*library, asset);
         if (!item)
             return ExitCode::Failed;
-        const std::string uuid = const_cast<kxMaterialAssetItem *>(item)->uuid();
-        const osg::MaterialPtr material = kxMaterialAssetItem::getMaterialFromUUID(uuid);
-        if (!material) {
-            complain("'" + asset + "' cannot be loaded; 'kxassets verify' tells more");
-            return ExitCode::Failed;
-        }
-        materials.emplace_back(material);
-        roots.emplace_back(material);
-        loaded.append(QJsonObject{{"uuid", QString::fromStdString(uuid)},
-                                  {"name", QString::fromStdString(kxMaterials::getName(material))}});
+        uuids.push_back(item->uuid());
+        loaded.append(QJsonObject{{"uuid", QString::fromStdString(item->uuid())},
+                                  {"name", QString::fromStdString(item->name())}});
     }
+    // All at once, so that composites share what they have in common.
+    const std::vector<osg::MaterialPtr> materials = kxMaterialAssetItem::getMaterialsFromUUIDs(uuids);
+    if (const auto missing = std::find(materials.begin(), materials.end(), nullptr); missing != materials.end()) {
+        const auto index = static_cast<std::size_t>(missing - materials.begin());
+        complain("'" + arguments.assets[index] + "' cannot be loaded; 'kxassets verify' tells more");
+        return ExitCode::Failed;
+    }
+    const std::vector<osg::FieldContainerPtr> roots(materials.begin(), materials.end());
     osg::SceneWriteOptions options;
     options.isCompressed = arguments.isCompressed;
     options.leavesOut = isEnvironmentOfSurface;
@@ -70,8 +75,8 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declareLoad(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("assets", arguments->assets, "The assets")->required();
-    app.add_option("-o,--output", arguments->output, "The scene file to write")->required();
+    app.add_option("assets", arguments->assets, "The assets")->type_name("ASSET")->required();
+    app.add_option("-o,--output", arguments->output, "The scene file to write")->type_name("FILE.osb")->required();
     app.add_flag("--compress", arguments->isCompressed, "Compress the file: smaller, slower to write");
     declareLibrary(app, options);
     declareJson(app, options);

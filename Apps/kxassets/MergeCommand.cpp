@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
 #include "Assets/kxLocalUrlManager.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
-
 #include <QFileInfo>
+#include <QJsonObject>
 
 #include <memory>
 
@@ -67,8 +70,12 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declareMerge(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("source", arguments->source, "The folder that goes, relative to the library")->required();
-    app.add_option("target", arguments->target, "The folder that stays, relative to the library")->required();
+    app.add_option("source", arguments->source, "The folder that goes, relative to the library")
+        ->type_name("DIR")
+        ->required();
+    app.add_option("target", arguments->target, "The folder that stays, relative to the library")
+        ->type_name("DIR")
+        ->required();
     declareLibrary(app, options);
     declareJson(app, options);
     app.footer("Assets are kept whole: one whose folder name is taken gets a number behind it.\n\n"

@@ -7,16 +7,20 @@
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxMessage.h"
 #include "SceneGraph/Image.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
 #include "kxassets/Interrupt.h"
+#include "kxassets/LibraryAccess.h"
 #include "kxassets/PreviewOptions.h"
 #include "kxassets/ProgressLine.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
-
 #include <QFileInfo>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <memory>
 
@@ -64,17 +68,19 @@ std::string renderPreview(kxMaterialAssetItem &item)
     return {};
 }
 
-std::vector<std::string> chosen(const kxAssetLibrary &library, const Arguments &arguments, bool &isComplete)
+/// The UUIDs; what is no material of the library goes to \a failures.
+std::vector<std::string> chosen(const kxAssetLibrary &library, const Arguments &arguments,
+                                std::vector<std::string> &failures)
 {
     std::vector<std::string> uuids;
-    if (!arguments.isAll && !arguments.isMissing)
-        for (const std::string &asset : arguments.assets) {
-            kxMaterialAssetItem *item = findMaterialAsset(library, asset);
-            isComplete = isComplete && item;
-            if (item)
-                uuids.push_back(item->uuid());
-        }
-    else
+    for (const std::string &asset : arguments.assets) {
+        const osg::Result<kxMaterialAssetItem *> item = lookUpMaterial(library, asset);
+        if (item)
+            uuids.push_back(item.value()->uuid());
+        else
+            failures.push_back(item.reason());
+    }
+    if (arguments.assets.empty())
         for (kxAssetItem *item : library.items())
             if (dynamic_cast<kxMaterialAssetItem *>(item) && (arguments.isAll || !hasPreview(*item)))
                 uuids.push_back(item->uuid());
@@ -83,35 +89,40 @@ std::vector<std::string> chosen(const kxAssetLibrary &library, const Arguments &
 
 ExitCode run(const Arguments &arguments, Context &context)
 {
+    if (!arguments.assets.empty() + arguments.isAll + arguments.isMissing != 1) {
+        complain("which previews? Name assets, or give --all or --missing");
+        return ExitCode::Usage;
+    }
     const auto library = openLibrary(context.options, true);
     if (!library)
         return ExitCode::Failed;
     arguments.preview.apply();
-    bool isComplete = true;
-    const std::vector<std::string> uuids = chosen(*library, arguments, isComplete);
-    ProgressLine progress("Rendering", "previews");
     std::vector<std::string> failures;
+    const std::vector<std::string> uuids = chosen(*library, arguments, failures);
+    ProgressLine progress("Rendering", "previews");
     QJsonArray rendered;
     for (std::size_t i = 0; i < uuids.size() && !Interrupt::wasRequested(); ++i) {
         progress.show(i, uuids.size());
         auto *item = dynamic_cast<kxMaterialAssetItem *>(kxAssetItemFactory::the().findItem(uuids[i]));
         if (!item)
             continue;
-        if (const std::string reason = renderPreview(*item); !reason.empty()) {
+        const std::string reason = renderPreview(*item);
+        item->invalidateMaterial();
+        if (!reason.empty()) {
             failures.push_back(reason);
             continue;
         }
-        item->invalidateMaterial();
-        progress.clear();
-        rendered.append(QString::fromStdString(uuids[i]));
-        if (!context.options.isJson)
+        rendered.append(
+            QJsonObject{{"uuid", QString::fromStdString(uuids[i])}, {"name", QString::fromStdString(item->name())}});
+        if (!context.options.isJson) {
+            progress.clear();
             context.results.line(uuids[i] + "  rendered  " + item->name());
+        }
     }
     progress.clear();
     if (context.options.isJson)
         printJson(context, rendered);
-    const ExitCode code = finishBatch(failures);
-    return isComplete ? code : ExitCode::Failed;
+    return finishBatch(failures);
 }
 
 } // namespace
@@ -119,11 +130,9 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declarePreview(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    auto *which = app.add_option_group("which", "Which previews");
-    which->add_option("assets", arguments->assets, "The assets");
-    which->add_flag("--all", arguments->isAll, "Every material of the library");
-    which->add_flag("--missing", arguments->isMissing, "Only where there is none that can be shown");
-    which->require_option(1);
+    app.add_option("assets", arguments->assets, "The assets")->type_name("ASSET");
+    app.add_flag("--all", arguments->isAll, "Every material of the library");
+    app.add_flag("--missing", arguments->isMissing, "Only where there is none that can be shown");
     arguments->preview.declare(app);
     declareLibrary(app, options);
     declareJson(app, options);

@@ -5,16 +5,22 @@
 
 #include <CLI/CLI.hpp>
 
+PreviewOptions::PreviewOptions() : size(kxPreviewSettings::size()), samples(kxPreviewSettings::samples()) {}
+
 void PreviewOptions::declare(CLI::App &app)
 {
-    app.add_option("--preview-size", size, "Width of a preview in pixels")->check(CLI::Range(16, 4096))->capture_default_str();
-    app.add_option("--preview-samples", samples, "Samples a pixel; more are slower and smoother")
-        ->check(CLI::Range(1, 65536));
+    app.add_option("--preview-size", size, "Width of a preview in pixels")
+        ->type_name("N")
+        ->check(CLI::Range(16, 4096).description(""))
+        ->capture_default_str();
+    app.add_option("--preview-samples", samples, "Samples for each pixel; more are slower and smoother")
+        ->type_name("N")
+        ->check(CLI::Range(1, 65536).description(""))
+        ->capture_default_str();
 }
 
 void PreviewOptions::apply() const
 {
     kxPreviewSettings::setSize(size);
-    if (samples > 0)
-        kxPreviewSettings::setSamples(samples);
+    kxPreviewSettings::setSamples(samples);
 }

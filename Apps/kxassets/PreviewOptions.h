@@ -8,8 +8,11 @@ class App;
 /// How large and how good previews are rendered.
 struct PreviewOptions
 {
-    int size = 512;
-    int samples = 0; ///< 0: the renderer's own choice
+    int size;
+    int samples;
+
+    /// The renderer's own choice.
+    PreviewOptions();
 
     void declare(CLI::App &app);
     void apply() const;

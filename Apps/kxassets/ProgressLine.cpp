@@ -33,8 +33,7 @@ std::string rateText(double rate)
 
 ProgressLine::ProgressLine(std::string task, std::string what)
     : _task(std::move(task)), _what(std::move(what)), _isTerminal(::isatty(STDERR_FILENO) == 1)
-{
-}
+{}
 
 ProgressLine::~ProgressLine()
 {

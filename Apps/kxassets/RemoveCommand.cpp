@@ -3,10 +3,15 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxUrlManager.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <memory>
@@ -35,8 +40,8 @@ std::string userOf(const kxAssetLibrary &library, const std::string &uuid, const
 }
 
 /// Why the asset stays, or "".
-std::string removeAsset(const kxAssetLibrary &library, const std::string &uuid,
-                        const std::vector<std::string> &all, const Arguments &arguments)
+std::string removeAsset(const kxAssetLibrary &library, const std::string &uuid, const std::vector<std::string> &all,
+                        const Arguments &arguments)
 {
     kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
     if (!item)
@@ -87,7 +92,7 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declareRemove(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("assets", arguments->assets, "The assets")->required();
+    app.add_option("assets", arguments->assets, "The assets")->type_name("ASSET")->required();
     app.add_flag("--force", arguments->isForced, "Also those that switch and multi-pass materials are made of");
     app.add_flag("-n,--dry-run", arguments->isDryRun, "Only say what would be removed");
     declareLibrary(app, options);

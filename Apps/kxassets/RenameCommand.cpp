@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
 #include "Assets/kxAssetItem.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
+#include <QJsonObject>
 
 #include <memory>
 
@@ -42,8 +46,8 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declareRename(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("asset", arguments->asset, "The asset")->required();
-    app.add_option("name", arguments->name, "Its new name")->required();
+    app.add_option("asset", arguments->asset, "The asset")->type_name("ASSET")->required();
+    app.add_option("name", arguments->name, "Its new name")->type_name("NAME")->required();
     declareLibrary(app, options);
     declareJson(app, options);
     app.footer("The asset's folder keeps its name.\n\n"

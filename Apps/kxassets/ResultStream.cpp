@@ -1,20 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "kxassets/ResultStream.h"
 
+#include "kxassets/PlainText.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 
 ResultStream::ResultStream(bool showsDiagnostics)
 {
     std::signal(SIGPIPE, SIG_IGN);
     std::fflush(stdout);
     _descriptor = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    const int elsewhere =
-        showsDiagnostics ? ::dup(STDERR_FILENO) : ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    const int elsewhere = showsDiagnostics ? ::dup(STDERR_FILENO) : ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (elsewhere >= 0) {
         ::dup2(elsewhere, STDOUT_FILENO);
         ::close(elsewhere);
@@ -30,7 +32,7 @@ ResultStream::~ResultStream()
 
 void ResultStream::line(const std::string &text)
 {
-    write(text + '\n');
+    write(PlainText::printable(text) + '\n');
 }
 
 void ResultStream::write(const std::string &text)
@@ -43,6 +45,8 @@ void ResultStream::write(const std::string &text)
             continue;
         if (written <= 0) {
             _isClosed = true;
+            if (written < 0 && errno != EPIPE)
+                _failure = std::strerror(errno);
             return;
         }
         data += written;

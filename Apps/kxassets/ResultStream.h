@@ -7,7 +7,7 @@
 ///
 /// The library prints diagnostic lines on standard output. From its construction on, this object has them go to standard
 /// error when they are wanted and nowhere otherwise, so that results can be parsed. A reader who goes away early is no
-/// failure.
+/// failure; a disk that is full is.
 class ResultStream
 {
 public:
@@ -16,14 +16,16 @@ public:
     ResultStream(const ResultStream &) = delete;
     ResultStream &operator=(const ResultStream &) = delete;
 
-    /// Writes \a text and a line end.
+    /// Writes \a text, made printable, and a line end.
     void line(const std::string &text);
     /// Writes the text as it is.
     void write(const std::string &text);
-    /// Nobody reads any more.
-    bool isClosed() const { return _isClosed; }
+
+    /// Why results are missing from the output, or "".
+    const std::string &failure() const { return _failure; }
 
 private:
     int _descriptor = -1;
     bool _isClosed = false;
+    std::string _failure;
 };

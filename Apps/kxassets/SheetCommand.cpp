@@ -2,14 +2,17 @@
 #include "AssetSession/kxAssetLibrary.h"
 #include "AssetSession/kxContactSheet.h"
 #include "Assets/kxAssetItem.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
 #include "kxassets/Interrupt.h"
+#include "kxassets/LibraryAccess.h"
 #include "kxassets/ProgressLine.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
-
 #include <QFileInfo>
+#include <QJsonObject>
 #include <QPixmap>
 #include <QSaveFile>
 
@@ -25,14 +28,16 @@ struct Arguments
     int size = 220;
 };
 
-kxContactSheet::Tile tileOf(kxAssetItem &item)
+/// Scaled before the icon that marks composites is painted, which has a size of its own.
+kxContactSheet::Tile tileOf(kxAssetItem &item, int size)
 {
     kxContactSheet::Tile tile;
     tile.name = QString::fromStdString(item.name());
     tile.detail = item.data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole).toString();
     if (!item.loadPreviewImage(false))
         return tile;
-    QPixmap pixmap = QPixmap::fromImage(item.previewImage());
+    QPixmap pixmap = QPixmap::fromImage(
+        item.previewImage().scaled(size, size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation));
     item.addOverlayIcon(pixmap);
     tile.preview = pixmap.toImage();
     // A sheet of thousands would otherwise keep all their previews.
@@ -51,8 +56,8 @@ ExitCode run(const Arguments &arguments, Context &context)
     const auto library = openLibrary(context.options, true);
     if (!library)
         return ExitCode::Failed;
-    const QString title = arguments.title.empty() ? QFileInfo(library->path()).fileName()
-                                                  : QString::fromStdString(arguments.title);
+    const QString title =
+        arguments.title.empty() ? QFileInfo(library->path()).fileName() : QString::fromStdString(arguments.title);
     kxContactSheet sheet(title);
     sheet.setColumns(arguments.columns);
     sheet.setTileSize(arguments.size);
@@ -60,7 +65,7 @@ ExitCode run(const Arguments &arguments, Context &context)
     const std::vector<kxAssetItem *> items = library->items();
     for (std::size_t i = 0; i < items.size() && !Interrupt::wasRequested(); ++i) {
         progress.show(i, items.size());
-        sheet.addTile(tileOf(*items[i]));
+        sheet.addTile(tileOf(*items[i], arguments.size));
     }
     progress.clear();
     if (Interrupt::wasRequested())
@@ -85,11 +90,14 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declareSheet(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("-o,--output", arguments->output, "The PNG file to write")->required();
-    app.add_option("--title", arguments->title, "Instead of the library's name");
-    app.add_option("--columns", arguments->columns, "Previews side by side")->check(CLI::Range(1, 200));
+    app.add_option("-o,--output", arguments->output, "The picture to write")->type_name("FILE.png")->required();
+    app.add_option("--title", arguments->title, "Instead of the library's name")->type_name("TEXT");
+    app.add_option("--columns", arguments->columns, "Previews side by side")
+        ->type_name("N")
+        ->check(CLI::Range(1, 200).description(""));
     app.add_option("--size", arguments->size, "Width of a preview in pixels")
-        ->check(CLI::Range(48, 1024))
+        ->type_name("N")
+        ->check(CLI::Range(48, 1024).description(""))
         ->capture_default_str();
     declareLibrary(app, options);
     declareJson(app, options);

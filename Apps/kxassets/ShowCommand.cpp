@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
 #include "Assets/kxAssetItem.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <memory>
 
@@ -32,8 +37,8 @@ ExitCode run(const std::string &asset, Context &context)
         return ExitCode::Done;
     }
     std::vector<std::vector<std::string>> rows;
-    for (const char *key : {"uuid", "name", "category", "type", "tags", "subMaterials", "choice", "modified", "path",
-                            "checksum"})
+    for (const char *key :
+         {"uuid", "name", "category", "type", "tags", "subMaterials", "choice", "modified", "path", "checksum"})
         if (object.contains(QLatin1String(key)))
             rows.push_back({std::string(key) + ":", textOf(object.value(QLatin1String(key)))});
     printTable(context, rows);
@@ -45,7 +50,7 @@ ExitCode run(const std::string &asset, Context &context)
 Run declareShow(CLI::App &app, Options &options)
 {
     const auto asset = std::make_shared<std::string>();
-    app.add_option("asset", *asset, "The asset")->required();
+    app.add_option("asset", *asset, "The asset")->type_name("ASSET")->required();
     declareLibrary(app, options);
     declareJson(app, options);
     app.footer("Example: kxassets show 'Brushed steel' --library ~/Materials");

@@ -5,10 +5,15 @@
 #include "Kernel/kxMaterialTags.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/TagAttachment.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <memory>
@@ -42,21 +47,18 @@ void edit(const osg::MaterialPtr &material, const Arguments &arguments)
             kxMaterialTags::addTag(material, tag);
 }
 
-/// False with a complaint.
-bool retag(kxMaterialAssetItem &item, const Arguments &arguments)
+/// Why it could not be done, or "".
+std::string retag(kxMaterialAssetItem &item, const Arguments &arguments)
 {
     const std::string name = item.name();
     const QUrl folder = item.parentDirectoryUrl();
-    if (!item.loadMaterial()) {
-        complain("'" + name + "' cannot be loaded; 'kxassets verify' tells more");
-        return false;
-    }
+    if (!item.loadMaterial())
+        return "'" + name + "' cannot be loaded; 'kxassets verify' tells more";
     edit(item.getMaterial(), arguments);
     // The item is replaced in the registry, and not to be used afterwards.
     if (item.save(folder))
-        return true;
-    complain("'" + name + "' could not be saved in " + folder.toLocalFile().toStdString());
-    return false;
+        return {};
+    return "'" + name + "' could not be saved in " + folder.toLocalFile().toStdString();
 }
 
 ExitCode run(const Arguments &arguments, Context &context)
@@ -66,26 +68,29 @@ ExitCode run(const Arguments &arguments, Context &context)
         return ExitCode::Failed;
     QJsonArray all;
     std::vector<std::vector<std::string>> rows;
-    bool hasFailed = false;
+    std::vector<std::string> failures;
     for (const std::string &asset : arguments.assets) {
-        kxMaterialAssetItem *item = findMaterialAsset(*library, asset);
-        const std::string uuid = item ? item->uuid() : std::string();
-        if (!item || (arguments.changes() && !retag(*item, arguments))) {
-            hasFailed = true;
+        const osg::Result<kxMaterialAssetItem *> item = lookUpMaterial(*library, asset);
+        if (!item) {
+            failures.push_back(item.reason());
             continue;
         }
-        kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid);
-        if (!saved)
+        const std::string uuid = item.value()->uuid();
+        if (const std::string reason = arguments.changes() ? retag(*item.value(), arguments) : ""; !reason.empty()) {
+            failures.push_back(reason);
             continue;
-        all.append(describe(*library, *saved));
-        rows.push_back({uuid, saved->name(),
-                        saved->data(kxAssetCategory::getTagsColumn(), Qt::DisplayRole).toString().toStdString()});
+        }
+        if (kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid)) {
+            all.append(describe(*library, *saved));
+            rows.push_back({uuid, saved->name(),
+                            saved->data(kxAssetCategory::getTagsColumn(), Qt::DisplayRole).toString().toStdString()});
+        }
     }
     if (context.options.isJson)
         printJson(context, all);
     else
         printTable(context, rows);
-    return hasFailed ? ExitCode::Failed : ExitCode::Done;
+    return finishBatch(failures);
 }
 
 } // namespace
@@ -93,12 +98,17 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declareTag(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("assets", arguments->assets, "The assets")->required();
-    app.add_option("--add", arguments->added, "Adds a tag; may be repeated")->take_all()->allow_extra_args(false);
-    app.add_option("--remove", arguments->removed, "Removes a tag; may be repeated")->take_all()->allow_extra_args(false);
-    app.add_option("--set", arguments->set, "Replaces all tags by this one; may be repeated")
-        ->take_all()
-        ->allow_extra_args(false);
+    app.add_option("assets", arguments->assets, "The assets")->type_name("ASSET")->required();
+    const auto addTags = [&app](const char *name, std::vector<std::string> &tags, const char *help) {
+        app.add_option(name, tags, help)
+            ->type_name("TAG")
+            ->check(CLI::Validator(checkTag, ""))
+            ->allow_extra_args(false)
+            ->take_all();
+    };
+    addTags("--add", arguments->added, "Adds a tag; may be repeated");
+    addTags("--remove", arguments->removed, "Removes a tag; may be repeated");
+    addTags("--set", arguments->set, "Replaces all tags by this one; may be repeated");
     app.add_flag("--clear", arguments->clears, "Removes all tags");
     declareLibrary(app, options);
     declareJson(app, options);

@@ -1,20 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxLibraryVerifier.h"
+#include "kxassets/Command.h"
+#include "kxassets/CommonOptions.h"
 #include "kxassets/Interrupt.h"
 #include "kxassets/ProgressLine.h"
+#include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
-#include "kxassets/Support.h"
 
 #include <CLI/CLI.hpp>
-
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <memory>
 
 namespace {
 
-ExitCode run(const std::string &folder, Context &context)
+ExitCode run(const std::string &argument, Context &context)
 {
+    const std::string &folder = argument.empty() ? context.options.library : argument;
+    if (folder.empty()) {
+        complain("which library? Name its folder, or set KXASSETS_LIBRARY");
+        return ExitCode::Usage;
+    }
     if (!QFileInfo(QString::fromStdString(folder)).isDir()) {
         complain("there is no folder '" + folder + "'");
         return ExitCode::Failed;
@@ -39,7 +47,8 @@ ExitCode run(const std::string &folder, Context &context)
     if (context.options.isJson)
         printJson(context, QJsonObject{{"assets", verifier.assetCount()}, {"findings", all}});
     else
-        context.results.line(std::to_string(verifier.assetCount()) + " assets, " + std::to_string(findings.size()) +
+        context.results.line(std::to_string(verifier.assetCount()) +
+                             (verifier.assetCount() == 1 ? " asset, " : " assets, ") + std::to_string(findings.size()) +
                              (findings.size() == 1 ? " finding" : " findings"));
     if (Interrupt::wasRequested())
         return finishBatch({});
@@ -51,10 +60,11 @@ ExitCode run(const std::string &folder, Context &context)
 Run declareVerify(CLI::App &app, Options &options)
 {
     const auto folder = std::make_shared<std::string>();
-    app.add_option("folder", *folder, "The library, or a folder in it")->required();
+    app.add_option("folder", *folder, "The library; without it, what --library says")->type_name("DIR");
+    declareLibrary(app, options);
     declareJson(app, options);
-    app.footer("Reads every asset: metadata, material, preview, and what composites are made of. Changes nothing.\n"
-               "The exit code is 1 when there are findings.\n\n"
+    app.footer("Reads every asset: metadata, material, preview, and what switch and multi-pass materials are made of.\n"
+               "Changes nothing. One line for each finding; the exit code is 1 when there are some.\n\n"
                "Example: kxassets verify ~/Materials");
     return [folder](Context &context) { return run(*folder, context); };
 }

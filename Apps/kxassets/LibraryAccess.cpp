@@ -1,48 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "kxassets/Support.h"
+#include "kxassets/LibraryAccess.h"
 
-#include "AssetSession/kxAssetLibrary.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
-#include "Assets/kxUrlManager.h"
+#include "kxassets/Command.h"
 #include "kxassets/Interrupt.h"
 #include "kxassets/ProgressLine.h"
-#include "kxassets/ResultStream.h"
+#include "kxassets/Reporting.h"
 
-#include <CLI/CLI.hpp>
-
-#include <QJsonDocument>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QProgressDialog>
 #include <QTimer>
 
-#include <algorithm>
-#include <cstdio>
+#include <limits>
 
 namespace {
 
 constexpr int PollInterval = 50; // ms
 
-std::size_t widthOf(const std::string &text)
-{
-    return static_cast<std::size_t>(QString::fromStdString(text).normalized(QString::NormalizationForm_C).size());
-}
-
 } // namespace
-
-void declareLibrary(CLI::App &app, Options &options)
-{
-    app.add_option("-l,--library", options.library, "The library's folder")->envname("KXASSETS_LIBRARY");
-}
-
-void declareJson(CLI::App &app, Options &options)
-{
-    app.add_flag("--json", options.isJson, "Print JSON");
-}
-
-void complain(const std::string &text)
-{
-    std::fprintf(stderr, "kxassets: %s\n", text.c_str());
-}
 
 std::optional<kxAssetLibrary> openLibrary(const Options &options, bool mustExist)
 {
@@ -68,25 +45,48 @@ std::optional<kxAssetLibrary> openLibrary(const Options &options, bool mustExist
     });
     poll.start(PollInterval);
     library.open(&dialog);
+    line.clear();
+    if (Interrupt::wasRequested()) {
+        complain("stopped before the end");
+        return std::nullopt; // half a library would be taken for the whole
+    }
     return library;
+}
+
+osg::Result<kxAssetItem *> lookUp(const kxAssetLibrary &library, const std::string &text)
+{
+    const osg::Result<std::string> uuid = library.resolve(QString::fromStdString(text));
+    if (!uuid)
+        return osg::Failure{uuid.reason()};
+    return kxAssetItemFactory::the().findItem(uuid.value());
+}
+
+osg::Result<kxMaterialAssetItem *> lookUpMaterial(const kxAssetLibrary &library, const std::string &text)
+{
+    const osg::Result<kxAssetItem *> item = lookUp(library, text);
+    if (!item)
+        return osg::Failure{item.reason()};
+    if (auto *material = dynamic_cast<kxMaterialAssetItem *>(item.value()))
+        return material;
+    return osg::Failure{"'" + item.value()->name() + "' is no material"};
 }
 
 kxAssetItem *findAsset(const kxAssetLibrary &library, const std::string &text)
 {
-    const osg::Result<std::string> uuid = library.resolve(QString::fromStdString(text));
-    if (uuid)
-        return kxAssetItemFactory::the().findItem(uuid.value());
-    complain(uuid.reason());
+    const osg::Result<kxAssetItem *> item = lookUp(library, text);
+    if (item)
+        return item.value();
+    complain(item.reason());
     return nullptr;
 }
 
 kxMaterialAssetItem *findMaterialAsset(const kxAssetLibrary &library, const std::string &text)
 {
-    kxAssetItem *item = findAsset(library, text);
-    auto *material = dynamic_cast<kxMaterialAssetItem *>(item);
-    if (item && !material)
-        complain("'" + item->name() + "' is no material");
-    return material;
+    const osg::Result<kxMaterialAssetItem *> item = lookUpMaterial(library, text);
+    if (item)
+        return item.value();
+    complain(item.reason());
+    return nullptr;
 }
 
 QJsonObject describe(const kxAssetLibrary &library, kxAssetItem &item)
@@ -112,46 +112,4 @@ QJsonObject describe(const kxAssetLibrary &library, kxAssetItem &item)
             object["choice"] = material->switchChoice();
     }
     return object;
-}
-
-void printJson(Context &context, const QJsonValue &value)
-{
-    const QJsonDocument document = value.isArray() ? QJsonDocument(value.toArray()) : QJsonDocument(value.toObject());
-    context.results.write(document.toJson(QJsonDocument::Indented).toStdString());
-}
-
-void printTable(Context &context, const std::vector<std::vector<std::string>> &rows)
-{
-    std::vector<std::size_t> widths;
-    for (const auto &row : rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], widthOf(row[i]));
-    }
-    for (const auto &row : rows) {
-        std::string text;
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            text += row[i];
-            if (i + 1 < row.size())
-                text.append(widths[i] - widthOf(row[i]) + 2, ' ');
-        }
-        text.erase(text.find_last_not_of(' ') + 1);
-        context.results.line(text);
-    }
-}
-
-void reread(kxAssetItem &item)
-{
-    kxUrlManager::updateItem(&item);
-}
-
-ExitCode finishBatch(const std::vector<std::string> &failures)
-{
-    if (Interrupt::wasRequested())
-        complain("stopped before the end");
-    if (failures.size() > 1)
-        complain(std::to_string(failures.size()) + " failed:");
-    for (const std::string &failure : failures)
-        complain(failure);
-    return failures.empty() && !Interrupt::wasRequested() ? ExitCode::Done : ExitCode::Failed;
 }
