@@ -270,10 +270,11 @@ bool kxUrlManager::loadDocumentFromDir(const QUrl &url, QDomDocument &document) 
     return loadDocumentFromDir(url, document, file);
 }
 
-bool kxUrlManager::loadSceneplateFromDir(const QUrl &url, osg::NodePtr &) const
+bool kxUrlManager::loadSceneplateFromDir(const QUrl &url, osg::NodePtr &node) const
 {
-    kxLog::error("Sceneplate assets are not supported in this version: '%s'.", getUiString(url).toUtf8().constData());
-    return false;
+    const std::vector<QUrl> candidates = self().files(url, PayloadFilter, QDir::NoSort);
+    return std::any_of(candidates.begin(), candidates.end(),
+                       [this, &node](const QUrl &file) { return loadSceneplateFromFile(file, node) && node; });
 }
 
 bool kxUrlManager::loadNodeFromDir(const QUrl &url, osg::NodePtr &) const

@@ -113,7 +113,6 @@ public:
     virtual bool loadDocumentFromDir(const QUrl &url, QDomDocument &document, QUrl &file) const;
     virtual bool loadDocumentFromDir(const QUrl &url, QDomDocument &document) const;
     virtual bool loadDocumentFromFile(const QUrl &url, QDomDocument &document) const = 0;
-    /// Not supported in this version: false, with one line in the log.
     virtual bool loadSceneplateFromDir(const QUrl &url, osg::NodePtr &node) const;
     virtual bool loadSceneplateFromFile(const QUrl &url, osg::NodePtr &node) const = 0;
     /// Not supported in this version: false, with one line in the log.

@@ -7,11 +7,12 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QImage>
 #include <QMetaMethod>
 #include <QSemaphore>
-#include <QSignalSpy>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <atomic>
 #include <memory>
@@ -89,13 +90,19 @@ protected:
 
     bool waitForPreviews(std::size_t count)
     {
-        QSignalSpy spy(&_loader, &kxPreviewImageLoader::previewLoaded);
-        while (_images.size() < count && spy.wait(WaitMilliseconds)) {
-        }
+        QEventLoop loop;
+        const auto quitWhenThere = [this, &loop, count] {
+            if (_images.size() >= count)
+                loop.quit();
+        };
+        QObject::connect(&_loader, &kxPreviewImageLoader::previewLoaded, &loop, quitWhenThere);
+        QTimer::singleShot(WaitMilliseconds, &loop, &QEventLoop::quit);
+        if (_images.size() < count)
+            loop.exec();
         return _images.size() >= count;
     }
 
-    static const QUrl gateUrl() { return QUrl(QStringLiteral("gate:/MAT_Red")); }
+    static QUrl gateUrl() { return QUrl(QStringLiteral("gate:/MAT_Red")); }
 
     kxPreviewImageLoader _loader;
     std::vector<QUrl> _directories;

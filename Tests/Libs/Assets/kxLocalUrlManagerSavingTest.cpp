@@ -1,0 +1,502 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxLocalUrlManager.h"
+#include "Assets/kxMaterialAssetItem.h"
+#include "FileSizeLimit.h"
+#include "Kernel/kxLogRecorder.h"
+#include "Kernel/kxMaterials.h"
+#include "Kernel/kxPlatform.h"
+#include "MaterialFixture.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/ImageAttachment.h"
+#include "Support/CapturedOutput.h"
+
+#include <QDomDocument>
+#include <QEventLoop>
+#include <QFileSystemWatcher>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <fstream>
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+constexpr const char *Uuid = "0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d";
+constexpr const char *OtherUuid = "1a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d";
+constexpr int Png = 0;
+constexpr int Vif = 1;
+
+class kxLocalUrlManagerSavingTest : public MaterialFixture
+{
+protected:
+    ~kxLocalUrlManagerSavingTest() override
+    {
+        kxUrlManager::setPreviewImageFileFormat(Png);
+        kxUrlManager::setWriteAutomotiveMaterialFiles(false);
+    }
+
+    static kxMaterialAssetItem itemOf(const osg::MaterialPtr &material, const std::string &uuid = Uuid)
+    {
+        kxMaterialAssetItem item;
+        item.initFrom(material, uuid, true);
+        return item;
+    }
+
+    bool save(const osg::MaterialPtr &material, const std::string &uuid = Uuid) const
+    {
+        kxMaterialAssetItem item = itemOf(material, uuid);
+        return manager.saveMaterialAsset(url(), &item);
+    }
+
+    static Owned withPreview(const Owned &material)
+    {
+        const osg::FCRef<osg::Image> image(osg::Image::create());
+        image->set(2, 2, 3, osg::PixelType::UInt8);
+        const osg::ImageAttachmentPtr attachment = osg::ImageAttachment::create();
+        {
+            osg::CPEditor edit(material, osg::AttachmentContainer::AttachmentsFieldMask);
+            material->addAttachment(attachment);
+        }
+        osg::CPEditor edit(attachment, osg::ImageAttachment::ImageFieldMask);
+        attachment->setImage(image);
+        return material;
+    }
+
+    static Owned glowing(const std::string &name, float red)
+    {
+        const Owned material = makeSurface(name);
+        setGlow(material, osg::Color4f{red, 0.0F, 0.0F, 1.0F});
+        return material;
+    }
+
+    /// A composite of one part that is an asset itself.
+    static Owned makeComposite(const std::string &name)
+    {
+        const Owned part = makeSurface("part");
+        makeAsset(part, OtherUuid);
+        return makeSwitch(name, {part});
+    }
+
+    float storedGlow(const std::string &directory) const
+    {
+        osg::MaterialPtr loaded;
+        if (!manager.loadMaterialFromDir(url(directory), loaded))
+            return -1.0F;
+        const Owned material = Owned::adopt(loaded);
+        return glowOf(material)[0];
+    }
+
+    std::vector<std::string> entries(const std::string &directory = {}) const
+    {
+        std::vector<std::string> names;
+        for (const fs::directory_entry &entry : fs::directory_iterator(_folder.path() / directory))
+            names.push_back(entry.path().filename().string());
+        return names;
+    }
+
+    std::string error(const std::string &before, const std::string &name, const std::string &after) const
+    {
+        return before + "'" + _folder.file(name) + "'" + after;
+    }
+
+    const kxLocalUrlManager &manager = *kxLocalUrlManager::the();
+};
+
+} // namespace
+
+TEST_F(kxLocalUrlManagerSavingTest, WritesMetadataAndPayloadAndTellsTheItem)
+{
+    const Owned material = glowing("Lack", 0.25F);
+    kxMaterialAssetItem item = itemOf(material);
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(manager.saveMaterialAsset(url("new/library"), &item));
+
+    EXPECT_EQ(output.text(), "");
+    EXPECT_THAT(entries("new/library"), ElementsAre("MAT_Lack"));
+    EXPECT_THAT(entries("new/library/MAT_Lack"), UnorderedElementsAre("Lack.xml", "Lack.osb"));
+    EXPECT_EQ(item.directoryUrl(), url("new/library/MAT_Lack"));
+    EXPECT_TRUE(manager.containsItem(item.directoryUrl(), Material, Uuid));
+    EXPECT_EQ(storedGlow("new/library/MAT_Lack"), 0.25F);
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, RegistersNothingItself)
+{
+    EXPECT_TRUE(save(makeSurface("Lack")));
+
+    EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 0);
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, RefusesSilentlyWhatCannotBeSaved)
+{
+    writeFile("file", "x");
+    const Owned material = makeSurface("Lack");
+    kxMaterialAssetItem item = itemOf(material);
+    kxMaterialAssetItem empty;
+    kxLogRecorder log;
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(manager.saveMaterialAsset(url(), nullptr));
+    EXPECT_FALSE(manager.saveMaterialAsset(QUrl("http://example.org/lib"), &item));
+    EXPECT_FALSE(manager.saveMaterialAsset(QUrl(), &item));
+    EXPECT_FALSE(manager.saveMaterialAsset(QUrl("file:"), &item));
+    EXPECT_FALSE(manager.saveMaterialAsset(url("lib"), &empty));
+    EXPECT_FALSE(manager.saveMaterialAsset(url("file/below"), &item));
+
+    EXPECT_EQ(output.text(), "");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_THAT(entries(), ElementsAre("file"));
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, ReportsMetadataThatCannotBeProduced)
+{
+    const Owned material = makeSwitch("Lack", {makeSurface("no asset")});
+    kxLogRecorder log;
+
+    EXPECT_FALSE(save(material));
+
+    EXPECT_THAT(log.lines(kxLogLevel::Error), ElementsAre("Failed to write meta data."));
+    EXPECT_THAT(entries(), IsEmpty());
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, FailsWhereNoDirectoryCanBeMade)
+{
+    // Nobody can make directories there, not even root.
+    const QUrl parent = QUrl::fromLocalFile("/proc");
+    const Owned material = makeSurface("Lack");
+    kxMaterialAssetItem item = itemOf(material);
+    kxLogRecorder log;
+
+    EXPECT_FALSE(manager.saveMaterialAsset(parent, &item));
+
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, NamesFilesAfterTheMaterialAsAFileNameMayBe)
+{
+    EXPECT_TRUE(save(makeSurface("a/b: [c]?")));
+
+    EXPECT_THAT(entries(), ElementsAre("MAT_a_b_ _c__"));
+    EXPECT_THAT(entries("MAT_a_b_ _c__"), UnorderedElementsAre("a_b_ _c__.xml", "a_b_ _c__.osb"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, SavesAndLoadsUnderNamesOfEveryKind)
+{
+    const std::vector<std::string> names{"緑の塗料",
+                                         "Gr\u00FCn",
+                                         "Gru\u0308n",
+                                         "ends in a dot.",
+                                         "50% #1 & <more>",
+                                         "  blanks  ",
+                                         "x.osb",
+                                         "CON",
+                                         std::string(200, 'n'),
+                                         std::string(300, 'n'),
+                                         "日本" + std::string(300, 'k')};
+
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const Owned material = glowing(names[i], 0.5F);
+        kxMaterialAssetItem item = itemOf(material, "0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c" + std::to_string(10 + i));
+        EXPECT_TRUE(manager.saveMaterialAsset(url(), &item)) << names[i];
+        const std::string directory = item.directoryUrl().fileName().toStdString();
+        EXPECT_EQ(storedGlow(directory), 0.5F) << names[i];
+    }
+
+    EXPECT_EQ(entries().size(), names.size()) << "names that differ keep directories of their own";
+    EXPECT_TRUE(_folder.contains("MAT_Gr\u00FCn"));
+    EXPECT_TRUE(_folder.contains("MAT_Gru\u0308n"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, StoresNoPathInsideTheAsset)
+{
+    const Owned material = withPreview(makeSurface("Lack"));
+    ASSERT_TRUE(save(material));
+
+    for (const char *name : {"MAT_Lack/Lack.xml", "MAT_Lack/Lack.osb", "MAT_Lack/Lack.png"})
+        EXPECT_EQ(readFile(name).find(_folder.string()), std::string::npos) << name;
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, ReusesTheDirectoryOfTheSameAsset)
+{
+    ASSERT_TRUE(save(glowing("Lack", 0.25F)));
+    kxMaterialAssetItem item = itemOf(glowing("Lack", 0.5F));
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(manager.saveMaterialAsset(url(), &item));
+
+    EXPECT_EQ(output.text(), "[makeUniqueDirectory] - contains item with same uuid\n");
+    EXPECT_THAT(entries(), ElementsAre("MAT_Lack"));
+    EXPECT_EQ(storedGlow("MAT_Lack"), 0.5F);
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, NumbersTheDirectoryOfAnotherAssetWithTheSameName)
+{
+    ASSERT_TRUE(save(glowing("Lack", 0.25F)));
+
+    EXPECT_TRUE(save(glowing("Lack", 0.5F), OtherUuid));
+
+    EXPECT_THAT(entries(), UnorderedElementsAre("MAT_Lack", "MAT_Lack0"));
+    EXPECT_THAT(entries("MAT_Lack0"), UnorderedElementsAre("Lack.xml", "Lack.osb"));
+    EXPECT_EQ(storedGlow("MAT_Lack"), 0.25F);
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, LeavesACompositeToItsMetadata)
+{
+    kxMaterialAssetItem item = itemOf(withPreview(makeComposite("Wahl")));
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(manager.saveMaterialAsset(url(), &item));
+
+    EXPECT_EQ(output.text(), "") << "no converter is started";
+    EXPECT_THAT(entries("MAT_Wahl"), UnorderedElementsAre("Wahl.xml", "Wahl.png"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, RemovesTheStalePayloadOfACompositeAndNoOtherFile)
+{
+    const Owned plain = makeSurface("Wahl");
+    ASSERT_TRUE(save(plain));
+    writeFile("MAT_Wahl/Other.osb", "x");
+
+    EXPECT_TRUE(save(makeComposite("Wahl")));
+
+    EXPECT_THAT(entries("MAT_Wahl"), UnorderedElementsAre("Wahl.xml", "Other.osb"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, WritesThePreviewInTheChosenFormatAndKeepsOneFile)
+{
+    const Owned material = withPreview(makeSurface("Lack"));
+    ASSERT_TRUE(save(material));
+    EXPECT_THAT(entries("MAT_Lack"), UnorderedElementsAre("Lack.xml", "Lack.osb", "Lack.png"));
+
+    kxUrlManager::setPreviewImageFileFormat(Vif);
+    EXPECT_TRUE(save(material));
+    EXPECT_THAT(entries("MAT_Lack"), UnorderedElementsAre("Lack.xml", "Lack.osb", "Lack.vif"));
+
+    kxUrlManager::setPreviewImageFileFormat(Png);
+    EXPECT_TRUE(save(material));
+    EXPECT_THAT(entries("MAT_Lack"), UnorderedElementsAre("Lack.xml", "Lack.osb", "Lack.png"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, LeavesPreviewsAloneWithoutAnImage)
+{
+    ASSERT_TRUE(save(withPreview(makeSurface("Lack"))));
+
+    EXPECT_TRUE(save(makeSurface("Lack")));
+
+    EXPECT_TRUE(_folder.contains("MAT_Lack/Lack.png"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, KeepsOlderPreviewsWhenTheNewOneCannotBeWritten)
+{
+    const Owned material = withPreview(makeSurface("Lack"));
+    ASSERT_TRUE(save(material));
+    const std::string former = readFile("MAT_Lack/Lack.png");
+    _folder.makeFolder("MAT_Lack/Lack.vif");
+    kxUrlManager::setPreviewImageFileFormat(Vif);
+
+    EXPECT_TRUE(save(material));
+
+    EXPECT_EQ(readFile("MAT_Lack/Lack.png"), former);
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, WritesMetadataBeforeThePayloadAndKeepsItWhenThatFails)
+{
+    _folder.makeFolder("MAT_Lack");
+    writeAsset("MAT_Lack", std::string("<category>Materials</category><uuid>") + Uuid +
+                               "</uuid><name>old</name><material><type>UBRDFMaterial</type></material>");
+    _folder.makeFolder("MAT_Lack/Lack.osb");
+    kxMaterialAssetItem item = itemOf(makeSurface("Lack"));
+    kxUrlManager::setWriteAutomotiveMaterialFiles(true);
+    kxLogRecorder log;
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(manager.saveMaterialAsset(url(), &item));
+
+    EXPECT_THAT(log.lines(kxLogLevel::Error), ElementsAre(error("Failed to write file ", "MAT_Lack/Lack.osb", ".")));
+    EXPECT_EQ(output.text(), "[makeUniqueDirectory] - contains item with same uuid\n") << "no converter is started";
+    EXPECT_TRUE(_folder.contains("MAT_Lack/Lack.xml"));
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, LeavesAnEmptyDirectoryWhenTheMetadataCannotBeWritten)
+{
+    const Owned material = makeSurface("Lack");
+    kxMaterialAssetItem item = itemOf(material);
+    kxLogRecorder log;
+    {
+        const FileSizeLimit fullDisk(0, FileSizeLimit::Fails);
+        EXPECT_FALSE(manager.saveMaterialAsset(url(), &item));
+    }
+
+    EXPECT_THAT(log.lines(kxLogLevel::Error), ElementsAre(error("Failed to write file ", "MAT_Lack/Lack.xml", ".")));
+    EXPECT_THAT(entries(), ElementsAre("MAT_Lack"));
+    EXPECT_THAT(entries("MAT_Lack"), IsEmpty());
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, ReportsMetadataThatMustNotBeWritten)
+{
+    writeAsset("MAT_Lack", std::string("<category>Materials</category><uuid>") + Uuid +
+                               "</uuid><name>old</name><material><type>UBRDFMaterial</type></material>");
+    _folder.makeFolder("MAT_Lack/Lack.xml");
+    kxLogRecorder log;
+
+    EXPECT_FALSE(save(makeSurface("Lack")));
+
+    EXPECT_THAT(log.lines(kxLogLevel::Error),
+                ElementsAre(error("Can't write file ", "MAT_Lack/Lack.xml", ", no writing permission!")));
+    EXPECT_THAT(entries("MAT_Lack"), UnorderedElementsAre("asset.xml", "Lack.xml"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, KeepsEveryFileOldOrNewOnAFullDisk)
+{
+    ASSERT_TRUE(save(withPreview(glowing("Lack", 0.25F))));
+    const Owned changed = withPreview(glowing("Lack", 0.5F));
+    const std::vector<std::string> whole = entries("MAT_Lack");
+
+    bool isSaved = false;
+    int failures = 0;
+    for (rlim_t size = 0; !isSaved; size += 50) {
+        const float before = storedGlow("MAT_Lack");
+        {
+            const FileSizeLimit fullDisk(size, FileSizeLimit::Fails);
+            isSaved = save(changed);
+        }
+        failures += isSaved ? 0 : 1;
+        EXPECT_EQ(storedGlow("MAT_Lack"), isSaved ? 0.5F : before) << size;
+        EXPECT_TRUE(manager.containsItem(url("MAT_Lack"), Material, Uuid)) << size;
+        EXPECT_THAT(entries("MAT_Lack"), testing::UnorderedElementsAreArray(whole)) << size;
+    }
+    EXPECT_GT(failures, 3);
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, KeepsTheFormerAssetWhenTheProcessIsKilledDuringASave)
+{
+    GTEST_FLAG_SET(death_test_style, "fast");
+    ASSERT_TRUE(save(glowing("Lack", 0.25F)));
+    const Owned changed = glowing("Lack", 0.5F);
+
+    // Within the metadata, and within the payload, which is larger.
+    const auto metadataSize = static_cast<rlim_t>(fs::file_size(_folder.file("MAT_Lack/Lack.xml")));
+    const auto payloadSize = static_cast<rlim_t>(fs::file_size(_folder.file("MAT_Lack/Lack.osb")));
+    ASSERT_GT(payloadSize, metadataSize + 1);
+    for (const rlim_t size : {rlim_t{0}, metadataSize / 2, metadataSize + 1, payloadSize - 1}) {
+        EXPECT_EXIT(
+            {
+                const FileSizeLimit limit(size, FileSizeLimit::Kills);
+                save(changed);
+                std::_Exit(0);
+            },
+            testing::KilledBySignal(SIGXFSZ), "");
+        EXPECT_EQ(storedGlow("MAT_Lack"), 0.25F) << size;
+        EXPECT_TRUE(manager.containsItem(url("MAT_Lack"), Material, Uuid)) << size;
+    }
+
+    EXPECT_TRUE(save(changed));
+    EXPECT_EQ(storedGlow("MAT_Lack"), 0.5F);
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, StartsTheConverterOnlyWhereItIsWanted)
+{
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(manager.writeMaterialFiles(url("a.osb")));
+    EXPECT_FALSE(manager.writeMaterialFiles(url("a.OSB"), true));
+    EXPECT_FALSE(manager.writeMaterialFiles(url("a.other")));
+    kxUrlManager::setWriteAutomotiveMaterialFiles(true);
+    EXPECT_FALSE(manager.writeMaterialFiles(url("b.osb")));
+
+    EXPECT_EQ(output.text(),
+              "Starting Morvane: " + _folder.file("a.other") + "\nStarting Morvane: " + _folder.file("b.osb") + "\n");
+}
+
+namespace {
+
+/// A converter in the place where the library looks for it: it copies its input, with its arguments behind.
+class ConverterScript
+{
+public:
+    ConverterScript() : _path(kxPlatform::getBinDir() + "\\ZEQ\\Morvane.exe")
+    {
+        std::ofstream(_path) << "#!/bin/sh\ncp \"$2\" \"$2.copy\"\nprintf '%s\\n' \"$@\" > \"$2.arguments\"\n"
+                                "mv \"$2.arguments\" \"$2.done\"\n";
+        fs::permissions(_path, fs::perms::owner_all);
+    }
+    ~ConverterScript() { fs::remove(_path); }
+    ConverterScript(const ConverterScript &) = delete;
+    ConverterScript &operator=(const ConverterScript &) = delete;
+
+private:
+    std::string _path;
+};
+
+/// Runs the event loop until it is so, looking whenever something in the directory changes.
+template <class Condition> bool waitUntil(const std::string &directory, Condition isSo)
+{
+    QFileSystemWatcher watcher({QString::fromStdString(directory)});
+    QEventLoop loop;
+    QObject::connect(&watcher, &QFileSystemWatcher::directoryChanged, &loop, [&] {
+        if (isSo())
+            loop.quit();
+    });
+    QTimer::singleShot(20000, &loop, &QEventLoop::quit); // only reached when it never becomes so
+    if (!isSo())
+        loop.exec();
+    return isSo();
+}
+
+} // namespace
+
+// All in one test, because the converter has one place for all tests of the program.
+TEST_F(kxLocalUrlManagerSavingTest, RunsTheConverterAndRemovesThePayloadOfACompositeAfterwards)
+{
+    kxUrlManager::setWriteAutomotiveMaterialFiles(true);
+    kxMaterialAssetItem composite = itemOf(makeComposite("Wahl"), OtherUuid);
+    kxMaterialAssetItem plain = itemOf(makeSurface("Lack"));
+    const ConverterScript converter;
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(manager.saveMaterialAsset(url(), &composite));
+    EXPECT_TRUE(_folder.contains("MAT_Wahl/Wahl.osb")) << "a save does not wait for the converter";
+    const std::string payload = readFile("MAT_Wahl/Wahl.osb");
+    EXPECT_TRUE(waitUntil(_folder.file("MAT_Wahl"), [this] { return !_folder.contains("MAT_Wahl/Wahl.osb"); }));
+    EXPECT_TRUE(manager.saveMaterialAsset(url(), &plain));
+    EXPECT_TRUE(waitUntil(_folder.file("MAT_Lack"), [this] { return _folder.contains("MAT_Lack/Lack.osb.done"); }));
+
+    EXPECT_EQ(readFile("MAT_Wahl/Wahl.osb.copy"), payload);
+    EXPECT_EQ(readFile("MAT_Wahl/Wahl.osb.done"), "-i\n" + _folder.file("MAT_Wahl/Wahl.osb") + "\n");
+    EXPECT_TRUE(_folder.contains("MAT_Lack/Lack.osb"));
+    const std::string lines = "Starting Morvane: " + _folder.file("MAT_Wahl/Wahl.osb") +
+                              "\nRemove file: " + _folder.file("MAT_Wahl/Wahl.osb") +
+                              "\nStarting Morvane: " + _folder.file("MAT_Lack/Lack.osb") + "\n";
+    EXPECT_EQ(output.text(), lines);
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, SaysThatOtherKindsOfAssetsCannotBeSaved)
+{
+    // Nothing but their addresses is used.
+    int place = 0;
+    auto *environment = reinterpret_cast<kxEnvironmentNodeAssetItem *>(&place);
+    auto *sceneNode = reinterpret_cast<kxGeometrySceneplateCommon *>(&place);
+    kxLogRecorder log;
+
+    EXPECT_FALSE(manager.saveEnvironmentNodeAsset(url(), nullptr));
+    EXPECT_FALSE(manager.saveSceneNodeAsset(url(), nullptr));
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_FALSE(manager.saveEnvironmentNodeAsset(url(), environment));
+    EXPECT_FALSE(manager.saveSceneNodeAsset(url(), sceneNode));
+
+    EXPECT_THAT(log.lines(kxLogLevel::Error),
+                ElementsAre("Assets that are environment nodes cannot be saved in this version.",
+                            "Geometry and sceneplate assets cannot be saved in this version."));
+    EXPECT_THAT(entries(), IsEmpty());
+}
