@@ -2,6 +2,7 @@
 #include "Assets/kxLocalUrlManager.h"
 
 #include "Assets/Internal/AssetDirectoryWriter.h"
+#include "Assets/Internal/DirectoryListing.h"
 #include "Assets/Internal/DirectoryMover.h"
 #include "Assets/Internal/ExternalConverter.h"
 #include "Assets/Internal/ImageFile.h"
@@ -41,15 +42,16 @@ kxLocalUrlManager *kxLocalUrlManager::_instance = nullptr;
 
 namespace {
 
-constexpr QDir::Filters DirectoryFilter = QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot;
-constexpr QDir::Filters FileFilter = QDir::Files | QDir::NoSymLinks;
-
-std::vector<QUrl> entriesOf(const QDir &directory, const QStringList &names)
+/// Absolute URLs of entries of the directory.
+template <class Names> std::vector<QUrl> urlsOf(const QString &directory, const Names &names)
 {
+    QString beginning = QDir(directory).absolutePath();
+    if (!beginning.endsWith(QLatin1Char('/')))
+        beginning += QLatin1Char('/');
     std::vector<QUrl> urls;
     urls.reserve(static_cast<std::size_t>(names.size()));
     for (const QString &name : names)
-        urls.push_back(QUrl::fromLocalFile(directory.absoluteFilePath(name)));
+        urls.push_back(QUrl::fromLocalFile(beginning + name));
     return urls;
 }
 
@@ -148,19 +150,24 @@ std::uint32_t kxLocalUrlManager::checksum(const QUrl &url) const
 
 int kxLocalUrlManager::subDirectoryCount(const QUrl &url) const
 {
-    return getDir(url).entryList(DirectoryFilter).size();
+    return kxAssetsInternal::countDirectoriesIn(url.toLocalFile());
 }
 
 std::vector<QUrl> kxLocalUrlManager::subDirectories(const QUrl &url)
 {
-    const QDir directory = getDir(url);
-    return entriesOf(directory, directory.entryList(DirectoryFilter));
+    const QString path = url.toLocalFile();
+    return urlsOf(path, kxAssetsInternal::directoriesIn(path));
 }
 
 std::vector<QUrl> kxLocalUrlManager::files(const QUrl &url, const QStringList &nameFilters, QDir::SortFlags sort)
 {
-    const QDir directory = getDir(url);
-    return entriesOf(directory, directory.entryList(nameFilters, FileFilter, sort));
+    const QString path = url.toLocalFile();
+    if (path.isEmpty())
+        return {};
+    // Given no order, a QDir takes its own, which is by name.
+    if (sort == QDir::NoSort)
+        return urlsOf(path, kxAssetsInternal::filesIn(path, nameFilters));
+    return urlsOf(path, QDir(path).entryList(nameFilters, QDir::Files | QDir::NoSymLinks, sort));
 }
 
 QUrl kxLocalUrlManager::extendByDirectory(const QUrl &url, const QString &name)

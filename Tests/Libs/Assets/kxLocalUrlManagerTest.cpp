@@ -2,6 +2,7 @@
 #include "Assets/kxLocalUrlManager.h"
 
 #include "Assets/kxAssetItemFactory.h"
+#include "FileSizeLimit.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxModalQuestion.h"
 #include "LibraryFixture.h"
@@ -492,4 +493,141 @@ TEST_F(kxLocalUrlManagerTest, SaysThatNodesAreNotSupported)
     EXPECT_FALSE(manager.loadSceneplateFromFile(url("a.osb"), node));
     EXPECT_EQ(log.lines(kxLogLevel::Error).size(), 2U);
     EXPECT_FALSE(node);
+}
+
+TEST_F(kxLocalUrlManagerTest, FindsTheParentOfWhatIsWrittenWithASlashAtItsEnd)
+{
+    _folder.makeFolder("sub");
+
+    EXPECT_EQ(manager.getParentDirectoryUrl(url("sub/")), url());
+    EXPECT_EQ(manager.getParentDirectoryUrl(QUrl("file:///")), QUrl("file:///"));
+    EXPECT_EQ(manager.directoryName(url("sub/")), "sub");
+}
+
+TEST_F(kxLocalUrlManagerTest, MakesNothingWithoutAPlace)
+{
+    const Names before = names(manager.subDirectories(QUrl::fromLocalFile(QDir::currentPath())));
+
+    EXPECT_TRUE(manager.makeDirectory(QUrl(), "a").isEmpty());
+    EXPECT_TRUE(manager.makePath(QUrl(), "a/b").isEmpty());
+    EXPECT_TRUE(manager.makeUniqueDirectory(QUrl(), "a", nullptr).isEmpty());
+    EXPECT_FALSE(manager.rename(QUrl(), url("a")));
+    EXPECT_FALSE(manager.rename(url("a"), QUrl()));
+
+    EXPECT_EQ(names(manager.subDirectories(QUrl::fromLocalFile(QDir::currentPath()))), before);
+}
+
+TEST_F(kxLocalUrlManagerTest, CountsOnFromAnyNumber)
+{
+    for (const char *name : {"MAT_A007", "MAT_B2147483647", "MAT_C2147483648", "MAT_D9", "MAT_D10"})
+        _folder.makeFolder(name);
+
+    EXPECT_EQ(manager.getUniqueDirectoryName(url(), "MAT_A007"), "MAT_A8");
+    EXPECT_EQ(manager.getUniqueDirectoryName(url(), "MAT_B2147483647"), "MAT_B2147483648");
+    EXPECT_EQ(manager.getUniqueDirectoryName(url(), "MAT_C2147483648"), "MAT_C21474836480");
+    EXPECT_EQ(manager.getUniqueDirectoryName(url(), "MAT_D9"), "MAT_D11");
+    EXPECT_EQ(manager.getUniqueDirectoryName(url(), ""), "");
+}
+
+TEST_F(kxLocalUrlManagerTest, TakesAFileForATakenName)
+{
+    writeFile("MAT_Red", "x");
+    PlainItem item(Material, First);
+
+    EXPECT_EQ(manager.makeUniqueDirectory(url(), "MAT_Red", &item), url("MAT_Red0"));
+    EXPECT_EQ(manager.getUniqueDirectoryName(url(), "MAT_Red"), "MAT_Red1");
+}
+
+TEST_F(kxLocalUrlManagerTest, FindsNoDirectoryOfAnAssetOfAnotherCategory)
+{
+    writeAsset("MAT_Red", content(First));
+    PlainItem item(Geometry, First);
+
+    EXPECT_EQ(manager.makeUniqueDirectory(url(), "MAT_Red", &item), url("MAT_Red0"));
+}
+
+TEST_F(kxLocalUrlManagerTest, ListsFilesByTimeNewestFirst)
+{
+    const auto now = fs::file_time_type::clock::now();
+    int age = 0;
+    for (const char *name : {"b", "a", "c"}) {
+        writeFile(name, "x");
+        fs::last_write_time(_folder.file(name), now - std::chrono::hours(age++));
+    }
+
+    EXPECT_EQ(names(manager.files(url(), {}, QDir::Time)), (Names{"b", "a", "c"}));
+}
+
+TEST_F(kxLocalUrlManagerTest, MatchesNameFiltersInEitherCase)
+{
+    for (const char *name : {"A.XML", "b.xml", "c.xmlx", ".hidden.xml"})
+        writeFile(name, "x");
+
+    EXPECT_EQ(names(manager.files(url(), {"*.xml"}, QDir::Name)), (Names{"A.XML", "b.xml"}));
+}
+
+TEST_F(kxLocalUrlManagerTest, ListsInTheOrderOfTheFileSystemUnlessAskedForAnother)
+{
+    Names expected;
+    for (int i = 0; i < 40; ++i)
+        writeFile(std::to_string(i * 7919 % 1000), "x");
+    for (const fs::directory_entry &entry : fs::directory_iterator(_folder.path()))
+        expected.push_back(entry.path().filename().string());
+
+    EXPECT_EQ(names(manager.files(url(), {}, QDir::NoSort)), expected);
+}
+
+TEST_F(kxLocalUrlManagerTest, AnswersFromTheFileSystem)
+{
+    writeFile("a/file.txt", "x");
+    fs::last_write_time(_folder.file("a/file.txt"), fs::file_time_type::clock::now() - std::chrono::hours(48));
+
+    EXPECT_LT(manager.lastModified(url("a/file.txt")), QDateTime::currentDateTime().addDays(-1));
+    EXPECT_EQ(manager.owner(url("a/file.txt")), QFileInfo(QString::fromStdString(_folder.file("a"))).owner());
+    EXPECT_FALSE(manager.lastModified(url("none")).isValid());
+    EXPECT_EQ(manager.expand(url("a/$KX_NO_SUCH_VARIABLE")), url("a/$KX_NO_SUCH_VARIABLE"));
+    qputenv("KX_TEST_VARIABLE", "expanded");
+    EXPECT_EQ(manager.expand(url("a/$KX_TEST_VARIABLE")), url("a/expanded"));
+}
+
+TEST_F(kxLocalUrlManagerTest, LoadsTheFirstMaterialOfAFile)
+{
+    writeFile("broken.osb", "x");
+    kxLogRecorder log;
+
+    osg::MaterialPtr material;
+    EXPECT_FALSE(manager.loadMaterialFromFile(url("broken.osb"), material));
+    EXPECT_FALSE(manager.loadMaterialFromFile(url("none.osb"), material));
+
+    EXPECT_FALSE(material);
+    EXPECT_EQ(log.lines(kxLogLevel::Error).size(), 2U) << "one line each";
+}
+
+TEST_F(kxLocalUrlManagerTest, WritesDocumentsThroughALinkAndKeepsIt)
+{
+    QDomDocument document;
+    document.setContent(QStringLiteral("<item/>"));
+    writeFile("real/a.xml", "old");
+    fs::create_symlink(_folder.file("real/a.xml"), _folder.file("link.xml"));
+
+    EXPECT_TRUE(manager.saveDocumentToFile(url("link.xml"), document));
+
+    EXPECT_TRUE(fs::is_symlink(_folder.file("link.xml")));
+    EXPECT_NE(readFile("real/a.xml").find("<item/>"), std::string::npos);
+}
+
+TEST_F(kxLocalUrlManagerTest, KeepsTheOldDocumentOnAFullDisk)
+{
+    QDomDocument document;
+    document.setContent(QStringLiteral("<item><name>new</name></item>"));
+    writeFile("a.xml", "old");
+    kxLogRecorder log;
+    {
+        const FileSizeLimit fullDisk(10, FileSizeLimit::Fails);
+        EXPECT_FALSE(manager.saveDocumentToFile(url("a.xml"), document));
+    }
+
+    EXPECT_EQ(log.lines(kxLogLevel::Error), (Names{"Failed to write file '" + _folder.file("a.xml") + "'."}));
+    EXPECT_EQ(readFile("a.xml"), "old");
+    EXPECT_EQ(names(manager.files(url(), {}, QDir::Name)), (Names{"a.xml"}));
 }

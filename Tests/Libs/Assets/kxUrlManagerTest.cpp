@@ -3,6 +3,7 @@
 
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
+#include "Kernel/kxLogRecorder.h"
 #include "PlainItem.h"
 #include "SceneGraph/UBRDFMaterial.h"
 #include "Support/CapturedOutput.h"
@@ -444,4 +445,95 @@ TEST_F(kxUrlManagerTest, ShowsNoProgressUntilToldTo)
     EXPECT_FALSE(manager.showMaterialLoadProgress());
     manager.setShowMaterialLoadProgress(true);
     EXPECT_TRUE(manager.showMaterialLoadProgress());
+}
+
+TEST_F(kxUrlManagerTest, KeepsAnOldDirectoryThatItCannotBeSureOf)
+{
+    manager.write("/lib/old/a.xml", metadata(First));
+    manager.write("/lib/new/a.xml", metadata(First));
+    manager.write("/lib/foreign/a.xml", metadata(Second));
+    PlainItem oldItem(Material, First);
+    oldItem.setDirectoryUrl(url("/lib/old"));
+    const auto isKept = [&](const QUrl &newDirectory, kxAssetCategoryType newCategory) {
+        PlainItem newItem(newCategory, First);
+        newItem.setDirectoryUrl(newDirectory);
+        return manager.removeOldItemDirectory(&oldItem, &newItem) && manager.exists(url("/lib/old"));
+    };
+
+    kxtest::CapturedOutput output;
+    EXPECT_TRUE(isKept(QUrl("nowhere:/lib/new"), Material)) << "of another back-end";
+    EXPECT_TRUE(isKept(url("/lib/foreign"), Material)) << "the new directory holds another asset";
+    EXPECT_TRUE(isKept(url("/lib/none"), Material)) << "the new directory holds none";
+    EXPECT_TRUE(isKept(url("/lib/new"), Geometry)) << "the asset there is of another category";
+    oldItem.setDirectoryUrl(url("/lib/foreign"));
+    EXPECT_TRUE(isKept(url("/lib/new"), Material)) << "the old directory holds another asset";
+    EXPECT_TRUE(manager.exists(url("/lib/foreign")));
+    EXPECT_EQ(output.text(), "");
+}
+
+namespace {
+
+/// Sceneplates: "null" loads and is none, "plate" is one.
+class PlateManager : public TestUrlManager
+{
+public:
+    bool loadSceneplateFromFile(const QUrl &file, osg::NodePtr &node) const override
+    {
+        loaded.push_back(file.fileName());
+        if (file.fileName() == QLatin1String("2.osb"))
+            node = plate;
+        return file.fileName() != QLatin1String("0.osb");
+    }
+
+    mutable std::vector<QString> loaded;
+    osg::FCRef<osg::Node> plate{osg::Node::create()};
+};
+
+} // namespace
+
+TEST_F(kxUrlManagerTest, LoadsTheFirstSceneplateThatIsOne)
+{
+    PlateManager plates;
+    for (const char *name : {"/plate/0.osb", "/plate/1.osb", "/plate/2.osb", "/plate/3.osb", "/empty/1.osb"})
+        plates.write(QString::fromUtf8(name), "");
+
+    osg::NodePtr node;
+    EXPECT_FALSE(plates.loadSceneplateFromDir(url("/none"), node));
+    EXPECT_FALSE(plates.loadSceneplateFromDir(url("/empty"), node)) << "it loads, and is null";
+    EXPECT_FALSE(node);
+    EXPECT_TRUE(plates.loadSceneplateFromDir(url("/plate"), node));
+
+    EXPECT_EQ(node, plates.plate);
+    EXPECT_EQ(plates.loaded, (std::vector<QString>{"1.osb", "0.osb", "1.osb", "2.osb"}));
+}
+
+TEST_F(kxUrlManagerTest, SaysThatNodesCannotBeLoadedYet)
+{
+    manager.write("/GEO_A/a.osb", "");
+    kxLogRecorder log;
+
+    osg::NodePtr node;
+    EXPECT_FALSE(manager.loadNodeFromDir(url("/GEO_A"), node));
+
+    EXPECT_EQ(log.lines(),
+              (std::vector<std::string>{"Assets that are nodes are not supported in this version: 'memory/GEO_A'."}));
+    EXPECT_FALSE(node);
+}
+
+TEST_F(kxUrlManagerTest, NamesPreviewsWithTwoExtensionsHoweverManyBackEndsThereAre)
+{
+    TestUrlManager another;
+
+    EXPECT_EQ(another.getImageFileFilter(url("/none")), (QStringList{"*.png", "*.vif"}));
+}
+
+TEST_F(kxUrlManagerTest, AsksTheFileSystemAgainForEachScan)
+{
+    manager.write("/lib/MAT_A/a.xml", metadata(First));
+    manager.collectItems(url("/lib"), Material, nullptr);
+    manager.write("/lib/MAT_B/b.xml", metadata(Second));
+
+    manager.collectItems(url("/lib"), Material, nullptr);
+
+    EXPECT_EQ(registered(), (Uuids{First, Second}));
 }

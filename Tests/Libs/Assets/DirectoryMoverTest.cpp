@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxLocalUrlManager.h"
+#include "Kernel/kxModalQuestion.h"
+#include "LibraryFixture.h"
+#include "Support/CapturedOutput.h"
+
+#include <gmock/gmock.h>
+
+namespace fs = std::filesystem;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+const std::string First = "10000000-0000-4000-8000-000000000001";
+const std::string Second = "20000000-0000-4000-8000-000000000002";
+
+class DirectoryMoverTest : public LibraryFixture
+{
+protected:
+    DirectoryMoverTest()
+    {
+        kxModalQuestion::setAnswerer([this](const kxModalQuestion::Question &) {
+            ++questions;
+            return QMessageBox::Yes;
+        });
+    }
+    ~DirectoryMoverTest() override { kxModalQuestion::setAnswerer({}); }
+
+    void writeMaterial(const std::string &directory, const std::string &uuid) const
+    {
+        writeAsset(directory, "<category>Materials</category><uuid>" + uuid +
+                                  "</uuid><name>x</name><material><type>UBRDFMaterial</type></material>");
+    }
+
+    std::vector<std::string> entries(const std::string &directory) const
+    {
+        std::vector<std::string> names;
+        for (const fs::directory_entry &entry : fs::directory_iterator(_folder.file(directory)))
+            names.push_back(entry.path().filename().string());
+        return names;
+    }
+
+    void linkTo(const std::string &destination, const std::string &name) const
+    {
+        fs::create_directory_symlink(_folder.file(destination), _folder.file(name));
+    }
+
+    bool holds(const std::string &directory, const std::string &uuid) const
+    {
+        return manager.containsItem(url(directory), Material, uuid);
+    }
+
+    bool move(const std::string &source, const std::string &target)
+    {
+        return manager.move(url(source), url(target), result, false);
+    }
+
+    const kxLocalUrlManager &manager = *kxLocalUrlManager::the();
+    QUrl result;
+    int questions = 0;
+};
+
+} // namespace
+
+TEST_F(DirectoryMoverTest, MovesWhatIsWrittenWithASlashAtItsEnd)
+{
+    writeFile("a/file", "x");
+    _folder.makeFolder("target");
+
+    EXPECT_TRUE(manager.move(url("a/"), url("target/"), result, false));
+
+    EXPECT_EQ(result, url("target/a"));
+    EXPECT_THAT(entries("target"), UnorderedElementsAre("a"));
+}
+
+TEST_F(DirectoryMoverTest, MovesFoldersWithNamesOfEveryKind)
+{
+    const std::vector<std::string> names{"緑", "Gr\u00FCn", "Gru\u0308n", "a. ", "50% #1", std::string(255, 'n')};
+    _folder.makeFolder("target");
+    for (const std::string &name : names)
+        writeFile("from/" + name + "/file", "x");
+
+    for (const std::string &name : names) {
+        EXPECT_TRUE(move("from/" + name, "target")) << name;
+        EXPECT_EQ(result.toLocalFile().toStdString(), _folder.file("target/" + name));
+    }
+
+    EXPECT_THAT(entries("target"), testing::UnorderedElementsAreArray(names));
+    EXPECT_EQ(questions, 0) << "the same name in another Unicode form is another name";
+}
+
+TEST_F(DirectoryMoverTest, ReportsTheNewPlaceAlsoWhenNothingIsMoved)
+{
+    _folder.makeFolder("target");
+
+    EXPECT_FALSE(move("missing", "target"));
+
+    EXPECT_EQ(result, url("target/missing"));
+}
+
+TEST_F(DirectoryMoverTest, CannotMoveWhatIsNotThere)
+{
+    writeFile("target/missing/file", "x");
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(move("missing", "target"));
+
+    EXPECT_EQ(output.text(), "move " + url("missing").toString().toStdString() + " to " +
+                                 url("target").toString().toStdString() + "\n");
+    EXPECT_EQ(questions, 0);
+}
+
+TEST_F(DirectoryMoverTest, RefusesPlacesThatAreCalledSomethingElse)
+{
+    writeFile("a/b/file", "x");
+    _folder.makeFolder("target");
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(move("a/b/..", "target"));
+    EXPECT_FALSE(move("a/.", "target"));
+    EXPECT_FALSE(manager.move(QUrl(), url("target"), result, true));
+
+    EXPECT_EQ(output.text(), "");
+    EXPECT_EQ(questions, 0);
+    EXPECT_EQ(readFile("a/b/file"), "x");
+}
+
+TEST_F(DirectoryMoverTest, MovesALinkAndNotWhatItLeadsTo)
+{
+    writeFile("precious/file", "x");
+    _folder.makeFolder("target");
+    linkTo("precious", "link");
+
+    EXPECT_TRUE(move("link", "target"));
+
+    EXPECT_TRUE(fs::is_symlink(_folder.file("target/link")));
+    EXPECT_FALSE(_folder.contains("link"));
+    EXPECT_EQ(readFile("precious/file"), "x");
+}
+
+TEST_F(DirectoryMoverTest, DoesNotMergeAFolderWithALinkToItself)
+{
+    writeMaterial("target/a/MAT_Red", First);
+    _folder.makeFolder("links");
+    linkTo("target/a", "links/a");
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(move("links/a", "target")) << "the same place through a link";
+    EXPECT_FALSE(move("target/a", "links")) << "and the other way round";
+
+    EXPECT_EQ(output.text(), "");
+    EXPECT_EQ(questions, 0);
+    EXPECT_THAT(entries("target/a"), UnorderedElementsAre("MAT_Red"));
+}
+
+TEST_F(DirectoryMoverTest, DoesNotMoveAFolderBelowItselfThroughALink)
+{
+    writeFile("a/sub/file", "x");
+    linkTo("a/sub", "link");
+
+    EXPECT_FALSE(move("a", "link"));
+
+    EXPECT_EQ(questions, 0);
+    EXPECT_EQ(readFile("a/sub/file"), "x");
+}
+
+TEST_F(DirectoryMoverTest, FindsNothingToMergeWithInAFileOrADanglingLink)
+{
+    writeMaterial("a/MAT_Red", First);
+    writeMaterial("b/MAT_Red", Second);
+    writeFile("target/a", "a file");
+    fs::create_symlink(_folder.file("nowhere"), _folder.file("target/b"));
+
+    EXPECT_FALSE(move("a", "target"));
+    EXPECT_FALSE(move("b", "target"));
+
+    EXPECT_EQ(questions, 0);
+    EXPECT_TRUE(holds("a/MAT_Red", First));
+    EXPECT_TRUE(holds("b/MAT_Red", Second));
+    EXPECT_EQ(readFile("target/a"), "a file");
+    EXPECT_TRUE(fs::is_symlink(_folder.file("target/b")));
+}
+
+TEST_F(DirectoryMoverTest, MergesPlainFoldersAtAnyDepthWithoutAskingAgain)
+{
+    writeFile("a/1/2/3/new", "1");
+    writeMaterial("a/1/2/MAT_Red", First);
+    writeMaterial("target/a/1/2/MAT_Red", Second);
+    writeFile("target/a/1/2/3/old", "2");
+
+    EXPECT_TRUE(move("a", "target"));
+
+    EXPECT_EQ(questions, 1);
+    EXPECT_FALSE(_folder.contains("a"));
+    EXPECT_THAT(entries("target/a/1/2/3"), UnorderedElementsAre("new", "old"));
+    EXPECT_TRUE(holds("target/a/1/2/MAT_Red", Second));
+    EXPECT_TRUE(holds("target/a/1/2/MAT_Red0", First));
+}
+
+TEST_F(DirectoryMoverTest, SaysEachMoveOfAMerge)
+{
+    writeFile("a/folder/file", "x");
+    writeMaterial("a/MAT_Red", First);
+    _folder.makeFolder("target/a");
+    const std::string beginning = "move " + url("a").toString().toStdString();
+    const std::string target = url("target").toString().toStdString();
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(move("a", "target"));
+
+    EXPECT_EQ(output.text(), beginning + " to " + target + "\n" + beginning + "/folder to " + target + "/a\n")
+        << "assets are renamed, which says nothing";
+}
+
+TEST_F(DirectoryMoverTest, NeverMergesAnAssetIntoAFolderOfItsName)
+{
+    writeMaterial("from/MAT_Red", First);
+    writeFile("to/MAT_Red/notes", "x");
+
+    EXPECT_TRUE(manager.merge(url("from"), url("to")));
+
+    EXPECT_TRUE(holds("to/MAT_Red0", First));
+    EXPECT_THAT(entries("to/MAT_Red"), UnorderedElementsAre("notes"));
+}
+
+TEST_F(DirectoryMoverTest, NumbersAssetsOnFromTheNumberTheyHave)
+{
+    writeMaterial("from/MAT_Red7", First);
+    writeMaterial("to/MAT_Red7", Second);
+
+    EXPECT_TRUE(manager.merge(url("from"), url("to")));
+
+    EXPECT_TRUE(holds("to/MAT_Red8", First));
+}
+
+TEST_F(DirectoryMoverTest, LeavesHiddenFilesAndLinksWithTheFolderTheyAreIn)
+{
+    writeFile("from/.hidden", "x");
+    writeFile("from/.folder/file", "x");
+    writeFile("from/file", "x");
+    writeFile("precious/file", "x");
+    linkTo("precious", "from/link");
+    _folder.makeFolder("to");
+
+    EXPECT_TRUE(manager.merge(url("from"), url("to")));
+
+    EXPECT_THAT(entries("to"), UnorderedElementsAre("file"));
+    EXPECT_THAT(entries("from"), UnorderedElementsAre(".hidden", ".folder", "link"));
+    EXPECT_EQ(readFile("precious/file"), "x");
+}
+
+TEST_F(DirectoryMoverTest, KeepsAFileWhoseNameALinkHasTaken)
+{
+    writeFile("from/file", "x");
+    _folder.makeFolder("to");
+    fs::create_symlink(_folder.file("nowhere"), _folder.file("to/file"));
+
+    EXPECT_FALSE(manager.merge(url("from"), url("to")));
+
+    EXPECT_EQ(readFile("from/file"), "x");
+    EXPECT_TRUE(fs::is_symlink(_folder.file("to/file")));
+}
+
+TEST_F(DirectoryMoverTest, MergesNothingIntoWhatIsNoOtherFolder)
+{
+    writeMaterial("from/MAT_Red", First);
+    writeFile("file", "x");
+    linkTo("from", "link");
+
+    EXPECT_FALSE(manager.merge(url("from"), url("from")));
+    EXPECT_FALSE(manager.merge(url("from"), url("link")));
+    EXPECT_FALSE(manager.merge(url("from"), url("missing")));
+    EXPECT_FALSE(manager.merge(url("from"), url("file")));
+    EXPECT_FALSE(manager.merge(url("from"), QUrl()));
+    EXPECT_FALSE(manager.merge(url("missing"), url("from")));
+    EXPECT_FALSE(manager.merge(QUrl(), url("from")));
+
+    EXPECT_THAT(entries(""), UnorderedElementsAre("from", "file", "link"));
+    EXPECT_THAT(entries("from"), UnorderedElementsAre("MAT_Red"));
+}
