@@ -34,9 +34,12 @@ Result<void> checkStructure(const std::vector<std::byte> &structure, std::uint64
         return Failure{"The structure is damaged"};
     constexpr flatbuffers::uoffset_t MaxDepth = 8;
     constexpr flatbuffers::uoffset_t MaxTables = 2 + MaxTypesInFile * 64;
-    flatbuffers::Verifier verifier(reinterpret_cast<const std::uint8_t *>(structure.data()), structure.size(),
-                                   MaxDepth, MaxTables);
-    if (!osb::SceneBufferHasIdentifier(structure.data()) || !osb::VerifySceneBuffer(verifier))
+    flatbuffers::Verifier verifier(reinterpret_cast<const std::uint8_t *>(structure.data()), structure.size(), MaxDepth,
+                                   MaxTables);
+    // The identifier is looked at where it would stand, without regard to where the buffer ends.
+    constexpr std::size_t MinSize = sizeof(flatbuffers::uoffset_t) + flatbuffers::kFileIdentifierLength;
+    if (structure.size() < MinSize || !osb::SceneBufferHasIdentifier(structure.data()) ||
+        !osb::VerifySceneBuffer(verifier))
         return Failure{"The structure is malformed"};
     return {};
 }
@@ -45,8 +48,7 @@ Result<void> checkStructure(const std::vector<std::byte> &structure, std::uint64
 
 OsbFile::OsbFile(RegularFile file, std::vector<std::byte> structure)
     : _file(std::move(file)), _structure(std::move(structure)), _piece(PieceSize)
-{
-}
+{}
 
 Result<OsbFile> OsbFile::open(const std::string &path)
 {
