@@ -93,6 +93,9 @@ bool Node::mayBecomeChild(const NodePtr &child) const
 {
     if (!child)
         return false;
+    // A leaf is nobody's ancestor, so that trees grow downwards at the same cost at every depth.
+    if (child->getNChildren() == 0)
+        return child.get() != this;
     for (const Node *node = this; node != nullptr; node = node->_parent)
         if (node == child.get())
             return false;
