@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
+#include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Kernel/kxMaterials.h"
 #include "SceneGraph/EditCP.h"
@@ -97,8 +98,9 @@ ExitCode run(const Arguments &arguments, Context &context)
         complain("'" + arguments.name + "' could not be saved in " + folder.value().toLocalFile().toStdString());
         return ExitCode::Failed;
     }
-    if (context.options.isJson)
-        printJson(context, describe(*library, item));
+    kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid);
+    if (context.options.isJson && saved)
+        printJson(context, describe(*library, *saved));
     else
         context.results.line(uuid + "  composed  " + arguments.name);
     return ExitCode::Done;

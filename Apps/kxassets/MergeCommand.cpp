@@ -38,6 +38,18 @@ bool isPlainFolder(const osg::Result<QUrl> &folder, const std::string &text)
     return true;
 }
 
+/// Why the one cannot be emptied into the other, or "".
+std::string obstacleOf(const QString &source, const QString &target)
+{
+    if (target == source || target.startsWith(source + QLatin1Char('/')))
+        return "a folder cannot be merged into itself or into a folder that lies in it";
+    // What comes up to the parent would be merged with the very folder that is being emptied.
+    const QFileInfo info(source);
+    if (info.path() == target && QFileInfo::exists(source + QLatin1Char('/') + info.fileName()))
+        return "the folder holds one of its own name, which has no place beside it";
+    return {};
+}
+
 ExitCode run(const Arguments &arguments, Context &context)
 {
     const auto library = openLibrary(context.options, true);
@@ -47,10 +59,9 @@ ExitCode run(const Arguments &arguments, Context &context)
     const osg::Result<QUrl> target = library->folder(QString::fromStdString(arguments.target));
     if (!isPlainFolder(source, arguments.source) || !isPlainFolder(target, arguments.target))
         return ExitCode::Failed;
-    const QString from = source.value().toLocalFile() + QLatin1Char('/');
-    const QString to = target.value().toLocalFile() + QLatin1Char('/');
-    if (from.startsWith(to) || to.startsWith(from)) {
-        complain("one of the folders lies in the other");
+    if (const std::string obstacle = obstacleOf(source.value().toLocalFile(), target.value().toLocalFile());
+        !obstacle.empty()) {
+        complain(obstacle);
         return ExitCode::Failed;
     }
     if (!kxLocalUrlManager::the()->merge(source.value(), target.value())) {
