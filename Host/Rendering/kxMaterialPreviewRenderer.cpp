@@ -20,15 +20,16 @@ using kxRender::V3;
 /// The mean of the logarithms, so that a small sun does not darken everything else.
 float exposureFor(const EnvironmentLight &light)
 {
-    constexpr int Steps = 64;
+    constexpr int Columns = 64;
+    constexpr int Rows = 32;
     float sum = 0.0F;
-    for (int y = 0; y < Steps / 2; ++y)
-        for (int x = 0; x < Steps; ++x) {
-            const V3 direction = EnvironmentLight::toDirection((static_cast<float>(x) + 0.5F) / Steps,
-                                                               (static_cast<float>(y) + 0.5F) / (Steps / 2));
+    for (int y = 0; y < Rows; ++y)
+        for (int x = 0; x < Columns; ++x) {
+            const V3 direction = EnvironmentLight::toDirection((static_cast<float>(x) + 0.5F) / Columns,
+                                                               (static_cast<float>(y) + 0.5F) / Rows);
             sum += std::log(1e-4F + kxRender::luminance(light.radiance(direction)));
         }
-    return std::clamp(PanoramaGrey / std::exp(sum / (Steps * Steps / 2)), MinExposure, MaxExposure);
+    return std::clamp(PanoramaGrey / std::exp(sum / (Columns * Rows)), MinExposure, MaxExposure);
 }
 
 osg::ImagePtr renderPanorama(const osg::MaterialPtr &material, int width, int height)
@@ -41,9 +42,11 @@ osg::ImagePtr renderPanorama(const osg::MaterialPtr &material, int width, int he
     for (int y = 0; y < film.height(); ++y)
         for (int x = 0; x < film.width(); ++x)
             for (int s = 0; s < Side * Side; ++s) {
-                const float u = (static_cast<float>(x) + (static_cast<float>(s % Side) + 0.5F) / Side) /
+                const int row = s / Side;
+                const int column = s % Side;
+                const float u = (static_cast<float>(x) + (static_cast<float>(column) + 0.5F) / Side) /
                                 static_cast<float>(film.width());
-                const float v = (static_cast<float>(y) + (static_cast<float>(s / Side) + 0.5F) / Side) /
+                const float v = (static_cast<float>(y) + (static_cast<float>(row) + 0.5F) / Side) /
                                 static_cast<float>(film.height());
                 film.add(x, y, light->radiance(EnvironmentLight::toDirection(u, v)), 1.0F);
             }

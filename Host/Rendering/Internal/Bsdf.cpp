@@ -98,8 +98,8 @@ std::pair<V3, float> Bsdf::evaluateOpaque(V3 l) const
     const float shape = _ggx.density(h) * _ggx.visible(_v, l) / (4.0F * _v.z);
     value += (_f0 * (1.0F - fresnel) + V3{1.0F, 1.0F, 1.0F} * (_f90 * fresnel)) * _gain * (shape * (1.0F - _sheen));
     value *= _underCoat;
-    float pdf = _specularShare * _ggx.visibleDensity(_v, h) / (4.0F * vh) +
-                (1.0F - _coatShare - _specularShare) * cosinePdf;
+    float pdf =
+        _specularShare * _ggx.visibleDensity(_v, h) / (4.0F * vh) + (1.0F - _coatShare - _specularShare) * cosinePdf;
     if (_p.coat > 0.0F) {
         const float coatShape = _coatGgx.density(h) * _coatGgx.visible(_v, l) / (4.0F * _v.z);
         value += V3{1.0F, 1.0F, 1.0F} * (_p.coat * (CoatF0 + (1.0F - CoatF0) * fresnel) * coatShape);

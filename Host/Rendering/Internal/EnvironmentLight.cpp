@@ -68,9 +68,8 @@ std::optional<EnvironmentLight> fromSky(const osg::USkyEnvironmentMaterial &mate
     const Sky sky(material);
     const V3 factor = factorOf(material);
     const float rotation = finiteOr(material.getRotation(), 0.0F);
-    return EnvironmentLight(SkyWidth, SkyWidth / 2, [&](V3 direction) {
-        return limited(sky.radiance(rotated(direction, rotation)) * factor);
-    });
+    return EnvironmentLight(SkyWidth, SkyWidth / 2,
+                            [&](V3 direction) { return limited(sky.radiance(rotated(direction, rotation)) * factor); });
 }
 
 /// The first sum above \a value, and what is left of it.

@@ -47,8 +47,8 @@ private:
     int _width;
     int _height;
     std::vector<V3> _pixels;
-    std::vector<float> _rows;      ///< running sums of the rows' weights
-    std::vector<float> _columns;   ///< running sums within each row
+    std::vector<float> _rows;    ///< running sums of the rows' weights
+    std::vector<float> _columns; ///< running sums within each row
     float _total = 0.0F;
 };
 

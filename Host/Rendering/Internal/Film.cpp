@@ -50,8 +50,7 @@ V3 toneMapped(V3 color)
 
 Film::Film(int width, int height)
     : _width(width), _height(height), _pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))
-{
-}
+{}
 
 void Film::add(int x, int y, V3 color, float alpha)
 {

@@ -34,7 +34,10 @@ private:
         float alpha = 0.0F;
         std::uint32_t count = 0;
     };
-    Pixel &at(int x, int y) { return _pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(_width) + static_cast<std::size_t>(x)]; }
+    Pixel &at(int x, int y)
+    {
+        return _pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(_width) + static_cast<std::size_t>(x)];
+    }
     const Pixel &at(int x, int y) const { return const_cast<Film *>(this)->at(x, y); }
 
     int _width;

@@ -22,6 +22,11 @@ struct Table
     Table();
 };
 
+std::size_t indexOf(int cosine, int alpha)
+{
+    return static_cast<std::size_t>(alpha) * Size + static_cast<std::size_t>(cosine);
+}
+
 float coordinate(int i)
 {
     return (static_cast<float>(i) + 0.5F) / static_cast<float>(Size);
@@ -47,8 +52,8 @@ Table::Table()
                 sumWhite += weight;
                 sumGrazing += weight * std::pow(1.0F - clamp01(dot(v, h)), 5.0F);
             }
-            white[static_cast<std::size_t>(a * Size + c)] = sumWhite / static_cast<float>(Samples);
-            grazing[static_cast<std::size_t>(a * Size + c)] = sumGrazing / static_cast<float>(Samples);
+            white[indexOf(c, a)] = sumWhite / static_cast<float>(Samples);
+            grazing[indexOf(c, a)] = sumGrazing / static_cast<float>(Samples);
         }
 }
 
@@ -64,7 +69,7 @@ float lookUp(const std::array<float, Size * Size> &values, float cosine, float a
     const float y = std::clamp(std::sqrt(alpha) * Size - 0.5F, 0.0F, static_cast<float>(Size - 1));
     const int x0 = std::min(static_cast<int>(x), Size - 2);
     const int y0 = std::min(static_cast<int>(y), Size - 2);
-    const auto at = [&values](int cx, int cy) { return values[static_cast<std::size_t>(cy * Size + cx)]; };
+    const auto at = [&values](int cx, int cy) { return values[indexOf(cx, cy)]; };
     const float fx = x - static_cast<float>(x0);
     return mix(mix(at(x0, y0), at(x0 + 1, y0), fx), mix(at(x0, y0 + 1), at(x0 + 1, y0 + 1), fx),
                y - static_cast<float>(y0));

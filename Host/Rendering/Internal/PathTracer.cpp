@@ -81,86 +81,137 @@ V3 clamped(V3 c, float limit)
     return peak > limit ? c * (limit / peak) : c;
 }
 
+/// A path on its way from the camera.
+struct Path
+{
+    V3 origin;
+    V3 direction;
+    V3 throughput{1.0F, 1.0F, 1.0F};
+    V3 result;
+    float lastPdf = 0.0F; ///< of the direction; 0 where the environment was not looked for before
+    int bounce = 0;
+
+    void add(V3 light, int surfaces) { result += surfaces == 0 ? light : clamped(light, MaxIndirect); }
+};
+
+/// The surface that a path meets, as its next step needs it.
+struct Encounter
+{
+    SurfacePoint point{};
+    Frame frame;
+    V3 position;
+    V3 side; ///< the geometric normal on the viewer's side
+    bool isWithin = false;
+};
+
+enum class Meeting { Nothing, CutOut, Surface };
+
+void addEnvironment(Path &path, const EnvironmentLight *light)
+{
+    if (light == nullptr)
+        return;
+    const float weight = path.lastPdf > 0.0F ? powerWeight(path.lastPdf, light->pdf(path.direction)) : 1.0F;
+    path.add(path.throughput * light->radiance(path.direction) * weight, path.bounce);
+}
+
+Meeting meet(const RenderScene &scene, Path &path, float random, Encounter &encounter)
+{
+    const std::optional<Hit> hit = scene.intersect(path.origin, path.direction);
+    if (!hit)
+        return Meeting::Nothing;
+    const Surface *surface = chooseLayer(scene.surfaces(), *hit, random, encounter.point);
+    const bool isBack = dot(hit->geometricNormal, path.direction) > 0.0F;
+    const bool isBody = encounter.point.transparency * (1.0F - encounter.point.metalness) > 0.0F;
+    if (surface == nullptr || (isBack && !surface->isTwoSided && !isBody)) {
+        path.origin = beyond(hit->position, path.direction);
+        return Meeting::CutOut;
+    }
+    encounter.isWithin = isBack && isBody;
+    encounter.position = hit->position;
+    encounter.side = isBack ? -hit->geometricNormal : hit->geometricNormal;
+    encounter.frame = shadingFrame(scene.surfaces(), *surface, *hit, -path.direction, isBack);
+    return Meeting::Surface;
+}
+
+/// Light that the environment sends here directly. From behind it reaches a surface only through a boundary, which the
+/// path itself follows better.
+void addDirectLight(const RenderScene &scene, Path &path, const Encounter &encounter, const Bsdf &bsdf, float u,
+                    float v)
+{
+    if (scene.environment() == nullptr)
+        return;
+    const EnvironmentLight::Sample sample = scene.environment()->sample(u, v);
+    if (sample.pdf <= 0.0F || dot(sample.direction, encounter.side) <= 0.0F)
+        return;
+    const auto [value, pdf] = bsdf.evaluate(encounter.frame.toLocal(sample.direction));
+    if (maxOf(value) <= 0.0F)
+        return;
+    const float through = scene.transmittance(beyond(encounter.position, encounter.side), sample.direction);
+    path.add(path.throughput * value * sample.radiance * (through * powerWeight(sample.pdf, pdf) / sample.pdf),
+             path.bounce + 1);
+}
+
+/// False where the path ends.
+bool scatter(Path &path, const Encounter &encounter, const Bsdf::Sample &next)
+{
+    if (next.pdf <= 0.0F)
+        return false;
+    path.direction = normalize(encounter.frame.toWorld(next.direction));
+    const bool goesThrough = dot(path.direction, encounter.side) < 0.0F;
+    // A bent normal may send a reflection into the surface, or a refraction out of it.
+    if (goesThrough != (next.direction.z < 0.0F))
+        return false;
+    path.throughput *= next.weight;
+    // Found by chance alone where the light was not looked for.
+    path.lastPdf = goesThrough ? 0.0F : next.pdf;
+    path.origin = beyond(encounter.position, goesThrough ? -encounter.side : encounter.side);
+    return true;
+}
+
+bool survivesRoulette(Path &path, Sampler &sampler)
+{
+    if (++path.bounce < FirstRoulette)
+        return true;
+    const float survival = std::min(0.9F, maxOf(path.throughput));
+    if (sampler.next1D() >= survival)
+        return false;
+    path.throughput *= 1.0F / survival;
+    return true;
+}
+
 } // namespace
 
 PathTracer::Radiance PathTracer::trace(V3 origin, V3 direction, Sampler &sampler) const
 {
-    const EnvironmentLight *light = _scene.environment();
-    const SurfaceLibrary &surfaces = _scene.surfaces();
-    V3 result;
-    V3 throughput{1.0F, 1.0F, 1.0F};
-    float lastPdf = 0.0F; // 0: the camera
+    Path path;
+    path.origin = origin;
+    path.direction = direction;
     int cutOuts = 0;
-    const auto add = [&](V3 contribution, int bounce) {
-        result += bounce == 0 ? contribution : clamped(contribution, MaxIndirect);
-    };
-
-    for (int bounce = 0; bounce < MaxBounces;) {
-        const std::optional<Hit> hit = _scene.intersect(origin, direction);
-        if (!hit) {
-            if (bounce == 0 && !_isBackgroundVisible)
-                return {result, 0.0F};
-            if (light != nullptr) {
-                const float weight = lastPdf > 0.0F ? powerWeight(lastPdf, light->pdf(direction)) : 1.0F;
-                add(throughput * light->radiance(direction) * weight, bounce);
-            }
-            break;
-        }
-        SurfacePoint point{};
-        const Surface *surface = chooseLayer(surfaces, *hit, sampler.next1D(), point);
-        const bool isBack = dot(hit->geometricNormal, direction) > 0.0F;
-        const bool isBody = point.transparency * (1.0F - point.metalness) > 0.0F;
-        if (surface == nullptr || (isBack && !surface->isTwoSided && !isBody)) {
-            if (++cutOuts > MaxCutOuts)
-                break;
-            origin = beyond(hit->position, direction);
+    while (path.bounce < MaxBounces && cutOuts <= MaxCutOuts) {
+        Encounter encounter;
+        const Meeting meeting = meet(_scene, path, sampler.next1D(), encounter);
+        if (meeting == Meeting::CutOut) {
+            ++cutOuts;
             continue;
         }
-        if (!isBack || !isBody)
-            add(throughput * point.emission, bounce);
-
-        const V3 toViewer = -direction;
-        const V3 side = isBack ? -hit->geometricNormal : hit->geometricNormal;
-        const Frame frame = shadingFrame(surfaces, *surface, *hit, toViewer, isBack);
-        const Bsdf bsdf(point, frame.toLocal(toViewer), isBack && isBody);
-
-        const auto [lu, lv] = sampler.next2D();
-        if (light != nullptr) {
-            const EnvironmentLight::Sample sample = light->sample(lu, lv);
-            // Light from behind reaches the surface only through a boundary, which the path itself follows better.
-            if (sample.pdf > 0.0F && dot(sample.direction, side) > 0.0F) {
-                const auto [value, pdf] = bsdf.evaluate(frame.toLocal(sample.direction));
-                if (maxOf(value) > 0.0F) {
-                    const float through =
-                        _scene.transmittance(beyond(hit->position, side), sample.direction);
-                    add(throughput * value * sample.radiance *
-                            (through * powerWeight(sample.pdf, pdf) / sample.pdf), bounce + 1);
-                }
-            }
+        if (meeting == Meeting::Nothing) {
+            if (path.bounce == 0 && !_isBackgroundVisible)
+                return {path.result, 0.0F};
+            addEnvironment(path, _scene.environment());
+            break;
         }
+        if (!encounter.isWithin)
+            path.add(path.throughput * encounter.point.emission, path.bounce);
 
+        const Bsdf bsdf(encounter.point, encounter.frame.toLocal(-path.direction), encounter.isWithin);
+        const auto [lightU, lightV] = sampler.next2D();
+        addDirectLight(_scene, path, encounter, bsdf, lightU, lightV);
         const float lobe = sampler.next1D();
         const auto [u, v] = sampler.next2D();
-        const Bsdf::Sample next = bsdf.sample(lobe, u, v);
-        if (next.pdf <= 0.0F)
+        if (!scatter(path, encounter, bsdf.sample(lobe, u, v)) || !survivesRoulette(path, sampler))
             break;
-        direction = normalize(frame.toWorld(next.direction));
-        const bool goesThrough = dot(direction, side) < 0.0F;
-        // A bent normal may send a reflection into the surface, or a refraction out of it.
-        if (goesThrough != (next.direction.z < 0.0F))
-            break;
-        throughput *= next.weight;
-        // Found by chance alone where the light was not looked for.
-        lastPdf = goesThrough ? 0.0F : next.pdf;
-        origin = beyond(hit->position, goesThrough ? -side : side);
-        if (++bounce >= FirstRoulette) {
-            const float survival = std::min(0.9F, maxOf(throughput));
-            if (sampler.next1D() >= survival)
-                break;
-            throughput *= 1.0F / survival;
-        }
     }
-    return {result, 1.0F};
+    return {path.result, 1.0F};
 }
 
 bool PathTracer::render(const Camera &camera, Film &film, int samples, const std::function<bool()> &isCancelled) const

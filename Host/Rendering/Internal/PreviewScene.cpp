@@ -11,7 +11,7 @@ namespace kxRender {
 namespace {
 
 constexpr float OrbRadius = 1.0F;
-constexpr float OrbHeight = 1.075F;  // of its middle above the ground
+constexpr float OrbHeight = 1.075F; // of its middle above the ground
 constexpr float GrooveDepth = 0.055F;
 constexpr int OrbSteps = 360;
 constexpr int Segments = 192;
@@ -158,8 +158,8 @@ EnvironmentLight studioLight()
         V3 light = mix(V3{0.05F, 0.05F, 0.055F}, V3{0.20F, 0.21F, 0.23F}, clamp01(0.5F + 0.5F * d.y));
         light += V3{1.0F, 0.93F, 0.84F} * (11.0F * box(d, -48.0F, 42.0F, 24.0F, 17.0F, 3.0F));
         light += V3{0.80F, 0.90F, 1.0F} * (5.5F * box(d, 82.0F, 24.0F, 10.0F, 30.0F, 3.0F));
-        light += V3{0.95F, 0.97F, 1.0F} * (3.2F * band(std::acos(std::clamp(d.y, -1.0F, 1.0F)), 0.0F, degrees(24.0F),
-                                                       degrees(6.0F)));
+        light += V3{0.95F, 0.97F, 1.0F} *
+                 (3.2F * band(std::acos(std::clamp(d.y, -1.0F, 1.0F)), 0.0F, degrees(24.0F), degrees(6.0F)));
         light += V3{1.0F, 0.98F, 0.95F} * (1.6F * box(d, 20.0F, 8.0F, 7.0F, 14.0F, 4.0F));
         light += V3{0.75F, 0.85F, 1.0F} * (2.2F * box(d, 175.0F, 38.0F, 40.0F, 9.0F, 5.0F));
         return light;

@@ -92,9 +92,10 @@ Hit RenderScene::hitOf(const RTCRayHit &query) const
     hit.layers = &mesh.layers;
     hit.position = p0 + e1 * b1 + e2 * b2;
     hit.geometricNormal = normalize(cross(e1, e2));
-    hit.normal = mesh.normals.empty() ? hit.geometricNormal
-                                      : normalize(mesh.normals[corner[0]] * b0 + mesh.normals[corner[1]] * b1 +
-                                                  mesh.normals[corner[2]] * b2);
+    hit.normal =
+        mesh.normals.empty()
+            ? hit.geometricNormal
+            : normalize(mesh.normals[corner[0]] * b0 + mesh.normals[corner[1]] * b1 + mesh.normals[corner[2]] * b2);
     if (mesh.coordinates.empty()) {
         const Frame frame = frameAround(hit.normal);
         hit.tangent = frame.x;

@@ -13,7 +13,8 @@ namespace kxRender {
 class Sampler
 {
 public:
-    Sampler(std::uint32_t pixel, std::uint32_t sample) : _seed(hash(pixel * 0x9E3779B9U + 0x7F4A7C15U)), _sample(sample) {}
+    Sampler(std::uint32_t pixel, std::uint32_t sample) : _seed(hash(pixel * 0x9E3779B9U + 0x7F4A7C15U)), _sample(sample)
+    {}
 
     std::pair<float, float> next2D();
     float next1D() { return next2D().first; }

@@ -45,8 +45,8 @@ Sky::Sky(const osg::USkyEnvironmentMaterial &material)
     _sunTheta = std::acos(std::clamp(_sun.y, MinHorizon, 1.0F));
     const float night = clamp01(1.0F + 4.0F * std::min(_sun.y, 0.0F));
 
-    _coefficients = {Perez{0.1787F * t - 1.4630F, -0.3554F * t + 0.4275F, -0.0227F * t + 5.3251F,
-                           0.1206F * t - 2.5771F, -0.0670F * t + 0.3703F},
+    _coefficients = {Perez{0.1787F * t - 1.4630F, -0.3554F * t + 0.4275F, -0.0227F * t + 5.3251F, 0.1206F * t - 2.5771F,
+                           -0.0670F * t + 0.3703F},
                      Perez{-0.0193F * t - 0.2592F, -0.0665F * t + 0.0008F, -0.0004F * t + 0.2125F,
                            -0.0641F * t - 0.8989F, -0.0033F * t + 0.0452F},
                      Perez{-0.0167F * t - 0.2608F, -0.0950F * t + 0.0092F, -0.0079F * t + 0.2102F,
@@ -67,7 +67,8 @@ Sky::Sky(const osg::USkyEnvironmentMaterial &material)
     const float size = std::clamp(finiteOr(material.getSunSize(), 1.0F), 0.0F, 20.0F);
     const float radius = std::max(0.02F, 0.00466F * size);
     _sunCosine = std::cos(radius);
-    const float strength = size > 0.0F && _sun.y > -radius ? 0.9F / (radius * radius) * clamp01(4.0F * _sun.y + 0.2F) : 0.0F;
+    const float strength =
+        size > 0.0F && _sun.y > -radius ? 0.9F / (radius * radius) * clamp01(4.0F * _sun.y + 0.2F) : 0.0F;
     const float redness = clamp01(1.0F - 2.5F * _sun.y);
     _sunRadiance = mix(V3{1.0F, 0.95F, 0.86F}, V3{1.0F, 0.55F, 0.22F}, redness) * strength;
     const osg::Color4f ground = material.getGroundColor();
@@ -77,7 +78,8 @@ Sky::Sky(const osg::USkyEnvironmentMaterial &material)
 float Sky::perez(const Perez &c, float cosTheta, float gamma)
 {
     const float cosGamma = std::cos(gamma);
-    return (1.0F + c[0] * std::exp(c[1] / cosTheta)) * (1.0F + c[2] * std::exp(c[3] * gamma) + c[4] * cosGamma * cosGamma);
+    return (1.0F + c[0] * std::exp(c[1] / cosTheta)) *
+           (1.0F + c[2] * std::exp(c[3] * gamma) + c[4] * cosGamma * cosGamma);
 }
 
 V3 Sky::radiance(V3 direction) const

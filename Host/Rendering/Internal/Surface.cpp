@@ -78,8 +78,7 @@ int SurfaceLibrary::addMap(const osg::TexturePtr &texture)
 {
     if (!TextureMap::isUsable(texture))
         return -1;
-    const auto [position, isNew] =
-        _mapOfTexture.emplace(texture.getFieldContainerId(), static_cast<int>(_maps.size()));
+    const auto [position, isNew] = _mapOfTexture.emplace(texture.getFieldContainerId(), static_cast<int>(_maps.size()));
     if (isNew)
         _maps.emplace_back(texture);
     return position->second;
@@ -116,8 +115,8 @@ Surface SurfaceLibrary::convert(const osg::UBRDFMaterial &material)
 
 SurfacePoint SurfaceLibrary::lookUp(const Surface &s, float u, float v) const
 {
-    SurfacePoint p{s.base,      s.specular, s.transmission, s.emission, s.opacity, 0.0F, 0.0F,
-                   s.metalness, s.coat,     0.0F,           s.transparency, s.ior,  s.sheen};
+    SurfacePoint p{s.base,      s.specular, s.transmission, s.emission,     s.opacity, 0.0F,   0.0F,
+                   s.metalness, s.coat,     0.0F,           s.transparency, s.ior,     s.sheen};
     float roughness = s.roughness;
     if (const TextureMap *m = map(s.baseMap)) {
         const auto texel = m->sample(u, v);

@@ -35,9 +35,9 @@ private:
     std::array<float, 6> _matrix;
     bool _isBytes = false;
     bool _isOpaque = true;
-    std::vector<std::uint8_t> _bytes;               // RGBA
+    std::vector<std::uint8_t> _bytes; // RGBA
     std::vector<std::array<float, 4>> _floats;
-    std::array<float, 256> _decode{};               // of the colour channels of bytes
+    std::array<float, 256> _decode{}; // of the colour channels of bytes
 };
 
 } // namespace kxRender

@@ -16,33 +16,90 @@ struct V3
     float z = 0.0F;
 };
 
-inline V3 operator+(V3 a, V3 b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-inline V3 operator-(V3 a, V3 b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-inline V3 operator-(V3 a) { return {-a.x, -a.y, -a.z}; }
-inline V3 operator*(V3 a, V3 b) { return {a.x * b.x, a.y * b.y, a.z * b.z}; }
-inline V3 operator*(V3 a, float s) { return {a.x * s, a.y * s, a.z * s}; }
-inline V3 operator*(float s, V3 a) { return a * s; }
-inline V3 operator/(V3 a, float s) { return a * (1.0F / s); }
-inline V3 &operator+=(V3 &a, V3 b) { return a = a + b; }
-inline V3 &operator*=(V3 &a, V3 b) { return a = a * b; }
-inline V3 &operator*=(V3 &a, float s) { return a = a * s; }
+inline V3 operator+(V3 a, V3 b)
+{
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+inline V3 operator-(V3 a, V3 b)
+{
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+inline V3 operator-(V3 a)
+{
+    return {-a.x, -a.y, -a.z};
+}
+inline V3 operator*(V3 a, V3 b)
+{
+    return {a.x * b.x, a.y * b.y, a.z * b.z};
+}
+inline V3 operator*(V3 a, float s)
+{
+    return {a.x * s, a.y * s, a.z * s};
+}
+inline V3 operator*(float s, V3 a)
+{
+    return a * s;
+}
+inline V3 operator/(V3 a, float s)
+{
+    return a * (1.0F / s);
+}
+inline V3 &operator+=(V3 &a, V3 b)
+{
+    return a = a + b;
+}
+inline V3 &operator*=(V3 &a, V3 b)
+{
+    return a = a * b;
+}
+inline V3 &operator*=(V3 &a, float s)
+{
+    return a = a * s;
+}
 
-inline float dot(V3 a, V3 b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
-inline V3 cross(V3 a, V3 b) { return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x}; }
-inline float length(V3 a) { return std::sqrt(dot(a, a)); }
+inline float dot(V3 a, V3 b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+inline V3 cross(V3 a, V3 b)
+{
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+inline float length(V3 a)
+{
+    return std::sqrt(dot(a, a));
+}
 inline V3 normalize(V3 a)
 {
     const float l = length(a);
     return l > 0.0F ? a / l : V3{0.0F, 0.0F, 1.0F};
 }
-inline float maxOf(V3 a) { return std::max(a.x, std::max(a.y, a.z)); }
-inline V3 mix(V3 a, V3 b, float t) { return a * (1.0F - t) + b * t; }
-inline float mix(float a, float b, float t) { return a + (b - a) * t; }
+inline float maxOf(V3 a)
+{
+    return std::max(a.x, std::max(a.y, a.z));
+}
+inline V3 mix(V3 a, V3 b, float t)
+{
+    return a * (1.0F - t) + b * t;
+}
+inline float mix(float a, float b, float t)
+{
+    return a + (b - a) * t;
+}
 /// Relative luminance of linear Rec. 709 primaries.
-inline float luminance(V3 c) { return 0.2126F * c.x + 0.7152F * c.y + 0.0722F * c.z; }
+inline float luminance(V3 c)
+{
+    return 0.2126F * c.x + 0.7152F * c.y + 0.0722F * c.z;
+}
 /// 0 for what is no number.
-inline float clamp01(float v) { return v > 0.0F ? std::min(v, 1.0F) : 0.0F; }
-inline bool isFinite(V3 a) { return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z); }
+inline float clamp01(float v)
+{
+    return v > 0.0F ? std::min(v, 1.0F) : 0.0F;
+}
+inline bool isFinite(V3 a)
+{
+    return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z);
+}
 
 /// An orthonormal frame; z is the normal.
 struct Frame
