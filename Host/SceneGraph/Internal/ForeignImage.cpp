@@ -115,6 +115,33 @@ void limitDecoders()
     });
 }
 
+/// True for a PNG file that ends within a chunk: its decoder complains about that on standard error, past every log.
+bool isCutOffPng(const RegularFile &file)
+{
+    static constexpr std::string_view Signature("\x89PNG\r\n\x1a\n", 8);
+    static constexpr int MaxChunks = 100'000;
+    const auto read = [&file](std::uint64_t offset) {
+        std::string bytes(8, '\0');
+        bytes.resize(file.readAt(offset, std::as_writable_bytes(std::span(bytes))));
+        return bytes;
+    };
+    if (read(0) != Signature)
+        return false;
+    std::uint64_t offset = Signature.size();
+    for (int i = 0; i < MaxChunks; ++i) {
+        const std::string header = offset < file.size() ? read(offset) : std::string();
+        if (header.size() < 8)
+            return true;
+        std::uint64_t length = 0;
+        for (std::size_t byte = 0; byte < 4; ++byte)
+            length = length << 8 | static_cast<unsigned char>(header[byte]);
+        offset += length + 12;
+        if (header.substr(4) == "IEND")
+            return offset > file.size();
+    }
+    return false;
+}
+
 using Input = std::unique_ptr<OIIO::ImageInput>;
 
 /// Opens the file with one decoder; \a reason is set where it refuses.
@@ -307,6 +334,8 @@ Result<Pixmap> readForeignImage(const std::string &path, const std::string &exte
     const Result<RegularFile> file = RegularFile::open(path);
     if (!file)
         return Failure{file.reason()};
+    if (isCutOffPng(file.value()))
+        return Failure{"The picture is cut off"};
     limitDecoders();
     // The decoders' libraries throw where they meet what nobody foresaw.
     try {

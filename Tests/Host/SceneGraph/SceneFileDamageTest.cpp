@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace {
 
 using namespace osg;
@@ -37,6 +39,8 @@ protected:
 
     bool loads(const std::string &bytes) const
     {
+        // A new file each time: replacing the content of one would make the system flush it to the disk.
+        std::filesystem::remove(folder.file("damaged.osb"));
         return static_cast<bool>(readSceneFile(folder.write("damaged.osb", bytes)));
     }
     std::size_t leftOver() const { return FieldContainerFactory::the().livingContainerCount() - before; }

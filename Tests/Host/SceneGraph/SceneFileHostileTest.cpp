@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <limits>
 #include <random>
 
@@ -28,6 +29,8 @@ protected:
     std::string reasonFor(const std::string &bytes)
     {
         const std::size_t before = FieldContainerFactory::the().livingContainerCount();
+        // A new file each time: replacing the content of one would make the system flush it to the disk.
+        std::filesystem::remove(folder.file("scene.osb"));
         const std::string path = folder.write("scene.osb", bytes);
         const std::string start = "Cannot read scene file \"" + path + "\": ";
         std::string reason;

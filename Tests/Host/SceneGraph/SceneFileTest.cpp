@@ -249,7 +249,8 @@ TEST_F(SceneFileTest, LeavesOutWhatItIsToldTo)
     const std::string bytes = write({asset.get()}, {.isCompressed = false, .leavesOut = isUrl});
 
     EXPECT_EQ(bytes.find("somewhere"), std::string::npos);
-    const AssetAttachmentPtr copy = dcast<AssetAttachmentPtr>(read().at(0));
+    const SceneRoots roots = read();
+    const AssetAttachmentPtr copy = dcast<AssetAttachmentPtr>(roots.at(0));
     EXPECT_EQ(copy->getUrl(), "");
     EXPECT_EQ(copy->getUuid(), "123");
 }
