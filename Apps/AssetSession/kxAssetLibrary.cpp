@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -45,9 +46,10 @@ std::vector<kxAssetItem *> kxAssetLibrary::items(kxAssetCategoryType category) c
 {
     const std::set<kxAssetItem *> found = kxAssetItemFactory::the().findItems(category, _url);
     std::vector<kxAssetItem *> sorted(found.begin(), found.end());
-    std::sort(sorted.begin(), sorted.end(), [](kxAssetItem *a, kxAssetItem *b) {
-        return std::pair(a->name(), a->uuid()) < std::pair(b->name(), b->uuid());
-    });
+    const auto key = [](kxAssetItem *item) {
+        return std::tuple(item->name(), item->directoryUrl().path(), item->uuid());
+    };
+    std::sort(sorted.begin(), sorted.end(), [&key](kxAssetItem *a, kxAssetItem *b) { return key(a) < key(b); });
     return sorted;
 }
 

@@ -31,7 +31,7 @@ public:
     /// Reads what is on disk. Null or a dialog whose cancelling ends the scan.
     void open(QProgressDialog *progress);
 
-    /// The assets in it, of one category or of all, by name and then UUID.
+    /// The assets in it, of one category or of all, by name, then folder, so that the order is the same for everybody.
     std::vector<kxAssetItem *> items(kxAssetCategoryType category = Undefined) const;
 
     /// The UUID of the asset that a person means: by UUID, by the beginning of one, or by exact name. The reason says

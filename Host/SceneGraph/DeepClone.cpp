@@ -68,10 +68,7 @@ private:
         }
     }
 
-    void copyValue(const RefFieldBase &from, RefFieldBase &to, bool)
-    {
-        to.setContainer(standIn(from.getContainer()));
-    }
+    void copyValue(const RefFieldBase &from, RefFieldBase &to, bool) { to.setContainer(standIn(from.getContainer())); }
 
     void copyValue(const MRefFieldBase &from, MRefFieldBase &to, bool dropsShared)
     {

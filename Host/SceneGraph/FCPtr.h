@@ -45,7 +45,10 @@ public:
 
 protected:
 #ifdef NDEBUG
-    FieldContainer *checked() const { return _object; }
+    FieldContainer *checked() const
+    {
+        return _object;
+    }
 #else
     FieldContainer *checked() const;
 #endif

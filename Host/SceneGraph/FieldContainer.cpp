@@ -117,8 +117,7 @@ void publishContainer(FieldContainer &container)
 
 FieldContainerPtr::FieldContainerPtr(FieldContainer *object)
     : _object(object), _id(object != nullptr ? object->getFieldContainerId() : 0)
-{
-}
+{}
 
 #ifndef NDEBUG
 FieldContainer *FieldContainerPtr::checked() const

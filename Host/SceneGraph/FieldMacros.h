@@ -28,11 +28,9 @@ template <unsigned N> struct FieldIndex
     static constexpr unsigned value = N;
 };
 template <unsigned N> struct Rank : Rank<N - 1>
-{
-};
+{};
 template <> struct Rank<0>
-{
-};
+{};
 
 inline constexpr unsigned MaxFields = 60;
 
@@ -61,8 +59,7 @@ template <Handle T> struct FieldTraits<T>
 class FieldContainerType;
 class FieldContainer;
 
-template <class C, unsigned... Is>
-std::vector<FieldInfo> describeOwnFields(std::integer_sequence<unsigned, Is...>)
+template <class C, unsigned... Is> std::vector<FieldInfo> describeOwnFields(std::integer_sequence<unsigned, Is...>)
 {
     constexpr unsigned first = fieldCount<typename C::Inherited>;
     return {FieldInfo{C::describe(FieldIndex<first + Is>{}).name, C::describe(FieldIndex<first + Is>{}).mask,
@@ -93,7 +90,7 @@ public:                                                                         
     {                                                                                                                  \
         return getClassType();                                                                                         \
     }                                                                                                                  \
-    static auto fieldCounter(::osg::Rank<0>) -> ::osg::FieldIndex<::osg::fieldCount<ParentClass>>;
+    static auto fieldCounter(::osg::Rank<0>)->::osg::FieldIndex<::osg::fieldCount<ParentClass>>;
 
 /// A class of which containers are made. Its constructor is protected: create() is the way.
 #define OSG_CONTAINER(Class, ParentClass)                                                                              \

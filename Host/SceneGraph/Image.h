@@ -21,9 +21,9 @@ class KX_SCENEGRAPH_EXPORT Image final : public AttachmentContainer
 
     OSG_FIELD(std::uint32_t, Width, 0)
     OSG_FIELD(std::uint32_t, Height, 0)
-    OSG_FIELD(std::uint32_t, Channels, 0)  ///< 1 grey, 2 grey and alpha, 3 RGB, 4 RGBA
-    OSG_FIELD(std::uint32_t, DataType, 0)  ///< a PixelType
-    OSG_MFIELD(std::uint8_t, Pixels)       ///< as long as byteCount() says
+    OSG_FIELD(std::uint32_t, Channels, 0) ///< 1 grey, 2 grey and alpha, 3 RGB, 4 RGBA
+    OSG_FIELD(std::uint32_t, DataType, 0) ///< a PixelType
+    OSG_MFIELD(std::uint8_t, Pixels)      ///< as long as byteCount() says
 
 public:
     /// The pixel formats of reformat(), with the numbers that OpenGL gives them.

@@ -57,8 +57,7 @@ Matrix composeMatrix(const Vec3d &translation, const Quaternion &rotation, const
 {
     const Eigen::Quaterniond q(rotation.w, rotation.x, rotation.y, rotation.z);
     EigenMatrix matrix = EigenMatrix::Identity();
-    matrix.topLeftCorner<3, 3>() =
-        q.toRotationMatrix() * Eigen::Vector3d(scale[0], scale[1], scale[2]).asDiagonal();
+    matrix.topLeftCorner<3, 3>() = q.toRotationMatrix() * Eigen::Vector3d(scale[0], scale[1], scale[2]).asDiagonal();
     matrix.topRightCorner<3, 1>() = Eigen::Vector3d(translation[0], translation[1], translation[2]);
     return fromEigen(matrix);
 }

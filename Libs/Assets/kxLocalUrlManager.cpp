@@ -198,7 +198,7 @@ QUrl kxLocalUrlManager::makeUniqueDirectory(const QUrl &url, const QString &name
     QDir directory = getDir(url);
     UniqueNames names(name, getNumberSuffix(name));
     for (; isTaken(directory, names.current()); names.advance()) {
-        const QUrl existing = QUrl::fromLocalFile(directory.absoluteFilePath(names.current()));
+        QUrl existing = QUrl::fromLocalFile(directory.absoluteFilePath(names.current()));
         if (item && containsItem(existing, item->category(), item->uuid())) {
             printLine("[makeUniqueDirectory] - contains item with same uuid");
             return existing;

@@ -21,11 +21,9 @@ template <class... Fs> struct Overloaded : Fs...
 template <class... Fs> Overloaded(Fs...) -> Overloaded<Fs...>;
 
 template <class T> struct IsMField : std::false_type
-{
-};
+{};
 template <class T> struct IsMField<MField<T>> : std::true_type
-{
-};
+{};
 
 /// Numbers and tuples of numbers, which are their bytes.
 template <class T>

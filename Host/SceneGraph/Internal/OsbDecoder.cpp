@@ -58,8 +58,7 @@ Result<SceneRoots> OsbDecoder::decode()
     for (const auto step : {&OsbDecoder::readTypes, &OsbDecoder::readContainers})
         if (const Result<void> done = (this->*step)(); !done)
             return Failure{done.reason()};
-    for (const auto check :
-         {&OsbDecoder::checkEverythingUsed, &OsbDecoder::checkReferences, &OsbDecoder::checkValues})
+    for (const auto check : {&OsbDecoder::checkEverythingUsed, &OsbDecoder::checkReferences, &OsbDecoder::checkValues})
         if (const Result<void> done = (this->*check)(); !done)
             return Failure{done.reason()};
     Result<SceneRoots> result = roots();
@@ -154,7 +153,9 @@ Result<void> OsbDecoder::readKnownValue(const FileField &field, const osb::Value
 /// What is not known here is still counted, because values lie one behind the other.
 Result<void> OsbDecoder::skipValue(const osb::Value &value)
 {
-    const auto toVoid = [](const auto &taken) { return taken ? Result<void>() : Result<void>(Failure{taken.reason()}); };
+    const auto toVoid = [](const auto &taken) {
+        return taken ? Result<void>() : Result<void>(Failure{taken.reason()});
+    };
     switch (value.place()) {
     case osb::Place::Inline:
         return toVoid(takeInline(value));

@@ -189,10 +189,9 @@ template <class T> void OsbEncoder::encodeValue(std::size_t field, const T &valu
 
 Result<std::vector<std::byte>> OsbEncoder::structure() const
 {
-    const std::uint64_t size = _containerEntries.size() * sizeof(osb::Container) +
-                               _values.size() * sizeof(osb::Value) + _inlineBytes.size() +
-                               _references.size() * sizeof(std::uint32_t) + _arrays.size() * sizeof(osb::Array) +
-                               std::uint64_t{MaxTypesInFile} * 1024;
+    const std::uint64_t size = _containerEntries.size() * sizeof(osb::Container) + _values.size() * sizeof(osb::Value) +
+                               _inlineBytes.size() + _references.size() * sizeof(std::uint32_t) +
+                               _arrays.size() * sizeof(osb::Array) + std::uint64_t{MaxTypesInFile} * 1024;
     if (size > MaxStructureSize || _types.size() > MaxTypesInFile)
         return Failure{"There are too many objects for one file"};
 
@@ -209,13 +208,13 @@ Result<std::vector<std::byte>> OsbEncoder::structure() const
     const auto typeVector = builder.CreateVector(types);
     const auto containers = builder.CreateVectorOfStructs(_containerEntries);
     const auto values = builder.CreateVectorOfStructs(_values);
-    const auto bytes = builder.CreateVector(reinterpret_cast<const std::uint8_t *>(_inlineBytes.data()),
-                                            _inlineBytes.size());
+    const auto bytes =
+        builder.CreateVector(reinterpret_cast<const std::uint8_t *>(_inlineBytes.data()), _inlineBytes.size());
     const auto references = builder.CreateVector(_references);
     const auto arrays = builder.CreateVectorOfStructs(_arrays);
     const auto roots = builder.CreateVector(_roots);
-    osb::FinishSceneBuffer(
-        builder, osb::CreateScene(builder, typeVector, containers, values, bytes, references, arrays, roots));
+    osb::FinishSceneBuffer(builder,
+                           osb::CreateScene(builder, typeVector, containers, values, bytes, references, arrays, roots));
     const auto *data = reinterpret_cast<const std::byte *>(builder.GetBufferPointer());
     return std::vector<std::byte>(data, data + builder.GetSize());
 }

@@ -45,8 +45,7 @@ Result<RegularFile> RegularFile::open(const std::string &path)
 
 RegularFile::RegularFile(RegularFile &&other) noexcept
     : _descriptor(std::exchange(other._descriptor, -1)), _size(other._size)
-{
-}
+{}
 
 RegularFile &RegularFile::operator=(RegularFile &&other) noexcept
 {

@@ -52,8 +52,7 @@ Result<std::uint64_t> pixelBytesOf(const VifHeader &header, std::uint64_t fileSi
         return Failure{"The header is damaged"};
     if (header.version != Version)
         return Failure{"Version " + std::to_string(header.version) + " of the format is not known"};
-    const auto size =
-        pictureBytes(header.width, header.height, header.channels, static_cast<PixelType>(header.type));
+    const auto size = pictureBytes(header.width, header.height, header.channels, static_cast<PixelType>(header.type));
     if (!size || *size > MaxPictureBytes)
         return Failure{"The header gives an impossible size"};
     if (header.storedSize != fileSize - sizeof(VifHeader))

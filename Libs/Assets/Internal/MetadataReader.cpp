@@ -3,7 +3,7 @@
 
 #include <QDomDocument>
 #include <QFile>
-#include <QtXml/qxml.h>
+#include <QXmlDefaultHandler>
 
 namespace kxAssetsInternal {
 

@@ -15,7 +15,8 @@ class GeometryTest : public testing::Test
 protected:
     GeometryTest()
     {
-        geometry->editPositions() = {{{0.0F, 0.0F, 0.0F}}, {{1.0F, 0.0F, 0.0F}}, {{1.0F, 1.0F, 0.0F}}, {{0.0F, 1.0F, 0.0F}}};
+        geometry->editPositions() = {
+            {{0.0F, 0.0F, 0.0F}}, {{1.0F, 0.0F, 0.0F}}, {{1.0F, 1.0F, 0.0F}}, {{0.0F, 1.0F, 0.0F}}};
         geometry->editIndices() = {0, 1, 2, 0, 2, 3};
     }
 

@@ -65,8 +65,7 @@ std::string nameOf(const testing::TestParamInfo<FormatCase> &test)
 }
 
 class ImageFileLosslessTest : public testing::TestWithParam<FormatCase>
-{
-};
+{};
 
 TEST_P(ImageFileLosslessTest, KeepsEveryBit)
 {
@@ -90,11 +89,11 @@ INSTANTIATE_TEST_SUITE_P(
                     FormatCase{"vif", 4, PixelType::Float}, FormatCase{"png", 1, Byte}, FormatCase{"png", 2, Byte},
                     FormatCase{"png", 3, Byte}, FormatCase{"png", 4, Byte}, FormatCase{"PNG", 4, Byte},
                     FormatCase{"tif", 1, Byte}, FormatCase{"tif", 3, Byte}, FormatCase{"tif", 4, Byte},
-                    FormatCase{"tiff", 3, PixelType::Float},
-                    FormatCase{"exr", 1, PixelType::Half}, FormatCase{"exr", 3, PixelType::Half},
-                    FormatCase{"exr", 4, PixelType::Half}, FormatCase{"exr", 3, PixelType::Float},
-                    FormatCase{"exr", 4, PixelType::Float}, FormatCase{"bmp", 3, Byte}, FormatCase{"bmp", 4, Byte},
-                    FormatCase{"tga", 3, Byte}, FormatCase{"tga", 4, Byte}, FormatCase{"ppm", 3, Byte}),
+                    FormatCase{"tiff", 3, PixelType::Float}, FormatCase{"exr", 1, PixelType::Half},
+                    FormatCase{"exr", 3, PixelType::Half}, FormatCase{"exr", 4, PixelType::Half},
+                    FormatCase{"exr", 3, PixelType::Float}, FormatCase{"exr", 4, PixelType::Float},
+                    FormatCase{"bmp", 3, Byte}, FormatCase{"bmp", 4, Byte}, FormatCase{"tga", 3, Byte},
+                    FormatCase{"tga", 4, Byte}, FormatCase{"ppm", 3, Byte}),
     nameOf);
 
 class ImageFileTest : public testing::Test

@@ -44,7 +44,8 @@ TEST(MatrixTest, HasNoInverseWhereSpaceCollapses)
 
 TEST(MatrixTest, ComposesTranslationRotationAndScale)
 {
-    const Matrix matrix = composeMatrix({{1.0, 2.0, 3.0}}, {std::sqrt(0.5), 0.0, 0.0, std::sqrt(0.5)}, {{1.0, 1.0, 5.0}});
+    const Matrix matrix =
+        composeMatrix({{1.0, 2.0, 3.0}}, {std::sqrt(0.5), 0.0, 0.0, std::sqrt(0.5)}, {{1.0, 1.0, 5.0}});
 
     // A quarter turn about X: Y becomes Z, Z becomes -Y.
     const Vec3d point = transformPoint(matrix, {{0.0, 0.0, 1.0}});

@@ -42,8 +42,8 @@ TEST_F(SwitchMaterialTest, ShowsItsChoiceAndNothingOutOfRange)
 
     EXPECT_EQ(currentFor(0), first);
     EXPECT_EQ(currentFor(1), second);
-    for (const std::int32_t choice : {-1, 2, std::numeric_limits<std::int32_t>::min(),
-                                      std::numeric_limits<std::int32_t>::max()})
+    for (const std::int32_t choice :
+         {-1, 2, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()})
         EXPECT_EQ(currentFor(choice), NullFC) << choice;
 }
 

@@ -16,8 +16,7 @@ TEST(TransformTest, IsTheIdentityAtFirst)
 {
     const FCRef<Transform> transform(Transform::create());
 
-    EXPECT_EQ(transform->getMatrix(),
-              (Matrix{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}));
+    EXPECT_EQ(transform->getMatrix(), (Matrix{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}));
 }
 
 TEST(TransformTest, KeepsAMatrixBitForBit)

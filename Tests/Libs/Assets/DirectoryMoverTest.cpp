@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 
 namespace fs = std::filesystem;
-using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
 namespace {

@@ -68,7 +68,7 @@ protected:
         writeFile("meta.xml", content);
         kxtest::CapturedOutput output;
         const bool isRead = kxLocalUrlManager::the()->loadDocumentFromFile(url("meta.xml"), document);
-        const std::string lines = output.text();
+        std::string lines = output.text();
         EXPECT_EQ(isRead, lines.empty());
         return lines;
     }

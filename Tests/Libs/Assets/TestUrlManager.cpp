@@ -48,6 +48,7 @@ std::vector<QUrl> TestUrlManager::subDirectories(const QUrl &url)
             rest.contains(QLatin1Char('/')))
             names.insert(rest.section(QLatin1Char('/'), 0, 0));
     std::vector<QUrl> urls;
+    urls.reserve(names.size());
     for (const QString &name : names)
         urls.push_back(TestUrlManager::url(prefix + name));
     return urls;

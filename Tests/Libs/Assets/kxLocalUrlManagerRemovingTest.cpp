@@ -2,12 +2,13 @@
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxLocalUrlManager.h"
-#include "Host/SceneGraph/WithoutPrivileges.h"
 #include "LibraryFixture.h"
 #include "PlainItem.h"
 #include "Support/CapturedOutput.h"
 
 #include <gmock/gmock.h>
+
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 using testing::UnorderedElementsAre;
@@ -43,6 +44,28 @@ protected:
     }
 
     const kxLocalUrlManager &manager = *kxLocalUrlManager::the();
+};
+
+/// The rights of an ordinary user, also where the tests run as root, for whom no permission is an obstacle.
+class OrdinaryUser
+{
+public:
+    OrdinaryUser() : _isRoot(::geteuid() == 0) { change(Nobody); }
+    ~OrdinaryUser() { change(0); }
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+private:
+    static constexpr uid_t Nobody = 65534;
+
+    void change(uid_t user) const
+    {
+        if (_isRoot) {
+            EXPECT_EQ(::seteuid(user), 0);
+        }
+    }
+
+    bool _isRoot;
 };
 
 /// A library, open to everybody, in which one asset can be read by all and changed by nobody.
@@ -149,7 +172,7 @@ TEST_F(kxLocalUrlManagerRemovingProtectedTest, KeepsTheItemsWhoseFilesSurvive)
 {
     kxAssetItem *survivor = item(Second);
     {
-        const kxtest::WithoutPrivileges ordinary;
+        const OrdinaryUser ordinary;
         EXPECT_FALSE(manager.removeDirectory(url("lib")));
     }
 
@@ -168,7 +191,7 @@ TEST_F(kxLocalUrlManagerRemovingProtectedTest, RemovesTheNewDirectoryWhenTheOldO
     newItem.setDirectoryUrl(url("new/MAT_Stays"));
     kxtest::CapturedOutput output;
     {
-        const kxtest::WithoutPrivileges ordinary;
+        const OrdinaryUser ordinary;
         EXPECT_FALSE(manager.removeOldItemDirectory(item(Second), &newItem));
     }
 

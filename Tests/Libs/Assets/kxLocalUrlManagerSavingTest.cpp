@@ -71,7 +71,7 @@ protected:
 
     static Owned glowing(const std::string &name, float red)
     {
-        const Owned material = makeSurface(name);
+        Owned material = makeSurface(name);
         setGlow(material, osg::Color4f{red, 0.0F, 0.0F, 1.0F});
         return material;
     }

@@ -38,6 +38,7 @@ protected:
     std::vector<std::string> names(const std::vector<QUrl> &urls) const
     {
         std::vector<std::string> result;
+        result.reserve(urls.size());
         for (const QUrl &each : urls)
             result.push_back(each.fileName().toStdString());
         return result;

@@ -66,6 +66,7 @@ protected:
     static std::vector<std::string> registered()
     {
         std::vector<std::string> uuids;
+        uuids.reserve(static_cast<std::size_t>(kxAssetItemFactory::the().itemCount()));
         for (int i = 0; i < kxAssetItemFactory::the().itemCount(); ++i)
             uuids.push_back(kxAssetItemFactory::the().itemFromIndex(i)->uuid());
         return uuids;
