@@ -76,6 +76,9 @@ Result<OsbFile> OsbFile::open(const std::string &path)
 /// Arrays fill the rest of the file, one behind the other: so no byte of the file is asked for twice.
 Result<void> OsbFile::checkArrays() const
 {
+    // The verifier looks at the alignment of tables and of scalars, and not at that of structs in a vector.
+    if (reinterpret_cast<std::uintptr_t>(scene().arrays()->Data()) % alignof(osb::Array) != 0)
+        return Failure{"The table of arrays is not aligned"};
     const std::uint64_t begin = sizeof(OsbHeader) + _structure.size();
     std::uint64_t end = begin;
     for (const osb::Array *array : *scene().arrays()) {

@@ -23,8 +23,8 @@ QString converterPath()
 /// Runs on after the save has returned, and is never deleted: that would end the converter.
 QProcess &makeProcess()
 {
-    static std::vector<QProcess *> processes;
-    return *processes.emplace_back(new QProcess);
+    static auto *const processes = new std::vector<QProcess *>; // and neither is the list of them
+    return *processes->emplace_back(new QProcess);
 }
 
 void removeConverted(const QString &path)
