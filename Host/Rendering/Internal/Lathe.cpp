@@ -16,6 +16,19 @@ ProfilePoint outward(const std::vector<ProfilePoint> &profile, std::size_t i)
     return {-dh / l, dr / l};
 }
 
+/// How far along the profile each point is, from 0 at the first to 1 at the last.
+std::vector<float> shares(const std::vector<ProfilePoint> &profile)
+{
+    std::vector<float> lengths{0.0F};
+    for (std::size_t i = 1; i < profile.size(); ++i)
+        lengths.push_back(lengths.back() + std::hypot(profile[i].radius - profile[i - 1].radius,
+                                                      profile[i].height - profile[i - 1].height));
+    const float whole = std::max(1e-9F, lengths.back());
+    for (float &length : lengths)
+        length /= whole;
+    return lengths;
+}
+
 } // namespace
 
 Mesh lathe(const std::vector<ProfilePoint> &profile, int segments, float repeatU, float repeatV)
@@ -23,6 +36,7 @@ Mesh lathe(const std::vector<ProfilePoint> &profile, int segments, float repeatU
     Mesh mesh;
     const auto rows = static_cast<std::uint32_t>(profile.size());
     const auto columns = static_cast<std::uint32_t>(segments) + 1;
+    const std::vector<float> along = shares(profile);
     for (std::uint32_t row = 0; row < rows; ++row) {
         const ProfilePoint normal = outward(profile, row);
         for (std::uint32_t column = 0; column < columns; ++column) {
@@ -32,8 +46,7 @@ Mesh lathe(const std::vector<ProfilePoint> &profile, int segments, float repeatU
             const V3 up{0.0F, 1.0F, 0.0F};
             mesh.positions.push_back(radial * profile[row].radius + up * profile[row].height);
             mesh.normals.push_back(normalize(radial * normal.radius + up * normal.height));
-            mesh.coordinates.push_back(
-                {repeatU * share, repeatV * (1.0F - static_cast<float>(row) / static_cast<float>(rows - 1))});
+            mesh.coordinates.push_back({repeatU * share, repeatV * (1.0F - along[row])});
         }
     }
     for (std::uint32_t row = 0; row + 1 < rows; ++row)

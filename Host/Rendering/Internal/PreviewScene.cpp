@@ -178,7 +178,7 @@ void buildPreviewScene(RenderScene &scene, const osg::MaterialPtr &material)
     place(orb, degrees(34.0F), degrees(-16.0F), {0.0F, OrbHeight, 0.0F});
     orb.layers = shown;
     scene.addMesh(std::move(orb));
-    Mesh ring = lathe(ringProfile(), Segments, 8.0F, 1.0F);
+    Mesh ring = lathe(ringProfile(), Segments, 4.0F, 1.0F);
     ring.layers = shown;
     scene.addMesh(std::move(ring));
 
