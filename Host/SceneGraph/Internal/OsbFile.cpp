@@ -77,11 +77,12 @@ Result<OsbFile> OsbFile::open(const std::string &path)
 Result<void> OsbFile::checkArrays() const
 {
     // The verifier looks at the alignment of tables and of scalars, and not at that of structs in a vector.
-    if (reinterpret_cast<std::uintptr_t>(scene().arrays()->Data()) % alignof(osb::Array) != 0)
+    const auto &arrays = *scene().arrays();
+    if (arrays.size() > 0 && reinterpret_cast<std::uintptr_t>(arrays.Data()) % alignof(osb::Array) != 0)
         return Failure{"The table of arrays is not aligned"};
     const std::uint64_t begin = sizeof(OsbHeader) + _structure.size();
     std::uint64_t end = begin;
-    for (const osb::Array *array : *scene().arrays()) {
+    for (const osb::Array *array : arrays) {
         const std::uint64_t expected = alignedToArray(end) - alignedToArray(begin);
         const std::uint64_t place = alignedToArray(end);
         if (array->offset() != expected || place > _file.size() || array->stored_size() > _file.size() - place)
