@@ -87,3 +87,9 @@ QString kxAssetLibrary::relativePath(kxAssetItem &item) const
 {
     return QDir(path()).relativeFilePath(item.directoryUrl().toLocalFile());
 }
+
+QStringList kxAssetLibrary::tagsOf(kxAssetItem &item)
+{
+    const QString tags = item.data(kxAssetCategory::getTagsColumn(), Qt::DisplayRole).toString();
+    return tags.split(QStringLiteral(", "), Qt::SkipEmptyParts);
+}

@@ -6,6 +6,7 @@
 #include "SceneGraph/Result.h"
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 #include <set>
@@ -42,6 +43,9 @@ public:
     osg::Result<QUrl> folder(const QString &relativePath) const;
     /// Where an item is, relative to the library.
     QString relativePath(kxAssetItem &item) const;
+
+    /// The asset's tags, in their order.
+    static QStringList tagsOf(kxAssetItem &item);
 
 private:
     QUrl _url;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxMaterialImport.h"
 
+#include "AssetSession/kxMaterialDescription.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
@@ -10,8 +11,9 @@
 #include "Kernel/kxFile.h"
 #include "Kernel/kxMaterialTags.h"
 #include "Kernel/kxMaterials.h"
+#include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/Compare.h"
-#include "SceneGraph/TagAttachment.h"
+#include "SceneGraph/MultiMaterial.h"
 #include "SceneGraph/UEnvironmentMaterial.h"
 
 #include <QCryptographicHash>
@@ -50,49 +52,73 @@ osg::FCRef<osg::Material> loadStored(kxAssetItem &item)
     return osg::FCRef<osg::Material>::adopt(material);
 }
 
+/// The assets that the material is made of; an empty list where one of them is no asset.
+std::vector<std::string> uuidsOfParts(const osg::MaterialPtr &material)
+{
+    std::vector<std::string> uuids;
+    for (const osg::MaterialPtr &part : kxMaterials::getSubMaterials(material)) {
+        const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(part);
+        if (!attachment || attachment->getUuid().empty())
+            return {};
+        uuids.push_back(attachment->getUuid());
+    }
+    return uuids;
+}
+
 /// What people did to the stored asset and the file knows nothing of.
 void carryOverTags(kxAssetItem &stored, const osg::MaterialPtr &material)
 {
-    const osg::FCRef<osg::Material> old = loadStored(stored);
-    if (!old)
-        return;
-    if (const osg::TagAttachmentPtr tags = osg::findAttachment<osg::TagAttachment>(old.get()))
-        addTags(material, tags->getMaterials().values());
+    for (const QString &tag : kxAssetLibrary::tagsOf(stored))
+        kxMaterialTags::addTag(material, tag.toStdString());
 }
 
-osg::Result<std::vector<osg::FCRef<osg::Material>>> readMaterials(const std::string &path)
+using Described = kxMaterialDescription::Described;
+
+osg::Result<std::vector<Described>> readMaterials(const std::string &path)
 {
+    if (kxMaterialDescription::isDescription(QString::fromStdString(path)))
+        return kxMaterialDescription::read(QString::fromStdString(path));
     const kxSceneImporter importer;
-    if (!kxForeignFormats::isImageFile(path) || kxForeignFormats::isSceneFile(path))
-        return importer.importMaterials(path);
-    const auto environment = importer.importEnvironment(path);
-    if (!environment)
-        return osg::Failure{environment.reason()};
-    return std::vector<osg::FCRef<osg::Material>>{osg::FCRef<osg::Material>(environment.value().get())};
+    std::vector<Described> result;
+    if (kxForeignFormats::isImageFile(path) && !kxForeignFormats::isSceneFile(path)) {
+        const auto environment = importer.importEnvironment(path);
+        if (!environment)
+            return osg::Failure{environment.reason()};
+        result.push_back({osg::FCRef<osg::Material>(environment.value().get()), {}});
+        return result;
+    }
+    const auto materials = importer.importMaterials(path);
+    if (!materials)
+        return osg::Failure{materials.reason()};
+    for (const osg::FCRef<osg::Material> &material : materials.value())
+        result.push_back({material, {}});
+    return result;
 }
 
 struct Named
 {
     osg::MaterialPtr material;
-    std::string file; ///< with a number where a name occurs more than once
+    std::string file;   ///< with a number where a name occurs more than once
+    std::string folder; ///< inside the one that is imported into
 };
 
 /// Leaves out what equals an earlier material of the same name: some files hold one copy for each mesh. Different ones of
 /// one name are told apart by a number.
-std::vector<Named> distinct(const std::vector<osg::FCRef<osg::Material>> &materials, const std::string &file)
+std::vector<Named> distinct(const std::vector<Described> &materials, const std::string &file)
 {
     std::vector<Named> result;
     std::map<std::string, std::vector<osg::MaterialPtr>> seen;
-    for (const osg::FCRef<osg::Material> &material : materials) {
+    for (const auto &[material, folder] : materials) {
         std::vector<osg::MaterialPtr> &namesakes = seen[kxMaterials::getName(material.get())];
-        const bool isCopy = std::any_of(namesakes.begin(), namesakes.end(), [&material](const osg::MaterialPtr &other) {
-            return !osg::findDifference(other, material.get());
-        });
+        const bool isCopy =
+            std::any_of(namesakes.begin(), namesakes.end(), [&material = material](const osg::MaterialPtr &other) {
+                return !osg::findDifference(other, material.get());
+            });
         if (isCopy)
             continue;
         const std::size_t number = namesakes.size();
         namesakes.push_back(material.get());
-        result.push_back({material.get(), number == 0 ? file : file + '#' + std::to_string(number)});
+        result.push_back({material.get(), number == 0 ? file : file + '#' + std::to_string(number), folder});
     }
     return result;
 }
@@ -121,7 +147,12 @@ kxMaterialImport::Outcome kxMaterialImport::importFile(const QString &path, cons
     for (const Named &named : distinct(materials.value(), info.fileName().toStdString())) {
         if (!goOn())
             break;
-        saveMaterial(named.material, {named.file, digestOfFolder(info)}, folder, outcome);
+        const QString target = QDir(folder.toLocalFile()).filePath(QString::fromStdString(named.folder));
+        const osg::Result<QUrl> inside = _library.folder(target);
+        if (inside)
+            saveMaterial(named.material, {named.file, digestOfFolder(info)}, inside.value(), outcome);
+        else
+            outcome.failures.push_back(path.toStdString() + ": " + inside.reason());
     }
     return outcome;
 }
@@ -129,7 +160,8 @@ kxMaterialImport::Outcome kxMaterialImport::importFile(const QString &path, cons
 void kxMaterialImport::saveMaterial(const osg::MaterialPtr &material, const Origin &origin, const QUrl &folder,
                                     Outcome &outcome)
 {
-    const std::string known = findKnown(material, origin);
+    const bool isComposite = osg::MultiMaterialPtr::dcast(material) != nullptr;
+    const std::string known = isComposite ? findKnownComposite(material) : findKnown(material, origin);
     const std::string name = kxMaterials::getName(material);
     std::string shownName = name;
     QUrl target = folder;
@@ -156,6 +188,19 @@ void kxMaterialImport::saveMaterial(const osg::MaterialPtr &material, const Orig
     if (known.empty())
         remember(uuid);
     outcome.saved.push_back({uuid, shownName, !known.empty()});
+}
+
+/// Composites are kept as metadata alone, which has no room for where they came from: they are what they are made of.
+std::string kxMaterialImport::findKnownComposite(const osg::MaterialPtr &material)
+{
+    const std::vector<std::string> parts = uuidsOfParts(material);
+    for (kxAssetItem *item : _library.items(Material)) {
+        const auto *stored = dynamic_cast<kxMaterialAssetItem *>(item);
+        if (stored && !parts.empty() && stored->materialType() == &material->getType() &&
+            stored->subMaterialUUIDs() == parts)
+            return item->uuid();
+    }
+    return {};
 }
 
 /// Payloads are read only of assets that were saved under this very name.

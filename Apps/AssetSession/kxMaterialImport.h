@@ -14,7 +14,7 @@
 
 /// Keeps the materials of foreign files as assets of a library. Main thread only.
 ///
-/// A material is known again by its name and the place of the file that it came from: importing the same file once more
+/// A material is known again by its name and the place of the file that it came from, a composite by its parts: importing the same file once more
 /// updates its assets where they are, keeps the names and tags that people gave them, and makes no second ones. A file of
 /// the same name in another folder is another file.
 class KX_ASSETSESSION_EXPORT kxMaterialImport
@@ -38,7 +38,8 @@ public:
     /// Tags that every imported material gets.
     void setTags(const std::vector<std::string> &tags) { _tags = tags; }
 
-    /// A scene file gives its materials, an HDR or other picture an environment material. Assets go into \a folder.
+    /// A scene file gives its materials, an HDR or other picture an environment material, a description what it describes
+    /// (kxMaterialDescription). Assets go into \a folder, those of a description into its folders in there.
     /// \a goOn is asked before each material; false ends the import.
     Outcome importFile(const QString &path, const QUrl &folder, const std::function<bool()> &goOn);
 
@@ -51,6 +52,7 @@ private:
     };
 
     void saveMaterial(const osg::MaterialPtr &material, const Origin &origin, const QUrl &folder, Outcome &outcome);
+    std::string findKnownComposite(const osg::MaterialPtr &material);
     std::string findKnown(const osg::MaterialPtr &material, const Origin &origin);
     void remember(const std::string &uuid);
 

@@ -75,7 +75,7 @@ ExitCode run(const Arguments &arguments, Context &context)
 Run declareImport(CLI::App &app, Options &options)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("files", arguments->files, "3D models (glTF, OBJ, FBX ...) or pictures (EXR, HDR, PNG ...)")
+    app.add_option("files", arguments->files, "3D models, pictures, or descriptions (*.materials.json)")
         ->type_name("FILE")
         ->required();
     declareLibrary(app, options);

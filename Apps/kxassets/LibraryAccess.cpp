@@ -101,8 +101,7 @@ QJsonObject describe(const kxAssetLibrary &library, kxAssetItem &item)
         {"checksum", static_cast<qint64>(item.checksum())},
     };
     if (auto *material = dynamic_cast<kxMaterialAssetItem *>(&item)) {
-        const QString tags = item.data(kxAssetCategory::getTagsColumn(), Qt::DisplayRole).toString();
-        object["tags"] = QJsonArray::fromStringList(tags.split(QStringLiteral(", "), Qt::SkipEmptyParts));
+        object["tags"] = QJsonArray::fromStringList(kxAssetLibrary::tagsOf(item));
         QJsonArray parts;
         for (const std::string &uuid : material->subMaterialUUIDs())
             parts.append(QString::fromStdString(uuid));

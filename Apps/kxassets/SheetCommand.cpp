@@ -2,6 +2,7 @@
 #include "AssetSession/kxAssetLibrary.h"
 #include "AssetSession/kxContactSheet.h"
 #include "Assets/kxAssetItem.h"
+#include "kxassets/AssetFilter.h"
 #include "kxassets/Command.h"
 #include "kxassets/CommonOptions.h"
 #include "kxassets/Interrupt.h"
@@ -26,6 +27,8 @@ struct Arguments
     std::string title;
     int columns = 0;
     int size = 220;
+    bool isByFolder = false;
+    AssetFilter filter;
 };
 
 /// Scaled before the icon that marks composites is painted, which has a size of its own.
@@ -45,6 +48,13 @@ kxContactSheet::Tile tileOf(kxAssetItem &item, int size)
     return tile;
 }
 
+/// Relative to the library; "" for the library itself.
+QString folderOf(const kxAssetLibrary &library, kxAssetItem &item)
+{
+    const QString folder = QFileInfo(library.relativePath(item)).path();
+    return folder == QLatin1String(".") ? QString() : folder;
+}
+
 bool writePng(const QImage &image, const QString &path)
 {
     QSaveFile file(path);
@@ -62,10 +72,17 @@ ExitCode run(const Arguments &arguments, Context &context)
     sheet.setColumns(arguments.columns);
     sheet.setTileSize(arguments.size);
     ProgressLine progress("Drawing", "assets");
-    const std::vector<kxAssetItem *> items = library->items();
+    std::vector<kxAssetItem *> items = arguments.filter.items(*library);
+    if (arguments.isByFolder)
+        std::stable_sort(items.begin(), items.end(), [&library](kxAssetItem *a, kxAssetItem *b) {
+            return folderOf(*library, *a) < folderOf(*library, *b);
+        });
     for (std::size_t i = 0; i < items.size() && !Interrupt::wasRequested(); ++i) {
         progress.show(i, items.size());
-        sheet.addTile(tileOf(*items[i], arguments.size));
+        kxContactSheet::Tile tile = tileOf(*items[i], arguments.size);
+        if (arguments.isByFolder)
+            tile.detail = folderOf(*library, *items[i]);
+        sheet.addTile(tile);
     }
     progress.clear();
     if (Interrupt::wasRequested())
@@ -99,8 +116,10 @@ Run declareSheet(CLI::App &app, Options &options)
         ->type_name("N")
         ->check(CLI::Range(48, 1024).description(""))
         ->capture_default_str();
+    app.add_flag("--by-folder", arguments->isByFolder, "Folder by folder, with their names instead of the types");
+    arguments->filter.declare(app);
     declareLibrary(app, options);
     declareJson(app, options);
-    app.footer("Example: kxassets sheet --library ~/Materials -o materials.png");
+    app.footer("Example: kxassets sheet --library ~/Materials --tag metal --by-folder -o metals.png");
     return [arguments](Context &context) { return run(*arguments, context); };
 }

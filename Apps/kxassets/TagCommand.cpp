@@ -82,8 +82,8 @@ ExitCode run(const Arguments &arguments, Context &context)
         }
         if (kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid)) {
             all.append(describe(*library, *saved));
-            rows.push_back({uuid, saved->name(),
-                            saved->data(kxAssetCategory::getTagsColumn(), Qt::DisplayRole).toString().toStdString()});
+            rows.push_back(
+                {uuid, saved->name(), kxAssetLibrary::tagsOf(*saved).join(QStringLiteral(", ")).toStdString()});
         }
     }
     if (context.options.isJson)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxPreviewImageLoader.h"
 
+#include "Assets/Internal/HandOver.h"
 #include "Assets/Internal/kxLoadImage.h"
 
 #include <QCoreApplication>
@@ -54,11 +55,13 @@ void kxPreviewImageLoader::loadImageFromDir(const QUrl &directory)
     connect(task.get(), &kxLoadImage::finished, this, &kxPreviewImageLoader::previewReady);
     _pending.emplace(directory, image.release());
     // The pool owns the task from here on.
+    kxAssetsInternal::handOver(task.get());
     QThreadPool::globalInstance()->start(task.release(), NormalPriority);
 }
 
 void kxPreviewImageLoader::previewReady(const QUrl &directory, QImage *image)
 {
+    kxAssetsInternal::takeOver(image);
     // Forgotten only afterwards: while it is being announced, the directory still counts as loading.
     if (image) {
         if (image->isNull())

@@ -67,6 +67,8 @@ const std::vector<ThirdParty> &thirdParties()
         {"the standard library", "[a-z_0-9]+", EveryLayer, Where::Anywhere, ""},
         {"POSIX", "(cxxabi|dirent|dlfcn|fcntl|poll|pthread|pty|pwd|signal|spawn|unistd)\\.h|(sys|linux)/[a-z_]+\\.h",
          EveryLayer, Where::InsideOnly, "the standard library in headers"},
+        {"the sanitizers", "sanitizer/[a-z_]+\\.h", EveryLayer, Where::InsideOnly,
+         "nothing: no interface depends on them"},
         {"the processor's intrinsics",
          "[a-z]*mmintrin\\.h|immintrin\\.h",
          {"Rendering", "Kernel", "SceneGraph"},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/Internal/kxLoadImage.h"
 
+#include "Assets/Internal/HandOver.h"
 #include "Assets/kxUrlManager.h"
 #include "SceneGraph/ExternalThread.h"
 
@@ -25,9 +26,11 @@ kxLoadImage::kxLoadImage(const QUrl &directory, QImage *image) : _directory(dire
 
 void kxLoadImage::run()
 {
+    kxAssetsInternal::takeOver(this);
     if (const kxUrlManager *manager = kxUrlManager::getUrlManager(_directory)) {
         const KnownThread known;
         manager->loadImageFromDir(_directory, _image);
     }
+    kxAssetsInternal::handOver(_image);
     emit finished(_directory, _image);
 }

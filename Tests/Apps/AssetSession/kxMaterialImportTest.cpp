@@ -179,3 +179,37 @@ TEST_F(kxMaterialImportTest, EndsWhenAsked)
 
     EXPECT_THAT(outcome.saved, SizeIs(1));
 }
+
+TEST_F(kxMaterialImportTest, PutsDescribedMaterialsIntoTheirFolders)
+{
+    const std::string file = _folder.write(
+        "my.materials.json", R"({"materials": [{"name": "Oak", "folder": "Wood"}, {"name": "Tin", "folder": "Metal"},
+                                {"name": "Both", "switch": ["Oak", "Tin"]}]})");
+
+    const auto first = import(file);
+    const auto again = import(file);
+
+    EXPECT_THAT(first.failures, IsEmpty());
+    ASSERT_THAT(first.saved, SizeIs(3));
+    EXPECT_TRUE(_folder.contains("lib/Wood/MAT_Oak"));
+    EXPECT_TRUE(_folder.contains("lib/Metal/MAT_Tin"));
+    EXPECT_TRUE(_folder.contains("lib/MAT_Both"));
+    ASSERT_THAT(again.saved, SizeIs(3));
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_TRUE(again.saved[i].isUpdate);
+        EXPECT_EQ(again.saved[i].uuid, first.saved[i].uuid);
+    }
+}
+
+TEST_F(kxMaterialImportTest, KeepsDescribedMaterialsInsideTheLibrary)
+{
+    const std::string file = _folder.write(
+        "my.materials.json", R"({"materials": [{"name": "Out", "folder": "../elsewhere"}, {"name": "In"}]})");
+
+    const auto outcome = import(file);
+
+    ASSERT_THAT(outcome.failures, SizeIs(1));
+    EXPECT_THAT(outcome.failures[0], HasSubstr("is not inside the library"));
+    ASSERT_THAT(outcome.saved, SizeIs(1));
+    EXPECT_FALSE(_folder.contains("elsewhere"));
+}

@@ -21,7 +21,6 @@ namespace {
 
 using namespace osg;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// A gradient without symmetry, so that a flip or a swap of channels shows; the alpha reaches 0.
 FCRef<Image> makeGradient(std::uint32_t channels, PixelType type)

@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <array>
+#include <bit>
+#include <cstdint>
 #include <limits>
 
 namespace {
@@ -44,7 +46,8 @@ TEST(TransformTest, KeepsAMatrixBitForBit)
         transform->setMatrix(matrix);
     }
 
-    EXPECT_EQ(std::memcmp(&transform->getMatrix(), &matrix, sizeof matrix), 0);
+    using Bits = std::array<std::uint64_t, 16>; // a NaN equals nothing
+    EXPECT_EQ(std::bit_cast<Bits>(transform->getMatrix()), std::bit_cast<Bits>(matrix));
 }
 
 } // namespace
