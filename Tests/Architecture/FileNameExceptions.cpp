@@ -45,6 +45,7 @@ const std::vector<NameException> &sourcesWithoutHeader()
         {"Apps/kxassets/TagCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/VerifyCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Tests/Host/Kernel/ServiceTestLibrary.cpp", "a library that tests load and unload"},
+        {"Tests/Install/Consumer/backEnd.cpp", "a foreign program"},
         {"Tests/Install/Consumer/use.cpp", "a foreign program"},
         {"Tests/Support/EditAuditProbe.cpp", "a program of one test that has to fail"},
     };

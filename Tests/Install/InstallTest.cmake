@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-# Given an installed and then moved package, when a foreign project finds and uses it, then it builds and runs.
+# Given an installed and then moved package, when a foreign project finds it, then its programs and its storage back-end build and run.
 
 string(RANDOM LENGTH 12 suffix)
 if(DEFINED ENV{TMPDIR})
@@ -44,4 +44,9 @@ foreach(library IN LISTS library_list)
     message(FATAL_ERROR "use${library} wrote: ${output}")
   endif()
 endforeach()
+run("${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen "${folder}/build/backEnd")
+if(NOT output MATCHES "Red\n$")
+  file(REMOVE_RECURSE "${folder}")
+  message(FATAL_ERROR "backEnd wrote: ${output}")
+endif()
 file(REMOVE_RECURSE "${folder}")
