@@ -48,7 +48,7 @@ osg::Result<std::vector<kxMaterialDescription::Described>> kxMaterialDescription
         return failure(list.reason());
     kxAssetSessionInternal::DescribedMaterials materials(QFileInfo(path).absoluteDir());
     std::vector<Described> result;
-    for (const QJsonValue &entry : list.value()) {
+    for (const QJsonValue entry : list.value()) {
         const osg::Result<Described> made = materials.make(entry.toObject());
         if (!made)
             return failure(made.reason());

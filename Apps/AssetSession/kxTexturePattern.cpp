@@ -133,7 +133,9 @@ osg::FCRef<osg::Image> kxTexturePattern::drawNormals() const
         for (int x = 0; x < _size; ++x)
             places.push_back(atPixel(x, y));
     const auto place = [this, &places](int x, int y) -> const Place & {
-        return places[static_cast<std::size_t>((y + _size) % _size * _size + (x + _size) % _size)];
+        const auto row = static_cast<std::size_t>((y + _size) % _size);
+        const auto column = static_cast<std::size_t>((x + _size) % _size);
+        return places[row * static_cast<std::size_t>(_size) + column];
     };
     const float perDifference = 0.5F * static_cast<float>(_size) * _depth; // of two pixels' heights
     return draw(3, [&](int x, int y, std::uint8_t *pixel) {

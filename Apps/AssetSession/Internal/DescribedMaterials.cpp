@@ -86,7 +86,7 @@ osg::Result<void> addTags(const osg::MaterialPtr &material, const QJsonValue &ta
 {
     if (!tags.isUndefined() && !tags.isArray())
         return osg::Failure{"'tags' is not a list of words"};
-    for (const QJsonValue &tag : tags.toArray()) {
+    for (const QJsonValue tag : tags.toArray()) {
         const QString text = tag.toString();
         if (text.isEmpty() || text.contains(QLatin1Char(' ')))
             return osg::Failure{"'tags' is not a list of words"};
@@ -136,7 +136,7 @@ DescribedMaterials::Made DescribedMaterials::makeComposite(const QJsonObject &de
             return osg::Failure{quoted(other) + " is not known for a " + key};
     if (parts.isEmpty())
         return osg::Failure{std::string("'") + key + "' is not a list of names"};
-    for (const QJsonValue &part : parts) {
+    for (const QJsonValue part : parts) {
         const auto made = _made.find(part.toString().toStdString());
         if (made == _made.end())
             return osg::Failure{"there is no material " + quoted(part.toString()) + " before it"};

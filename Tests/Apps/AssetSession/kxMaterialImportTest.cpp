@@ -33,8 +33,8 @@ protected:
         std::string library;
         std::string model = "mtllib paint.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\n";
         for (const auto &[name, color] : materials) {
-            library += "newmtl " + name + "\nKd " + color + "\n";
-            model += "usemtl " + name + "\nf 1 2 3\n";
+            library.append("newmtl ").append(name).append("\nKd ").append(color).append("\n");
+            model.append("usemtl ").append(name).append("\nf 1 2 3\n");
         }
         _folder.write(path + "/paint.mtl", library);
         return _folder.write(path + "/paint.obj", model);
