@@ -91,9 +91,12 @@ build() {
     fi
 }
 
+# build_release TESTS [TARGET...]; TESTS is ON or OFF: who only runs the programs needs no test library.
 build_release() {
+    local tests=$1
+    shift
     step "Configuring $release_folder"
-    configure "$release_folder" -DCMAKE_BUILD_TYPE=Release || return
+    configure "$release_folder" -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING="$tests" || return
     step "Building $release_folder with $jobs jobs"
     build "$release_folder" "$@" || fail "the build failed"
 }

@@ -792,6 +792,26 @@ TEST_F(kxMaterialAssetItemLoadingTest, KeepsTheIntensityInEveryOtherCase)
             << each.stored << " " << each.expected << " " << each.present;
 }
 
+TEST_F(kxMaterialAssetItemLoadingTest, KeepsTheIntensityWhereNoPhotometricStateIsStored)
+{
+    const Owned surface = makeSurface("Dark");
+    setGlow(surface, {1, 1, 1, 0});
+    const std::string uuid = store(surface);
+    // A payload that gives off light, though its description says nothing about the unit.
+    setGlow(surface, {0.5F, 0.25F, 1, 4});
+    ASSERT_TRUE(kxFileIO::saveMaterial(surface, _folder.file("MAT_Dark/Dark.osb").c_str(), false));
+
+    for (const bool isPhotometric : {true, false}) {
+        photometric(isPhotometric);
+        item(uuid)->setExpectedPhotometricState(isPhotometric ? Photometric : NonPhotometric);
+
+        ASSERT_TRUE(item(uuid)->loadMaterial());
+
+        EXPECT_EQ(item(uuid)->getPhotometricState(), Unknown) << "not read from what was loaded";
+        EXPECT_EQ(glowOf(item(uuid)->getMaterial()), (osg::Color4f{0.5F, 0.25F, 1, 4})) << isPhotometric;
+    }
+}
+
 TEST_F(kxMaterialAssetItemLoadingTest, AdjustsNoSurfaceWithoutLight)
 {
     const Owned surface = makeSurface("Dark");
