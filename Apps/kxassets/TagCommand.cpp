@@ -3,6 +3,7 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Kernel/kxMaterialTags.h"
+#include "Kernel/kxMaterials.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/TagAttachment.h"
 #include "kxassets/Command.h"
@@ -54,6 +55,9 @@ std::string retag(kxMaterialAssetItem &item, const Arguments &arguments)
     const QUrl folder = item.parentDirectoryUrl();
     if (!item.loadMaterial())
         return "'" + name + "' cannot be loaded; 'kxassets verify' tells more";
+    // What cannot be loaded of a composite is left out, and would be gone for good.
+    if (kxMaterials::getSubMaterials(item.getMaterial()).size() != item.subMaterialUUIDs().size())
+        return "'" + name + "' cannot be loaded as a whole; 'kxassets verify' tells more";
     edit(item.getMaterial(), arguments);
     // The item is replaced in the registry, and not to be used afterwards.
     if (item.save(folder))

@@ -191,6 +191,16 @@ QString kxLocalUrlManager::getUniqueDirectoryName(const QUrl &url, const QString
     return names.current();
 }
 
+/// Whether the registry knows the asset to be stored there, and nothing that can be read says otherwise: without this a disk
+/// that fails for a moment would give the asset a second directory.
+bool kxLocalUrlManager::isUnreadableHome(const QUrl &directory, kxAssetItem &item) const
+{
+    kxAssetItem *registered = kxAssetItemFactory::the().findItem(item.uuid());
+    if (!registered || !isSameDirectory(registered->directoryUrl(), directory))
+        return false;
+    return !containsItems(directory, Undefined) || containsItem(directory, item.category(), item.uuid());
+}
+
 QUrl kxLocalUrlManager::makeUniqueDirectory(const QUrl &url, const QString &name, kxAssetItem *item)
 {
     if (url.toLocalFile().isEmpty())
@@ -199,7 +209,7 @@ QUrl kxLocalUrlManager::makeUniqueDirectory(const QUrl &url, const QString &name
     UniqueNames names(name, getNumberSuffix(name));
     for (; isTaken(directory, names.current()); names.advance()) {
         QUrl existing = QUrl::fromLocalFile(directory.absoluteFilePath(names.current()));
-        if (item && containsItem(existing, item->category(), item->uuid())) {
+        if (item && (containsItem(existing, item->category(), item->uuid()) || isUnreadableHome(existing, *item))) {
             printLine("[makeUniqueDirectory] - contains item with same uuid");
             return existing;
         }

@@ -83,6 +83,7 @@ protected:
 private:
     static QDir getDir(const QUrl &url);
     static bool ensureDirectoryExists(const QUrl &url);
+    bool isUnreadableHome(const QUrl &directory, kxAssetItem &item) const;
     void saveImageFile(const QString &basePath, const osg::ImagePtr &image) const;
 
     kxLocalUrlManager &self() const { return const_cast<kxLocalUrlManager &>(*this); }

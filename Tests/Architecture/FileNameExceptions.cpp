@@ -55,6 +55,7 @@ const std::vector<NameException> &sourcesWithoutHeader()
 const std::vector<NameException> &testsOfCapabilities()
 {
     static const std::vector<NameException> table = {
+        {"Tests/Apps/AssetSession/FaultLoopTest.cpp", "everything that writes, while the disk fails"},
         {"Tests/Apps/kxassets/LibraryRoundTripTest.cpp",
          "the whole way of a material, through many runs of the program"},
         {"Tests/Architecture/FileTextTest.cpp", "reads the text of every file, which is no class"},
