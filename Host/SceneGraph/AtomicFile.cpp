@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SceneGraph/AtomicFile.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,7 +13,10 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
+#include <memory>
 #include <random>
+#include <string_view>
 #include <utility>
 
 namespace osg {
@@ -73,11 +78,44 @@ std::string resolveLinks(std::string path)
     return {};
 }
 
+constexpr std::string_view SiblingStart = ".kx-";
+constexpr std::string_view SiblingEnd = ".part";
+constexpr std::size_t SiblingDigits = 16;
+
+bool isSiblingName(std::string_view name)
+{
+    return name.size() == SiblingStart.size() + SiblingDigits + SiblingEnd.size() && name.starts_with(SiblingStart) &&
+           name.ends_with(SiblingEnd);
+}
+
+/// Removes the file when nobody has written it for a while and nobody holds it: a process holds its own until it ends.
+void removeIfAbandoned(const std::string &path)
+{
+    constexpr std::time_t WhileSeconds = 60; // far longer than from the making of a file to holding it
+    struct stat status = {};
+    if (::lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        std::time(nullptr) - status.st_mtime < WhileSeconds)
+        return;
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (file.isOpen() && ::flock(file.number(), LOCK_EX | LOCK_NB) == 0)
+        ::unlink(path.c_str());
+}
+
+/// A process that was killed while it wrote has left its sibling behind.
+void removeAbandonedSiblings(const std::string &folder)
+{
+    const std::unique_ptr<DIR, int (*)(DIR *)> entries(::opendir(folder.empty() ? "." : folder.c_str()), ::closedir);
+    while (const dirent *entry = entries ? ::readdir(entries.get()) : nullptr)
+        if (isSiblingName(static_cast<const char *>(entry->d_name)))
+            removeIfAbandoned(folder + static_cast<const char *>(entry->d_name));
+}
+
 /// Independent of the target's name, which may fill the whole length that a name may have.
 std::string siblingPath(const std::string &target)
 {
     std::random_device random;
     std::array<char, 32> name{};
+    static_assert(sizeof(unsigned) * 4 == SiblingDigits);
     std::snprintf(name.data(), name.size(), ".kx-%08x%08x.part", random(), random());
     return directoryOf(target) + name.data();
 }
@@ -87,6 +125,8 @@ Descriptor createSibling(const std::string &target, mode_t permissions, std::str
     for (int attempt = 0; attempt < 16; ++attempt) {
         sibling = siblingPath(target);
         const int number = ::open(sibling.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
+        if (number >= 0)
+            ::flock(number, LOCK_EX | LOCK_NB); // where a file system knows no locks, nobody removes anything
         if (number >= 0 || errno != EEXIST)
             return Descriptor(number);
     }
@@ -189,6 +229,7 @@ bool AtomicFile::Private::openRegular()
 {
     if (targetExists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         return false;
+    removeAbandonedSiblings(directoryOf(target));
     // What replaces an existing file is nobody else's to read before it has that file's permissions.
     file = createSibling(target, targetExists ? 0600 : 0666, sibling);
     if (file.isOpen()) {

@@ -16,6 +16,9 @@ namespace osg {
 /// new file, or the target is a device or pipe, the target itself is written, for a regular file in the last moment and
 /// after its space was reserved. A target without write permission is refused.
 ///
+/// What a process that was killed left beside a target is removed when the next file is written in that folder, a minute
+/// later at the earliest.
+///
 /// Texts of errors give the reason alone ("No space left on device"). Any one thread at a time.
 class KX_SCENEGRAPH_EXPORT AtomicFile
 {

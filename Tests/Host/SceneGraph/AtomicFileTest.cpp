@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -83,6 +84,12 @@ protected:
 
     std::string path(const std::string &name) const { return (_folder / name).string(); }
     const fs::path &folder() const { return _folder; }
+
+    /// As if it had been written two minutes ago.
+    void age(const std::string &name) const
+    {
+        fs::last_write_time(folder() / name, fs::file_time_type::clock::now() - std::chrono::minutes(2));
+    }
 
     void writeOld(const std::string &name, const std::string &content) const { std::ofstream(path(name)) << content; }
 
@@ -427,6 +434,46 @@ TEST_F(AtomicFileTest, FailsWhenNothingWasOpened)
 
     EXPECT_EQ(error, "Bad file descriptor");
     EXPECT_TRUE(entries().empty());
+}
+
+TEST_F(AtomicFileTest, RemovesWhatAKilledProcessLeftAMinuteAgo)
+{
+    writeOld(".kx-0123456789abcdef.part", "half");
+    age(".kx-0123456789abcdef.part");
+
+    EXPECT_EQ(replace("a.osb", "new"), "");
+
+    EXPECT_EQ(entries(), std::vector<std::string>{"a.osb"});
+}
+
+TEST_F(AtomicFileTest, LeavesWhatMayBelongToSomebody)
+{
+    writeOld(".kx-0123456789abcdef.part", "young");
+    for (const char *name : {".kx-012.part", "x.kx-0123456789abcdef.part", ".kx-0123456789abcdef.part~"}) {
+        writeOld(name, "of another name");
+        age(name);
+    }
+    fs::create_directory(folder() / ".kx-aaaaaaaaaaaaaaaa.part");
+    age(".kx-aaaaaaaaaaaaaaaa.part");
+
+    EXPECT_EQ(replace("a.osb", "new"), "");
+
+    EXPECT_EQ(entries().size(), 6U);
+}
+
+TEST_F(AtomicFileTest, LeavesWhatIsStillBeingWritten)
+{
+    std::string error;
+    osg::AtomicFile slow(path("slow.osb"));
+    ASSERT_TRUE(slow.open(error));
+    ASSERT_EQ(entries().size(), 1U);
+    age(entries()[0]);
+
+    EXPECT_EQ(replace("a.osb", "new"), "");
+
+    EXPECT_TRUE(slow.write("slow", 4));
+    EXPECT_TRUE(slow.commit(error)) << error;
+    EXPECT_EQ(content("slow.osb"), "slow");
 }
 
 } // namespace
