@@ -44,6 +44,7 @@ const std::vector<NameException> &sourcesWithoutHeader()
         {"Apps/kxassets/ShowCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/TagCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/VerifyCommand.cpp", "a sub-command, declared with all others in Command.h"},
+        {"Tests/Apps/AssetSession/SaveLoop.cpp", "a program that a test kills"},
         {"Tests/Host/Kernel/ServiceTestLibrary.cpp", "a library that tests load and unload"},
         {"Tests/Install/Consumer/backEnd.cpp", "a foreign program"},
         {"Tests/Install/Consumer/use.cpp", "a foreign program"},
@@ -55,6 +56,7 @@ const std::vector<NameException> &sourcesWithoutHeader()
 const std::vector<NameException> &testsOfCapabilities()
 {
     static const std::vector<NameException> table = {
+        {"Tests/Apps/AssetSession/KillTest.cpp", "everything that saves, while the process is killed"},
         {"Tests/Apps/AssetSession/FaultLoopTest.cpp", "everything that writes, while the disk fails"},
         {"Tests/Apps/kxassets/LibraryRoundTripTest.cpp",
          "the whole way of a material, through many runs of the program"},
