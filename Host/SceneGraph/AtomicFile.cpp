@@ -273,10 +273,17 @@ bool AtomicFile::Private::finishSibling()
 {
     if (!flushBuffer() || (targetExists && !copyPermissions(file.number(), targetStatus)) || !flush(file.number()))
         return false;
+    // A failure that comes as late as the closing has to find the old content in its place; the duplicate goes on holding
+    // the file, so that nobody takes it for abandoned.
+    Descriptor held(::fcntl(file.number(), F_DUPFD_CLOEXEC, 0));
+    if (!held.isOpen() || !file.close())
+        return false;
+    file = std::move(held);
     if (::rename(sibling.c_str(), target.c_str()) != 0)
         return targetExists && forbidsNewNames(errno) && copyOverTarget();
     sibling.clear();
-    return file.close();
+    file.close();
+    return true;
 }
 
 /// Space that cannot be had is noticed before the old content is touched.

@@ -27,6 +27,8 @@
 #include <QPixmap>
 #include <QThread>
 
+#include <algorithm>
+
 using kxAssetsInternal::AssetDirectoryWriter;
 using kxAssetsInternal::DirectoryMover;
 using kxAssetsInternal::entryPath;
@@ -53,6 +55,19 @@ template <class Names> std::vector<QUrl> urlsOf(const QString &directory, const 
     for (const QString &name : names)
         urls.push_back(QUrl::fromLocalFile(beginning + name));
     return urls;
+}
+
+bool hasUnreadableMetadata(const QString &directory)
+{
+    const QDir dir(directory);
+    const QStringList names = dir.entryList({QStringLiteral("*.xml")}, QDir::Files);
+    return std::any_of(names.begin(), names.end(), [&dir](const QString &name) {
+        QFile file(dir.absoluteFilePath(name));
+        if (!file.open(QIODevice::ReadOnly))
+            return true;
+        file.readAll();
+        return file.error() != QFileDevice::NoError;
+    });
 }
 
 } // namespace
@@ -191,14 +206,15 @@ QString kxLocalUrlManager::getUniqueDirectoryName(const QUrl &url, const QString
     return names.current();
 }
 
-/// Whether the registry knows the asset to be stored there, and nothing that can be read says otherwise: without this a disk
-/// that fails for a moment would give the asset a second directory.
+/// Whether the registry knows the asset to be stored there, and a metadata file there could not be read just now: without
+/// this a disk that fails for a moment would give the asset a second directory. What can be read is believed.
 bool kxLocalUrlManager::isUnreadableHome(const QUrl &directory, kxAssetItem &item) const
 {
     kxAssetItem *registered = kxAssetItemFactory::the().findItem(item.uuid());
     if (!registered || !isSameDirectory(registered->directoryUrl(), directory))
         return false;
-    return !containsItems(directory, Undefined) || containsItem(directory, item.category(), item.uuid());
+    return hasUnreadableMetadata(directory.toLocalFile()) ||
+           containsItem(directory, item.category(), item.uuid()); // it may have been for that moment only
 }
 
 QUrl kxLocalUrlManager::makeUniqueDirectory(const QUrl &url, const QString &name, kxAssetItem *item)

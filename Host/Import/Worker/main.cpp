@@ -3,6 +3,7 @@
 #include "Import/Internal/WorkerTask.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -14,5 +15,9 @@ int main(int argc, char **argv)
         std::fputs("kx-import-worker parses foreign files for kxAssets, which starts it when it is needed.\n", stderr);
         return 2;
     }
-    return kximport::WorkerTask(*request).run();
+    const int code = kximport::WorkerTask(*request).run();
+    // The result is handed over. What the libraries' thread pools do while they are torn down could only take time, or turn a
+    // success into a crash.
+    std::fflush(nullptr);
+    std::_Exit(code);
 }

@@ -14,6 +14,9 @@
 #include "Support/CapturedOutput.h"
 #include "Support/TemporaryFolder.h"
 
+#include <QDomDocument>
+#include <QImage>
+
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -43,7 +46,7 @@ std::string nameOf(FileFaults::Kind kind)
     return "ShortWrite";
 }
 
-/// A library of two surfaces, a switch of both, and one more surface in another folder; and something done with it.
+/// A library of two surfaces, a switch of both, and two more surfaces in another folder; and something done with it.
 class FaultLoopTest : public testing::TestWithParam<FileFaults::Kind>
 {
 protected:
@@ -58,6 +61,7 @@ protected:
         _blue = kxtest::store(blue, library.folder("Paint").value());
         _choice = kxtest::store(kxtest::makeSwitch("Choice", {red, blue}), library.folder("Paint").value());
         _oak = kxtest::store(kxtest::makeSurface("Oak", Old), library.folder("More/Paint").value());
+        _otherRed = kxtest::store(kxtest::makeSurface("Red", New), library.folder("More/Paint").value());
         kxAssetItemFactory::the().deleteAllItems();
     }
 
@@ -123,7 +127,7 @@ protected:
     /// What the registry says of places is so.
     void checkRegistry()
     {
-        for (const std::string &uuid : {_red, _blue, _choice, _oak}) {
+        for (const std::string &uuid : {_red, _blue, _choice, _oak, _otherRed}) {
             kxAssetItem *registered = kxAssetItemFactory::the().findItem(uuid);
             if (!registered)
                 continue;
@@ -142,6 +146,15 @@ protected:
                 ADD_FAILURE() << finding.kind << ' ' << finding.path << ": " << finding.text;
         kxAssetItemFactory::the().deleteAllItems();
         kxAssetLibrary(QString::fromStdString(_folder.file("lib"))).open(nullptr);
+    }
+
+    /// Where the asset was found, seen from the temporary folder; "" when it was not.
+    std::string placeOf(const std::string &uuid) const
+    {
+        kxAssetItem *found = kxAssetItemFactory::the().findItem(uuid);
+        if (!found)
+            return "";
+        return fs::relative(found->directoryUrl().toLocalFile().toStdString(), _folder.file(".")).string();
     }
 
     void expectAssets(int count) { EXPECT_EQ(kxAssetItemFactory::the().itemCount(), count); }
@@ -168,6 +181,7 @@ protected:
     std::string _blue;
     std::string _choice;
     std::string _oak;
+    std::string _otherRed; ///< the same name, in the same folder as the oak
 };
 
 } // namespace
@@ -187,9 +201,9 @@ TEST_P(FaultLoopTest, SavesANewAssetWholeOrSaysThatItFailed)
             created.initFrom(green.get(), {}, true);
             isSaved = created.save(url("lib/Paint"));
         },
-        [this] {
+        [&] {
             const int count = kxAssetItemFactory::the().itemCount();
-            EXPECT_TRUE(count == 4 || count == 5) << count;
+            EXPECT_TRUE(count == 6 || (count == 5 && !isSaved)) << count;
         });
 }
 
@@ -210,7 +224,7 @@ TEST_P(FaultLoopTest, SavesAnAssetAgainOrKeepsTheOldOne)
             isSaved = stored->save(stored->parentDirectoryUrl());
         },
         [&] {
-            expectAssets(4);
+            expectAssets(5);
             const float roughness = storedRoughness(_red);
             EXPECT_TRUE(roughness == Old || roughness == New) << roughness;
             if (isSaved) {
@@ -229,7 +243,7 @@ TEST_P(FaultLoopTest, SavesACompositeAgainOrKeepsTheOldOne)
                 (void)stored->save(stored->parentDirectoryUrl());
         },
         [this] {
-            expectAssets(4);
+            expectAssets(5);
             EXPECT_EQ(item(_choice)->subMaterialUUIDs(), (std::vector{_red, _blue}));
         });
 }
@@ -239,7 +253,7 @@ TEST_P(FaultLoopTest, RenamesOrKeepsTheName)
     bool isRenamed = false;
     loop([&] { isRenamed = item(_red)->changeName(QStringLiteral("Crimson")); },
          [&] {
-             expectAssets(4);
+             expectAssets(5);
              EXPECT_EQ(item(_red)->name(), isRenamed ? "Crimson" : "Red");
          });
 }
@@ -248,24 +262,38 @@ TEST_P(FaultLoopTest, MovesAnAssetOrLeavesIt)
 {
     _mayFind = [](const kxLibraryVerifier::Finding &) { return false; };
     _registryFollows = false;
+    bool isMoved = false;
     loopAsItIs(
-        [this] {
+        [&] {
             QUrl place;
-            (void)manager().move(url("lib/Paint/MAT_Red"), url("lib/More"), place, false);
+            isMoved = manager().move(url("lib/Paint/MAT_Red"), url("lib/More"), place, false);
         },
-        [this] { expectAssets(4); });
+        [&] {
+            expectAssets(5);
+            EXPECT_EQ(placeOf(_red), isMoved ? "lib/More/MAT_Red" : "lib/Paint/MAT_Red");
+        });
 }
 
 TEST_P(FaultLoopTest, MergesFoldersWithoutLosingAnAsset)
 {
     _mayFind = [](const kxLibraryVerifier::Finding &) { return false; };
     _registryFollows = false;
+    bool isMerged = false;
     loopAsItIs(
-        [this] {
+        [&] {
             QUrl place;
-            (void)manager().move(url("lib/More/Paint"), url("lib"), place, true);
+            isMerged = manager().move(url("lib/More/Paint"), url("lib"), place, true);
         },
-        [this] { expectAssets(4); });
+        [&] {
+            expectAssets(5);
+            EXPECT_EQ(storedRoughness(_red), Old);
+            EXPECT_EQ(storedRoughness(_otherRed), New);
+            // What cannot be listed stays where it is, and no step has failed then.
+            if (isMerged && !fs::exists(_folder.file("lib/More/Paint"))) {
+                EXPECT_EQ(placeOf(_oak), "lib/Paint/MAT_Oak");
+                EXPECT_EQ(placeOf(_otherRed), "lib/Paint/MAT_Red0");
+            }
+        });
 }
 
 TEST_P(FaultLoopTest, RemovesAFolderOrSaysThatSomeOfItStays)
@@ -273,10 +301,14 @@ TEST_P(FaultLoopTest, RemovesAFolderOrSaysThatSomeOfItStays)
     bool isRemoved = false;
     // A removal goes on after a failure, and does not bring back what went.
     _mayFind = [&isRemoved](const kxLibraryVerifier::Finding &finding) {
-        return finding.path.starts_with("More/Paint/MAT_Oak") && !isRemoved;
+        return finding.path.starts_with("More/Paint/MAT_") && !isRemoved;
     };
     loopAsItIs([&] { isRemoved = manager().removeDirectory(url("lib/More")); },
-               [&] { expectAssets(isRemoved || item(_oak) == nullptr ? 3 : 4); });
+               [&] {
+                   EXPECT_EQ(fs::exists(_folder.file("lib/More")), !isRemoved);
+                   for (const std::string &uuid : {_red, _blue, _choice})
+                       EXPECT_NE(item(uuid), nullptr);
+               });
 }
 
 TEST_P(FaultLoopTest, WritesAPreviewOrKeepsTheOldOne)
@@ -286,7 +318,53 @@ TEST_P(FaultLoopTest, WritesAPreviewOrKeepsTheOldOne)
         const osg::CPEditor edit(picture.get(), osg::AllFieldMask);
         ASSERT_TRUE(picture->set(4, 4, 3, osg::PixelType::UInt8));
     }
-    loop([&] { (void)picture->write(_folder.file("lib/Paint/MAT_Red/Red.png")); }, [this] { expectAssets(4); });
+    bool isWritten = false;
+    loop([&] { isWritten = picture->write(_folder.file("lib/Paint/MAT_Red/Red.png")); },
+         [&] {
+             expectAssets(5);
+             const int width = QImage(url("lib/Paint/MAT_Red/Red.png").toLocalFile()).width();
+             EXPECT_TRUE(width == 4 || (width == 16 && !isWritten)) << width;
+         });
+}
+
+TEST_P(FaultLoopTest, WritesADocumentOrKeepsTheOldOne)
+{
+    QDomDocument document;
+    ASSERT_TRUE(manager().loadDocumentFromFile(url("pristine/Paint/MAT_Red/Red.xml"), document));
+    document.appendChild(document.createComment(QStringLiteral("again")));
+    bool isWritten = false;
+    loop([&] { isWritten = manager().saveDocumentToFile(url("lib/Paint/MAT_Red/Red.xml"), document); },
+         [&] {
+             expectAssets(5);
+             QDomDocument stored;
+             EXPECT_TRUE(manager().loadDocumentFromFile(url("lib/Paint/MAT_Red/Red.xml"), stored));
+             const bool isNew = stored.lastChild().isComment();
+             EXPECT_TRUE(isNew || !isWritten);
+         });
+}
+
+TEST_P(FaultLoopTest, SavesANewCompositeWholeOrSaysThatItFailed)
+{
+    bool isSaved = false;
+    _mayFind = [](const kxLibraryVerifier::Finding &finding) {
+        return finding.path == "Paint/MAT_Both" && finding.kind == "preview-missing";
+    };
+    loopAsItIs(
+        [&] {
+            isSaved = false;
+            if (!item(_red)->loadMaterial() || !item(_blue)->loadMaterial())
+                return;
+            const kxtest::Owned red(item(_red)->getMaterial());
+            const kxtest::Owned blue(item(_blue)->getMaterial());
+            const kxtest::Owned both = kxtest::makeSwitch("Both", {red, blue});
+            kxMaterialAssetItem created;
+            created.initFrom(both.get(), {}, true);
+            isSaved = created.save(url("lib/Paint"));
+        },
+        [&] {
+            const int count = kxAssetItemFactory::the().itemCount();
+            EXPECT_TRUE(count == 6 || (count == 5 && !isSaved)) << count;
+        });
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, FaultLoopTest,

@@ -4,10 +4,13 @@
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/uio.h>
@@ -189,6 +192,49 @@ int openat64(int folder, const char *path, int flags, ...)
     return openAtReal("openat64", folder, path, flags, mode);
 }
 
+int creat(const char *path, mode_t mode)
+{
+    return openReal("open", path, O_CREAT | O_WRONLY | O_TRUNC, mode);
+}
+
+int creat64(const char *path, mode_t mode)
+{
+    return openReal("open64", path, O_CREAT | O_WRONLY | O_TRUNC, mode);
+}
+
+FILE *fopen(const char *path, const char *mode)
+{
+    if (fails("fopen", path, needsOfOpening(mode[0] == 'r' ? 0 : O_CREAT)))
+        return nullptr;
+    return real<FILE *(*)(const char *, const char *)>("fopen")(path, mode);
+}
+
+FILE *fopen64(const char *path, const char *mode)
+{
+    if (fails("fopen", path, needsOfOpening(mode[0] == 'r' ? 0 : O_CREAT)))
+        return nullptr;
+    return real<FILE *(*)(const char *, const char *)>("fopen64")(path, mode);
+}
+
+DIR *opendir(const char *path)
+{
+    if (fails("opendir", path, Permission))
+        return nullptr;
+    return real<DIR *(*)(const char *)>("opendir")(path);
+}
+
+/// The file is closed all the same, as the system does it.
+int close(int file)
+{
+    const bool hasFailed = activePlan != nullptr && fails("close", pathOf(file), 0);
+    const int reason = errno;
+    const int result = real<int (*)(int)>("close")(file);
+    if (!hasFailed)
+        return result;
+    errno = reason;
+    return -1;
+}
+
 ssize_t read(int file, void *bytes, std::size_t size)
 {
     if (activePlan != nullptr && fails("read", pathOf(file), 0))
@@ -201,6 +247,13 @@ ssize_t pread64(int file, void *bytes, std::size_t size, off64_t offset)
     if (activePlan != nullptr && fails("pread", pathOf(file), 0))
         return -1;
     return real<ssize_t (*)(int, void *, std::size_t, off64_t)>("pread64")(file, bytes, size, offset);
+}
+
+ssize_t pread(int file, void *bytes, std::size_t size, off_t offset)
+{
+    if (activePlan != nullptr && fails("pread", pathOf(file), 0))
+        return -1;
+    return real<ssize_t (*)(int, void *, std::size_t, off_t)>("pread")(file, bytes, size, offset);
 }
 
 ssize_t write(int file, const void *bytes, std::size_t size)
@@ -218,6 +271,33 @@ ssize_t pwrite64(int file, const void *bytes, std::size_t size, off64_t offset)
         return -1;
     return real<ssize_t (*)(int, const void *, std::size_t, off64_t)>("pwrite64")(
         file, bytes, static_cast<std::size_t>(count), offset);
+}
+
+ssize_t pwrite(int file, const void *bytes, std::size_t size, off_t offset)
+{
+    const ssize_t count = writable("pwrite", file, size);
+    if (count < 0)
+        return -1;
+    return real<ssize_t (*)(int, const void *, std::size_t, off_t)>("pwrite")(file, bytes,
+                                                                              static_cast<std::size_t>(count), offset);
+}
+
+ssize_t sendfile64(int to, int from, off64_t *offset, std::size_t size) noexcept
+{
+    const ssize_t count = writable("sendfile", to, size);
+    if (count < 0)
+        return -1;
+    return real<ssize_t (*)(int, int, off64_t *, std::size_t)>("sendfile64")(to, from, offset,
+                                                                             static_cast<std::size_t>(count));
+}
+
+ssize_t copy_file_range(int from, off64_t *fromOffset, int to, off64_t *toOffset, std::size_t size, unsigned flags)
+{
+    const ssize_t count = writable("copy_file_range", to, size);
+    if (count < 0)
+        return -1;
+    return real<ssize_t (*)(int, off64_t *, int, off64_t *, std::size_t, unsigned)>("copy_file_range")(
+        from, fromOffset, to, toOffset, static_cast<std::size_t>(count), flags);
 }
 
 ssize_t writev(int file, const iovec *pieces, int count)
@@ -241,6 +321,27 @@ int fdatasync(int file)
     return real<int (*)(int)>("fdatasync")(file);
 }
 
+int fallocate(int file, int mode, off_t offset, off_t size)
+{
+    if (activePlan != nullptr && fails("fallocate", pathOf(file), Room))
+        return -1;
+    return real<int (*)(int, int, off_t, off_t)>("fallocate")(file, mode, offset, size);
+}
+
+int fallocate64(int file, int mode, off64_t offset, off64_t size)
+{
+    if (activePlan != nullptr && fails("fallocate", pathOf(file), Room))
+        return -1;
+    return real<int (*)(int, int, off64_t, off64_t)>("fallocate64")(file, mode, offset, size);
+}
+
+int ftruncate(int file, off_t size) noexcept
+{
+    if (activePlan != nullptr && fails("ftruncate", pathOf(file), Room))
+        return -1;
+    return real<int (*)(int, off_t)>("ftruncate")(file, size);
+}
+
 int ftruncate64(int file, off64_t size) noexcept
 {
     if (activePlan != nullptr && fails("ftruncate", pathOf(file), Room))
@@ -253,6 +354,13 @@ int rename(const char *from, const char *to) noexcept
     if (fails("rename", from, Room | Permission))
         return -1;
     return real<int (*)(const char *, const char *)>("rename")(from, to);
+}
+
+int renameat(int fromFolder, const char *from, int toFolder, const char *to) noexcept
+{
+    if (activePlan != nullptr && fails("rename", pathAt(fromFolder, from), Room | Permission))
+        return -1;
+    return real<int (*)(int, const char *, int, const char *)>("renameat")(fromFolder, from, toFolder, to);
 }
 
 int renameat2(int fromFolder, const char *from, int toFolder, const char *to, unsigned flags) noexcept
@@ -268,6 +376,13 @@ int link(const char *from, const char *to) noexcept
     if (fails("link", to, Room | Permission))
         return -1;
     return real<int (*)(const char *, const char *)>("link")(from, to);
+}
+
+int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags) noexcept
+{
+    if (activePlan != nullptr && fails("link", pathAt(toFolder, to), Room | Permission))
+        return -1;
+    return real<int (*)(int, const char *, int, const char *, int)>("linkat")(fromFolder, from, toFolder, to, flags);
 }
 
 int unlink(const char *path) noexcept
@@ -296,6 +411,13 @@ int mkdir(const char *path, mode_t mode) noexcept
     if (fails("mkdir", path, Room | Permission))
         return -1;
     return real<int (*)(const char *, mode_t)>("mkdir")(path, mode);
+}
+
+int mkdirat(int folder, const char *path, mode_t mode) noexcept
+{
+    if (activePlan != nullptr && fails("mkdir", pathAt(folder, path), Room | Permission))
+        return -1;
+    return real<int (*)(int, const char *, mode_t)>("mkdirat")(folder, path, mode);
 }
 
 int rmdir(const char *path) noexcept
