@@ -8,6 +8,7 @@ endif()
 set(KX_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread; empty: none")
 option(KX_COVERAGE "Count which lines are executed" OFF)
 option(KX_BENCHMARKS "Build the benchmark programs" OFF)
+option(KX_FUZZERS "Build the programs that feed any bytes to readers; needs Clang" OFF)
 
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 # A package found in one folder is used by targets of other folders.
