@@ -11,8 +11,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     static const ScratchFile file("Red.xml");
-    static const QUrl directory =
-        QUrl::fromLocalFile(QFileInfo(QString::fromStdString(file.path())).absolutePath());
+    static const QUrl directory = QUrl::fromLocalFile(QFileInfo(QString::fromStdString(file.path())).absolutePath());
     file.write(data, size);
     kxLocalUrlManager::the()->collectItems(directory, Undefined, nullptr);
     for (kxAssetItem *item : kxAssetItemFactory::the().findItems(Undefined, QUrl()))

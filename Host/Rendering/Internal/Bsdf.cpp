@@ -18,11 +18,16 @@ float schlick(float cosine)
     return c2 * c2 * c;
 }
 
+GgxAlbedo albedoOf(const GgxWidth &width, float alpha, float cosine)
+{
+    return (width.isKnown() ? width : GgxWidth(alpha)).albedo(cosine);
+}
+
 V3 sampleCosine(float u, float v)
 {
     const float r = std::sqrt(u);
-    const float phi = 2.0F * Pi * v;
-    return {r * std::cos(phi), r * std::sin(phi), std::sqrt(std::max(0.0F, 1.0F - u))};
+    const auto [cosine, sine] = turned(v);
+    return {r * cosine, r * sine, std::sqrt(std::max(0.0F, 1.0F - u))};
 }
 
 } // namespace
@@ -45,12 +50,15 @@ Bsdf::Bsdf(const SurfacePoint &point, V3 toViewer, bool isInside)
       _glass(isInside ? 1.0F : point.transparency * (1.0F - point.metalness))
 {
     _v.z = std::max(_v.z, MinCosine);
+    _lambda = _ggx.lambda(_v);
+    if (_glass >= 1.0F)
+        return; // nothing lies below the boundary
     const float r = (point.ior - 1.0F) / (point.ior + 1.0F);
     const V3 dielectric = point.specular * (r * r);
     _f0 = mix(dielectric, point.base, point.metalness);
     // What reflects nothing straight on reflects nothing at a glance either.
     _f90 = clamp01(50.0F * maxOf(_f0));
-    const GgxAlbedo albedo = ggxAlbedo(_v.z, std::sqrt(point.alphaX * point.alphaY));
+    const GgxAlbedo albedo = albedoOf(point.width, std::sqrt(point.alphaX * point.alphaY), _v.z);
     _gain = V3{1.0F, 1.0F, 1.0F} + _f0 * (1.0F / std::max(albedo.white, 0.1F) - 1.0F);
     const float dielectric90 = clamp01(50.0F * maxOf(dielectric));
     const float reflected = clamp01(albedo.of(maxOf(dielectric), dielectric90) *
@@ -58,8 +66,12 @@ Bsdf::Bsdf(const SurfacePoint &point, V3 toViewer, bool isInside)
     _diffuse = point.base * ((1.0F - point.metalness) * (1.0F - reflected));
     const float edge = 1.0F - _v.z;
     _sheen = MaxSheen * point.sheen * edge * edge * edge;
-    const float coat = point.coat * ggxAlbedo(_v.z, point.coatAlpha).of(CoatF0, 1.0F);
-    _underCoat = 1.0F - coat;
+    float coat = 0.0F;
+    if (point.coat > 0.0F) {
+        coat = point.coat * albedoOf(point.coatWidth, point.coatAlpha, _v.z).of(CoatF0, 1.0F);
+        _coatLambda = _coatGgx.lambda(_v);
+        _underCoat = 1.0F - coat;
+    }
 
     const float specular = _underCoat * (1.0F - _sheen) * albedo.of(luminance(_f0), _f90);
     const float diffuse = _underCoat * (_sheen + (1.0F - _sheen) * luminance(_diffuse));
@@ -94,16 +106,20 @@ std::pair<V3, float> Bsdf::evaluateOpaque(V3 l) const
     const float fresnel = schlick(vh);
     const float cosinePdf = l.z / Pi;
 
-    V3 value = (V3{1.0F, 1.0F, 1.0F} * _sheen + _diffuse * (1.0F - _sheen)) * cosinePdf;
-    const float shape = _ggx.density(h) * _ggx.visible(_v, l) / (4.0F * _v.z);
-    value += (_f0 * (1.0F - fresnel) + V3{1.0F, 1.0F, 1.0F} * (_f90 * fresnel)) * _gain * (shape * (1.0F - _sheen));
+    const V3 white{1.0F, 1.0F, 1.0F};
+    const float perCosine = 1.0F / (4.0F * _v.z);
+    const float density = _ggx.density(h) * perCosine;
+    V3 value = (white * _sheen + _diffuse * (1.0F - _sheen)) * cosinePdf;
+    const float shape = density / (1.0F + _lambda + _ggx.lambda(l));
+    value += (_f0 * (1.0F - fresnel) + white * (_f90 * fresnel)) * _gain * (shape * (1.0F - _sheen));
     value *= _underCoat;
-    float pdf =
-        _specularShare * _ggx.visibleDensity(_v, h) / (4.0F * vh) + (1.0F - _coatShare - _specularShare) * cosinePdf;
+    // The density of a direction is that of its visible normal, divided by four cosines towards it; the cosines cancel.
+    float pdf = _specularShare * density / (1.0F + _lambda) + (1.0F - _coatShare - _specularShare) * cosinePdf;
     if (_p.coat > 0.0F) {
-        const float coatShape = _coatGgx.density(h) * _coatGgx.visible(_v, l) / (4.0F * _v.z);
-        value += V3{1.0F, 1.0F, 1.0F} * (_p.coat * (CoatF0 + (1.0F - CoatF0) * fresnel) * coatShape);
-        pdf += _coatShare * _coatGgx.visibleDensity(_v, h) / (4.0F * vh);
+        const float coatDensity = _coatGgx.density(h) * perCosine;
+        const float coatShape = coatDensity / (1.0F + _coatLambda + _coatGgx.lambda(l));
+        value += white * (_p.coat * (CoatF0 + (1.0F - CoatF0) * fresnel) * coatShape);
+        pdf += _coatShare * coatDensity / (1.0F + _coatLambda);
     }
     return {value, pdf};
 }
@@ -121,7 +137,7 @@ std::pair<V3, float> Bsdf::evaluateGlass(V3 l) const
     const float fresnel = fresnelDielectric(vh, _eta);
     const float density = _ggx.visibleDensity(_v, h);
     const V3 lit{l.x, l.y, std::abs(l.z)};
-    const float shadowing = _ggx.visible(_v, lit) / _ggx.visible(_v);
+    const float shadowing = (1.0F + _lambda) / (1.0F + _lambda + _ggx.lambda(lit));
     if (isReflected) {
         const float pdf = fresnel * density / (4.0F * vh);
         return {V3{1.0F, 1.0F, 1.0F} * (pdf * shadowing), pdf};

@@ -24,7 +24,7 @@ public:
         float pdf = 0.0F; ///< per solid angle; 0: there is no direction
     };
 
-    /// \a isInside: the viewer is within the body, so that refraction leads out.
+    /// \a point has to live as long. \a isInside: the viewer is within the body, so that refraction leads out.
     Bsdf(const SurfacePoint &point, V3 toViewer, bool isInside);
 
     /// The value times the absolute cosine, and the density with which sample() chooses the direction.
@@ -36,7 +36,7 @@ private:
     std::pair<V3, float> evaluateOpaque(V3 l) const;
     std::pair<V3, float> evaluateGlass(V3 l) const;
 
-    SurfacePoint _p;
+    const SurfacePoint &_p;
     V3 _v;
     Ggx _ggx;
     Ggx _coatGgx;
@@ -46,6 +46,8 @@ private:
     float _f90 = 1.0F;
     V3 _gain;
     V3 _diffuse;
+    float _lambda; ///< the masking of the viewer's direction, and that of the coat
+    float _coatLambda = 0.0F;
     float _sheen = 0.0F;
     float _underCoat = 1.0F;
     float _coatShare = 0.0F; ///< probabilities of the opaque lobes; the rest is diffuse

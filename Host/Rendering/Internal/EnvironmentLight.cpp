@@ -72,11 +72,28 @@ std::optional<EnvironmentLight> fromSky(const osg::USkyEnvironmentMaterial &mate
                             [&](V3 direction) { return limited(sky.radiance(rotated(direction, rotation)) * factor); });
 }
 
-/// The first sum above \a value, and what is left of it.
-std::pair<int, float> find(const float *sums, int count, float value)
+/// For equal steps of a running sum, the first index whose sum is above the step: a search that begins there takes hardly
+/// any steps. Chen and Asau, "On Generating Random Variates from an Empirical Distribution", AIIE Transactions 6(2), 1974.
+void appendGuide(std::vector<std::uint16_t> &guide, const float *sums, int count)
 {
-    const float *position = std::upper_bound(sums, sums + count, value);
-    const int i = std::min(static_cast<int>(position - sums), count - 1);
+    const float step = sums[count - 1] / static_cast<float>(count);
+    int i = 0;
+    for (int k = 0; k < count; ++k) {
+        while (i < count - 1 && sums[i] <= step * static_cast<float>(k))
+            ++i;
+        guide.push_back(static_cast<std::uint16_t>(i));
+    }
+}
+
+/// The first sum above the \a share of them all, and what is left of it.
+std::pair<int, float> find(const float *sums, const std::uint16_t *guide, int count, float share)
+{
+    const float value = share * sums[count - 1];
+    int i = guide[std::min(static_cast<int>(share * static_cast<float>(count)), count - 1)];
+    while (i > 0 && sums[i - 1] > value) // rounding may have led one too far
+        --i;
+    while (i < count - 1 && sums[i] <= value)
+        ++i;
     const float low = i > 0 ? sums[i - 1] : 0.0F;
     const float range = sums[i] - low;
     return {i, range > 0.0F ? std::clamp((value - low) / range, 0.0F, 0.99999994F) : 0.5F};
@@ -86,14 +103,15 @@ std::pair<int, float> find(const float *sums, int count, float value)
 
 std::pair<float, float> EnvironmentLight::toMap(V3 d)
 {
-    return {0.5F + std::atan2(d.x, -d.z) / (2.0F * Pi), 0.5F + std::asin(std::clamp(d.y, -1.0F, 1.0F)) / Pi};
+    return {0.5F + fastAtan2(d.x, -d.z) / (2.0F * Pi), 0.5F + fastAtan2(d.y, std::sqrt(d.x * d.x + d.z * d.z)) / Pi};
 }
 
 V3 EnvironmentLight::toDirection(float u, float v)
 {
-    const float phi = (u - 0.5F) * 2.0F * Pi;
-    const float theta = (v - 0.5F) * Pi;
-    return {std::cos(theta) * std::sin(phi), std::sin(theta), -std::cos(theta) * std::cos(phi)};
+    // Half a turn further, so that no share is negative.
+    const auto [cosine, sine] = turned(u);
+    const auto [height, width] = turned(0.5F * v);
+    return {-width * sine, -height, width * cosine};
 }
 
 std::optional<EnvironmentLight> EnvironmentLight::from(const osg::MaterialPtr &material)
@@ -118,6 +136,7 @@ EnvironmentLight::EnvironmentLight(int width, int height, const std::function<V3
     for (int y = 0; y < height; ++y) {
         const float v = (static_cast<float>(y) + 0.5F) / static_cast<float>(height);
         const float area = std::cos((v - 0.5F) * Pi);
+        _rowCosines.push_back(area);
         float sum = 0.0F;
         for (int x = 0; x < width; ++x) {
             const V3 value = radiance(toDirection((static_cast<float>(x) + 0.5F) / static_cast<float>(width), v));
@@ -128,61 +147,56 @@ EnvironmentLight::EnvironmentLight(int width, int height, const std::function<V3
         _total += sum;
         _rows.push_back(_total);
     }
+    _columnGuide.reserve(count);
+    for (int y = 0; y < height; ++y)
+        appendGuide(_columnGuide, &_columns[static_cast<std::size_t>(y) * static_cast<std::size_t>(width)], width);
+    appendGuide(_rowGuide, _rows.data(), height);
 }
 
-std::pair<int, int> EnvironmentLight::pixelOf(V3 direction) const
+V3 EnvironmentLight::between(float x, float y) const
 {
-    const auto [u, v] = toMap(direction);
-    return {std::clamp(static_cast<int>(u * static_cast<float>(_width)), 0, _width - 1),
-            std::clamp(static_cast<int>(v * static_cast<float>(_height)), 0, _height - 1)};
+    // Moved by a whole pixel, so that cutting off the fraction rounds down.
+    const int left = static_cast<int>(x + 0.5F) - 1;
+    const int below = static_cast<int>(y + 0.5F) - 1;
+    const float fx = x - 0.5F - static_cast<float>(left);
+    const float fy = y - 0.5F - static_cast<float>(below);
+    const int x0 = left < 0 ? _width - 1 : std::min(left, _width - 1);
+    const int x1 = left + 1 >= _width ? 0 : left + 1;
+    const int y0 = std::clamp(below, 0, _height - 1);
+    const int y1 = std::min(below + 1, _height - 1);
+    return mix(mix(texel(x0, y0), texel(x1, y0), fx), mix(texel(x0, y1), texel(x1, y1), fx), fy);
 }
 
-V3 EnvironmentLight::texel(int x, int y) const
+float EnvironmentLight::pdf(int x, int y, float cosine) const
 {
-    const int wrappedX = (x % _width + _width) % _width;
-    const int clampedY = std::clamp(y, 0, _height - 1);
-    return _pixels[static_cast<std::size_t>(clampedY) * static_cast<std::size_t>(_width) +
-                   static_cast<std::size_t>(wrappedX)];
-}
-
-V3 EnvironmentLight::radiance(V3 direction) const
-{
-    const auto [u, v] = toMap(direction);
-    const float x = u * static_cast<float>(_width) - 0.5F;
-    const float y = v * static_cast<float>(_height) - 0.5F;
-    const int x0 = static_cast<int>(std::floor(x));
-    const int y0 = static_cast<int>(std::floor(y));
-    const float fx = x - static_cast<float>(x0);
-    const float fy = y - static_cast<float>(y0);
-    return mix(mix(texel(x0, y0), texel(x0 + 1, y0), fx), mix(texel(x0, y0 + 1), texel(x0 + 1, y0 + 1), fx), fy);
-}
-
-float EnvironmentLight::pdf(V3 direction) const
-{
-    if (!(_total > 0.0F))
+    if (!(_total > 0.0F) || cosine < 1e-5F)
         return 0.0F;
-    const auto [x, y] = pixelOf(direction);
-    const float cosine = std::sqrt(std::max(0.0F, 1.0F - direction.y * direction.y));
-    if (cosine < 1e-5F)
-        return 0.0F;
-    const float v = (static_cast<float>(y) + 0.5F) / static_cast<float>(_height);
-    const float weight = luminance(texel(x, y)) * std::cos((v - 0.5F) * Pi);
+    const float weight = luminance(texel(x, y)) * _rowCosines[static_cast<std::size_t>(y)];
     return weight / _total * static_cast<float>(_width) * static_cast<float>(_height) / (2.0F * Pi * Pi * cosine);
+}
+
+EnvironmentLight::Arrival EnvironmentLight::lookUp(V3 direction) const
+{
+    const auto [u, v] = toMap(direction);
+    const float x = clamp01(u) * static_cast<float>(_width);
+    const float y = clamp01(v) * static_cast<float>(_height);
+    const float cosine = std::sqrt(std::max(0.0F, 1.0F - direction.y * direction.y));
+    return {between(x, y),
+            pdf(std::min(static_cast<int>(x), _width - 1), std::min(static_cast<int>(y), _height - 1), cosine)};
 }
 
 EnvironmentLight::Sample EnvironmentLight::sample(float u, float v) const
 {
-    Sample sample;
     if (!(_total > 0.0F))
-        return sample;
-    const auto [y, fy] = find(_rows.data(), _height, v * _total);
-    const float *columns = &_columns[static_cast<std::size_t>(y) * static_cast<std::size_t>(_width)];
-    const auto [x, fx] = find(columns, _width, u * columns[_width - 1]);
-    sample.direction = toDirection((static_cast<float>(x) + fx) / static_cast<float>(_width),
-                                   (static_cast<float>(y) + fy) / static_cast<float>(_height));
-    sample.pdf = pdf(sample.direction);
-    sample.radiance = radiance(sample.direction);
-    return sample;
+        return {};
+    const auto [y, fy] = find(_rows.data(), _rowGuide.data(), _height, v);
+    const std::size_t row = static_cast<std::size_t>(y) * static_cast<std::size_t>(_width);
+    const auto [x, fx] = find(&_columns[row], &_columnGuide[row], _width, u);
+    const float mapX = static_cast<float>(x) + fx;
+    const float mapY = static_cast<float>(y) + fy;
+    const V3 direction = toDirection(mapX / static_cast<float>(_width), mapY / static_cast<float>(_height));
+    const float cosine = std::sqrt(std::max(0.0F, 1.0F - direction.y * direction.y));
+    return {direction, between(mapX, mapY), pdf(x, y, cosine)};
 }
 
 } // namespace kxRender

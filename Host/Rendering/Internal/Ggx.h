@@ -13,10 +13,13 @@ struct Ggx
 
     float density(V3 h) const
     {
-        const float x = h.x / alphaX;
-        const float y = h.y / alphaY;
-        const float s = x * x + y * y + h.z * h.z;
-        return 1.0F / (Pi * alphaX * alphaY * s * s);
+        // Multiplied out, so that there is a single division.
+        const float area = alphaX * alphaY;
+        const float x = h.x * alphaY;
+        const float y = h.y * alphaX;
+        const float z = h.z * area;
+        const float s = x * x + y * y + z * z;
+        return area * area * area / (Pi * s * s);
     }
     float lambda(V3 v) const
     {
@@ -38,10 +41,10 @@ struct Ggx
         const V3 t1 = planar > 1e-12F ? V3{-stretched.y, stretched.x, 0.0F} / std::sqrt(planar) : V3{1.0F, 0.0F, 0.0F};
         const V3 t2 = cross(stretched, t1);
         const float r = std::sqrt(u1);
-        const float phi = 2.0F * Pi * u2;
-        const float p1 = r * std::cos(phi);
+        const auto [cosine, sine] = turned(u2);
+        const float p1 = r * cosine;
         const float s = 0.5F * (1.0F + stretched.z);
-        const float p2 = (1.0F - s) * std::sqrt(std::max(0.0F, 1.0F - p1 * p1)) + s * r * std::sin(phi);
+        const float p2 = (1.0F - s) * std::sqrt(std::max(0.0F, 1.0F - p1 * p1)) + s * r * sine;
         const V3 n = t1 * p1 + t2 * p2 + stretched * std::sqrt(std::max(0.0F, 1.0F - p1 * p1 - p2 * p2));
         return normalize({alphaX * n.x, alphaY * n.y, std::max(1e-6F, n.z)});
     }

@@ -16,8 +16,7 @@ constexpr std::uint32_t Samples = 256;
 /// Cosine and root of alpha along the axes: both where the albedo changes fastest.
 struct Table
 {
-    std::array<float, Size * Size> white;
-    std::array<float, Size * Size> grazing;
+    std::array<GgxAlbedo, Size * Size> albedos;
 
     Table();
 };
@@ -52,8 +51,7 @@ Table::Table()
                 sumWhite += weight;
                 sumGrazing += weight * std::pow(1.0F - clamp01(dot(v, h)), 5.0F);
             }
-            white[indexOf(c, a)] = sumWhite / static_cast<float>(Samples);
-            grazing[indexOf(c, a)] = sumGrazing / static_cast<float>(Samples);
+            albedos[indexOf(c, a)] = {sumWhite / static_cast<float>(Samples), sumGrazing / static_cast<float>(Samples)};
         }
 }
 
@@ -63,23 +61,29 @@ const Table &theTable()
     return table;
 }
 
-float lookUp(const std::array<float, Size * Size> &values, float cosine, float alpha)
+GgxAlbedo mix(const GgxAlbedo &a, const GgxAlbedo &b, float t)
 {
-    const float x = std::clamp(cosine * Size - 0.5F, 0.0F, static_cast<float>(Size - 1));
-    const float y = std::clamp(std::sqrt(alpha) * Size - 0.5F, 0.0F, static_cast<float>(Size - 1));
-    const int x0 = std::min(static_cast<int>(x), Size - 2);
-    const int y0 = std::min(static_cast<int>(y), Size - 2);
-    const auto at = [&values](int cx, int cy) { return values[indexOf(cx, cy)]; };
-    const float fx = x - static_cast<float>(x0);
-    return mix(mix(at(x0, y0), at(x0 + 1, y0), fx), mix(at(x0, y0 + 1), at(x0 + 1, y0 + 1), fx),
-               y - static_cast<float>(y0));
+    return {kxRender::mix(a.white, b.white, t), kxRender::mix(a.grazing, b.grazing, t)};
 }
 
 } // namespace
 
-GgxAlbedo ggxAlbedo(float cosine, float alpha)
+GgxWidth::GgxWidth(float alpha)
 {
-    return {lookUp(theTable().white, cosine, alpha), lookUp(theTable().grazing, cosine, alpha)};
+    const float y = std::clamp(std::sqrt(alpha) * Size - 0.5F, 0.0F, static_cast<float>(Size - 1));
+    const int low = std::min(static_cast<int>(y), Size - 2);
+    _low = &theTable().albedos[indexOf(0, low)];
+    _share = y - static_cast<float>(low);
+}
+
+GgxAlbedo GgxWidth::albedo(float cosine) const
+{
+    const float x = std::clamp(cosine * Size - 0.5F, 0.0F, static_cast<float>(Size - 1));
+    const int left = std::min(static_cast<int>(x), Size - 2);
+    const GgxAlbedo *low = _low + left;
+    const GgxAlbedo *high = low + Size;
+    const float fx = x - static_cast<float>(left);
+    return mix(mix(low[0], low[1], fx), mix(high[0], high[1], fx), _share);
 }
 
 } // namespace kxRender

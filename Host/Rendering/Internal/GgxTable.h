@@ -13,6 +13,20 @@ struct GgxAlbedo
     float of(float f0, float f90) const { return f0 * (white - grazing) + f90 * grazing; }
 };
 
-GgxAlbedo ggxAlbedo(float cosine, float alpha);
+/// The place of a lobe's width in the table, found once for many directions.
+class GgxWidth
+{
+public:
+    GgxWidth() = default;
+    explicit GgxWidth(float alpha);
+
+    bool isKnown() const { return _low != nullptr; }
+    /// Expects that it is known. \a cosine: of the direction and the normal, between 0 and 1.
+    GgxAlbedo albedo(float cosine) const;
+
+private:
+    const GgxAlbedo *_low = nullptr; ///< of the width below; those of the one above follow
+    float _share = 0.0F;             ///< of the one above
+};
 
 } // namespace kxRender

@@ -3,9 +3,7 @@
 
 #include "Rendering/Internal/Film.h"
 #include "Rendering/Internal/RenderScene.h"
-#include "Rendering/Internal/Sampler.h"
 
-#include <atomic>
 #include <functional>
 
 namespace kxRender {
@@ -19,8 +17,7 @@ struct Camera
     float fieldOfView = 0.5F;
 };
 
-/// Follows light backwards from the camera: at each surface towards the environment and on in a direction of the
-/// surface's choosing, the two weighted against each other.
+/// Takes a picture of a scene.
 ///
 /// Pixels do not depend on each other, and each is the sum of its samples in their order: the picture is the same for any
 /// number of threads.
@@ -34,14 +31,6 @@ public:
 
     /// Adds samples to each pixel of the film, until all are there or \a isCancelled says so. False when cancelled.
     bool render(const Camera &camera, Film &film, int samples, const std::function<bool()> &isCancelled) const;
-
-    /// The light that arrives at \a origin from the direction, and whether anything but emptiness was seen there.
-    struct Radiance
-    {
-        V3 color;
-        float alpha = 1.0F;
-    };
-    Radiance trace(V3 origin, V3 direction, Sampler &sampler) const;
 
 private:
     const RenderScene &_scene;

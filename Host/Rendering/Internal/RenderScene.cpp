@@ -28,6 +28,26 @@ RTCRayHit rayFrom(V3 origin, V3 direction)
     return query;
 }
 
+/// Fills the rays of a packet as Embree takes them, and what it calls valid: -1 for lanes in use.
+void fill(const RayPacket &rays, RTCRay8 &packet, std::array<int, RayPacket::Size> &valid)
+{
+    for (std::size_t i = 0; i < RayPacket::Size; ++i) {
+        valid[i] = rays.areInUse[i] ? -1 : 0;
+        packet.org_x[i] = rays.origins[i].x;
+        packet.org_y[i] = rays.origins[i].y;
+        packet.org_z[i] = rays.origins[i].z;
+        packet.dir_x[i] = rays.directions[i].x;
+        packet.dir_y[i] = rays.directions[i].y;
+        packet.dir_z[i] = rays.directions[i].z;
+    }
+    std::fill_n(packet.tnear, RayPacket::Size, 0.0F);
+    std::fill_n(packet.tfar, RayPacket::Size, std::numeric_limits<float>::infinity());
+    std::fill_n(packet.time, RayPacket::Size, 0.0F);
+    std::fill_n(packet.mask, RayPacket::Size, ~0U);
+    std::fill_n(packet.id, RayPacket::Size, 0U);
+    std::fill_n(packet.flags, RayPacket::Size, 0U);
+}
+
 } // namespace
 
 RenderScene::RenderScene() : _device(rtcNewDevice(nullptr)), _scene(rtcNewScene(_device))
@@ -63,6 +83,8 @@ void RenderScene::commit()
 {
     _hasCutOuts = std::any_of(_meshes.begin(), _meshes.end(),
                               [this](const auto &mesh) { return _surfaces.hasCutOuts(mesh->layers); });
+    for (const auto &mesh : _meshes)
+        mesh->needsTangents = _surfaces.needTangents(mesh->layers);
     rtcCommitScene(_scene);
 }
 
@@ -74,15 +96,34 @@ std::optional<Hit> RenderScene::intersect(V3 origin, V3 direction) const
     rtcIntersect1(_scene, &context, &query);
     if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID)
         return std::nullopt;
-    return hitOf(query);
+    return hitOf(query.hit.geomID, query.hit.primID, query.hit.u, query.hit.v);
 }
 
-Hit RenderScene::hitOf(const RTCRayHit &query) const
+void RenderScene::intersect(const RayPacket &rays, std::array<std::optional<Hit>, RayPacket::Size> &hits) const
 {
-    const Mesh &mesh = *_meshes[query.hit.geomID];
-    const std::uint32_t *corner = &mesh.indices[std::size_t{query.hit.primID} * 3];
-    const float b1 = query.hit.u;
-    const float b2 = query.hit.v;
+    RTCRayHit8 query;
+    alignas(32) std::array<int, RayPacket::Size> valid;
+    fill(rays, query.ray, valid);
+    std::fill_n(query.hit.geomID, RayPacket::Size, RTC_INVALID_GEOMETRY_ID);
+    std::fill_n(query.hit.instID[0], RayPacket::Size, RTC_INVALID_GEOMETRY_ID);
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    if (rays.isCoherent)
+        context.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
+    rtcIntersect8(valid.data(), _scene, &context, &query);
+    for (std::size_t i = 0; i < RayPacket::Size; ++i)
+        if (rays.areInUse[i]) {
+            if (query.hit.geomID[i] == RTC_INVALID_GEOMETRY_ID)
+                hits[i].reset();
+            else
+                hits[i] = hitOf(query.hit.geomID[i], query.hit.primID[i], query.hit.u[i], query.hit.v[i]);
+        }
+}
+
+Hit RenderScene::hitOf(std::uint32_t meshIndex, std::uint32_t triangle, float b1, float b2) const
+{
+    const Mesh &mesh = *_meshes[meshIndex];
+    const std::uint32_t *corner = &mesh.indices[std::size_t{triangle} * 3];
     const float b0 = 1.0F - b1 - b2;
     const V3 p0 = mesh.positions[corner[0]];
     const V3 e1 = mesh.positions[corner[1]] - p0;
@@ -97,6 +138,8 @@ Hit RenderScene::hitOf(const RTCRayHit &query) const
             ? hit.geometricNormal
             : normalize(mesh.normals[corner[0]] * b0 + mesh.normals[corner[1]] * b1 + mesh.normals[corner[2]] * b2);
     if (mesh.coordinates.empty()) {
+        if (!mesh.needsTangents)
+            return hit;
         const Frame frame = frameAround(hit.normal);
         hit.tangent = frame.x;
         hit.bitangent = frame.y;
@@ -107,6 +150,8 @@ Hit RenderScene::hitOf(const RTCRayHit &query) const
     const auto &t2 = mesh.coordinates[corner[2]];
     hit.u = t0[0] * b0 + t1[0] * b1 + t2[0] * b2;
     hit.v = t0[1] * b0 + t1[1] * b1 + t2[1] * b2;
+    if (!mesh.needsTangents)
+        return hit;
     const float du1 = t1[0] - t0[0];
     const float dv1 = t1[1] - t0[1];
     const float du2 = t2[0] - t0[0];
@@ -123,19 +168,27 @@ Hit RenderScene::hitOf(const RTCRayHit &query) const
     return hit;
 }
 
-bool RenderScene::isBlocked(V3 origin, V3 direction) const
+void RenderScene::transmittance(const RayPacket &rays, std::array<float, RayPacket::Size> &shares) const
 {
-    RTCRay ray = rayFrom(origin, direction).ray;
+    if (_hasCutOuts) {
+        for (std::size_t i = 0; i < RayPacket::Size; ++i)
+            if (rays.areInUse[i])
+                shares[i] = cutOutTransmittance(rays.origins[i], rays.directions[i]);
+        return;
+    }
+    RTCRay8 query;
+    alignas(32) std::array<int, RayPacket::Size> valid;
+    fill(rays, query, valid);
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
-    rtcOccluded1(_scene, &context, &ray);
-    return ray.tfar < 0.0F;
+    rtcOccluded8(valid.data(), _scene, &context, &query);
+    for (std::size_t i = 0; i < RayPacket::Size; ++i)
+        if (rays.areInUse[i])
+            shares[i] = query.tfar[i] < 0.0F ? 0.0F : 1.0F;
 }
 
-float RenderScene::transmittance(V3 origin, V3 direction) const
+float RenderScene::cutOutTransmittance(V3 origin, V3 direction) const
 {
-    if (!_hasCutOuts)
-        return isBlocked(origin, direction) ? 0.0F : 1.0F;
     float through = 1.0F;
     for (int i = 0; i < MaxCutOuts; ++i) {
         const std::optional<Hit> hit = intersect(origin, direction);

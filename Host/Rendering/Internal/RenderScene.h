@@ -7,6 +7,7 @@
 
 #include <embree3/rtcore.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -22,6 +23,7 @@ struct Mesh
     std::vector<std::array<float, 2>> coordinates;
     std::vector<std::uint32_t> indices;
     SurfaceLibrary::Layers layers;
+    bool needsTangents = false; ///< of its layers
 };
 
 /// What a ray met.
@@ -30,11 +32,22 @@ struct Hit
     V3 position;
     V3 geometricNormal; ///< unit, as the triangle is wound
     V3 normal;          ///< unit, between the corners' normals
-    V3 tangent;         ///< along u; not unit, not quite perpendicular
+    V3 tangent;         ///< along u; not unit, not quite perpendicular; only where a layer needs it
     V3 bitangent;
     float u;
     float v;
     const SurfaceLibrary::Layers *layers;
+};
+
+/// Rays that are traced together.
+struct RayPacket
+{
+    static constexpr std::size_t Size = 8;
+
+    std::array<V3, Size> origins;
+    std::array<V3, Size> directions;
+    std::array<bool, Size> areInUse{};
+    bool isCoherent = false; ///< they begin and point alike
 };
 
 /// Everything that one picture needs; complete and unchanging once commit() was called, and then safe from any thread.
@@ -55,12 +68,14 @@ public:
     void commit();
 
     std::optional<Hit> intersect(V3 origin, V3 direction) const;
-    /// The share of light that comes through in this direction: surfaces stop what they do not cut out.
-    float transmittance(V3 origin, V3 direction) const;
+    /// The same for the packet's rays; what lanes that are not in use are given stays as it was.
+    void intersect(const RayPacket &rays, std::array<std::optional<Hit>, RayPacket::Size> &hits) const;
+    /// The share of light that comes through in each direction: surfaces stop what they do not cut out.
+    void transmittance(const RayPacket &rays, std::array<float, RayPacket::Size> &shares) const;
 
 private:
-    Hit hitOf(const RTCRayHit &query) const;
-    bool isBlocked(V3 origin, V3 direction) const;
+    Hit hitOf(std::uint32_t mesh, std::uint32_t triangle, float b1, float b2) const;
+    float cutOutTransmittance(V3 origin, V3 direction) const;
 
     RTCDevice _device;
     RTCScene _scene;

@@ -1,63 +1,61 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Rendering/Internal/Sampler.h"
 
+#if defined(__x86_64__) && defined(__GNUC__)
+#define KX_HAS_AVX2_CLONE 1
+#else
+#define KX_HAS_AVX2_CLONE 0
+#endif
+
 namespace kxRender {
 
-namespace {
-
-std::uint32_t reverseBits(std::uint32_t x)
+/// What the samplers are, in the order that vector instructions take.
+struct Sampler::Packet
 {
-    x = (x << 16U) | (x >> 16U);
-    x = ((x & 0x00FF00FFU) << 8U) | ((x & 0xFF00FF00U) >> 8U);
-    x = ((x & 0x0F0F0F0FU) << 4U) | ((x & 0xF0F0F0F0U) >> 4U);
-    x = ((x & 0x33333333U) << 2U) | ((x & 0xCCCCCCCCU) >> 2U);
-    return ((x & 0x55555555U) << 1U) | ((x & 0xAAAAAAAAU) >> 1U);
-}
+    std::array<std::uint32_t, PacketSize> seeds;
+    std::array<std::uint32_t, PacketSize> samples;
+    std::array<std::uint32_t, PacketSize> dimensions;
 
-/// The second dimension of Sobol's sequence; its direction numbers are rows of Pascal's triangle modulo 2.
-std::uint32_t sobolSecond(std::uint32_t index)
+    [[gnu::always_inline]] inline void draw(Numbers &first, Numbers &second) const
+    {
+        for (std::size_t i = 0; i < PacketPairs; ++i)
+            for (std::size_t k = 0; k < PacketSize; ++k) {
+                const std::uint32_t seed = seedOf(seeds[k], dimensions[k] + static_cast<std::uint32_t>(i) + 1);
+                const std::uint32_t index = reverseBits(permute(samples[k], seed));
+                first[i][k] = firstOf(index, seed);
+                second[i][k] = secondOf(index, seed);
+            }
+    }
+
+    static void drawAnywhere(const Packet &packet, Numbers &first, Numbers &second) { packet.draw(first, second); }
+#if KX_HAS_AVX2_CLONE
+    /// All of it is whole numbers, so that the pictures of all processors are the same.
+    [[gnu::target("avx2")]] static void drawByAvx2(const Packet &packet, Numbers &first, Numbers &second)
+    {
+        packet.draw(first, second);
+    }
+#endif
+    static auto best()
+    {
+#if KX_HAS_AVX2_CLONE
+        if (__builtin_cpu_supports("avx2"))
+            return &drawByAvx2;
+#endif
+        return &drawAnywhere;
+    }
+};
+
+void Sampler::next2D(const std::array<Sampler *, PacketSize> &samplers, Numbers &first, Numbers &second)
 {
-    std::uint32_t result = 0;
-    for (std::uint32_t direction = 0x80000000U; index != 0; index >>= 1U, direction ^= direction >> 1U)
-        if ((index & 1U) != 0)
-            result ^= direction;
-    return result;
-}
-
-float toUnit(std::uint32_t bits)
-{
-    return static_cast<float>(bits >> 8U) * 0x1p-24F;
-}
-
-} // namespace
-
-std::uint32_t Sampler::hash(std::uint32_t x)
-{
-    x ^= x >> 16U;
-    x *= 0x7FEB352DU;
-    x ^= x >> 15U;
-    x *= 0x846CA68BU;
-    return x ^ (x >> 16U);
-}
-
-std::uint32_t Sampler::scramble(std::uint32_t x, std::uint32_t seed)
-{
-    // Laine-Karras permutation of the reversed bits.
-    x = reverseBits(x);
-    x += seed;
-    x ^= x * 0x6C50B47CU;
-    x ^= x * 0xB82F1E52U;
-    x ^= x * 0xC7AFE638U;
-    x ^= x * 0x8D22F6E6U;
-    return reverseBits(x);
-}
-
-std::pair<float, float> Sampler::next2D()
-{
-    const std::uint32_t seed = hash(_seed + 0x9E3779B9U * ++_dimension);
-    const std::uint32_t index = scramble(_sample, seed);
-    return {toUnit(scramble(reverseBits(index), hash(seed ^ 0xA511E9B3U))),
-            toUnit(scramble(sobolSecond(index), hash(seed ^ 0x63D83595U)))};
+    static const auto draw = Packet::best();
+    Packet packet;
+    for (std::size_t k = 0; k < PacketSize; ++k) {
+        packet.seeds[k] = samplers[k]->_seed;
+        packet.samples[k] = samplers[k]->_reversedSample;
+        packet.dimensions[k] = samplers[k]->_dimension;
+        samplers[k]->_dimension += PacketPairs;
+    }
+    draw(packet, first, second);
 }
 
 } // namespace kxRender

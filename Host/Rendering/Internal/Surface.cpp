@@ -44,12 +44,12 @@ SurfaceLibrary::Layers SurfaceLibrary::add(const osg::MaterialPtr &material)
     collect(material, materials, 0);
     Layers layers{static_cast<std::uint32_t>(_surfaces.size()), 0};
     for (const osg::UBRDFMaterialPtr &layer : materials)
-        _surfaces.push_back(convert(*layer));
+        add(convert(*layer));
     if (materials.empty()) {
         Surface grey;
         grey.base = {0.5F, 0.5F, 0.5F};
         grey.specular = {1.0F, 1.0F, 1.0F};
-        _surfaces.push_back(grey);
+        add(grey);
     }
     layers.count = static_cast<std::uint32_t>(_surfaces.size()) - layers.first;
     _layersOfMaterial.emplace(material.getFieldContainerId(), layers);
@@ -72,6 +72,17 @@ void SurfaceLibrary::collect(const osg::MaterialPtr &material, std::vector<osg::
         for (const osg::MaterialPtr &pass : multi->getMaterials())
             collect(pass, layers, depth + 1);
     }
+}
+
+void SurfaceLibrary::add(Surface surface)
+{
+    surface.isUniform = surface.baseMap < 0 && surface.roughnessMap < 0 && surface.metalnessMap < 0 &&
+                        surface.transparencyMap < 0 && surface.emissionMap < 0;
+    surface.needsTangents = surface.normalMap >= 0 || surface.bumpMap >= 0 || surface.anisotropy != 0.0F;
+    textured(surface, 0.0F, 0.0F, surface.uniform);
+    surface.uniform.width = GgxWidth(std::sqrt(surface.uniform.alphaX * surface.uniform.alphaY));
+    surface.uniform.coatWidth = GgxWidth(surface.uniform.coatAlpha);
+    _surfaces.push_back(surface);
 }
 
 int SurfaceLibrary::addMap(const osg::TexturePtr &texture)
@@ -113,10 +124,23 @@ Surface SurfaceLibrary::convert(const osg::UBRDFMaterial &material)
     return s;
 }
 
-SurfacePoint SurfaceLibrary::lookUp(const Surface &s, float u, float v) const
+const SurfacePoint &SurfaceLibrary::textured(const Surface &s, float u, float v, SurfacePoint &p) const
 {
-    SurfacePoint p{s.base,      s.specular, s.transmission, s.emission,     s.opacity, 0.0F,   0.0F,
-                   s.metalness, s.coat,     0.0F,           s.transparency, s.ior,     s.sheen};
+    p = {s.base,
+         s.specular,
+         s.transmission,
+         s.emission,
+         s.opacity,
+         0.0F,
+         0.0F,
+         s.metalness,
+         s.coat,
+         0.0F,
+         s.transparency,
+         s.ior,
+         s.sheen,
+         s.roughnessMap < 0 ? s.uniform.width : GgxWidth(),
+         s.uniform.coatWidth};
     float roughness = s.roughness;
     if (const TextureMap *m = map(s.baseMap)) {
         const auto texel = m->sample(u, v);
@@ -134,12 +158,27 @@ SurfacePoint SurfaceLibrary::lookUp(const Surface &s, float u, float v) const
     p.base = {std::min(p.base.x, 1.0F), std::min(p.base.y, 1.0F), std::min(p.base.z, 1.0F)};
 
     // Burley, "Physically-Based Shading at Disney", 2012: the lobe is stretched, its mean width kept.
-    const float aspect = std::sqrt(1.0F - 0.9F * std::abs(s.anisotropy));
     const float alpha = roughness * roughness;
-    p.alphaX = std::max(MinAlpha, s.anisotropy >= 0.0F ? alpha / aspect : alpha * aspect);
-    p.alphaY = std::max(MinAlpha, s.anisotropy >= 0.0F ? alpha * aspect : alpha / aspect);
+    p.alphaX = alpha;
+    p.alphaY = alpha;
+    if (s.anisotropy != 0.0F) {
+        const float aspect = std::sqrt(1.0F - 0.9F * std::abs(s.anisotropy));
+        const float stretch = s.anisotropy > 0.0F ? 1.0F / aspect : aspect;
+        p.alphaX *= stretch;
+        p.alphaY /= stretch;
+    }
+    p.alphaX = std::max(MinAlpha, p.alphaX);
+    p.alphaY = std::max(MinAlpha, p.alphaY);
     p.coatAlpha = std::max(MinAlpha, s.coatRoughness * s.coatRoughness);
     return p;
+}
+
+bool SurfaceLibrary::needTangents(const Layers &layers) const
+{
+    bool need = false;
+    for (std::uint32_t i = 0; i < layers.count; ++i)
+        need = need || surface(layers.first + i).needsTangents;
+    return need;
 }
 
 bool SurfaceLibrary::hasCutOuts(const Layers &layers) const

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Rendering/Internal/TextureMap.h"
 
+#include "Rendering/Internal/Vector.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -24,6 +26,26 @@ int wrapped(int i, int size, std::uint32_t mode)
     if (i < 0)
         i += period;
     return i < size ? i : period - 1 - i;
+}
+
+/// The two pixels along one axis that a coordinate lies between.
+struct Neighbours
+{
+    int low;
+    int high;
+    float fraction;
+};
+
+Neighbours neighboursOf(float coordinate, int size, std::uint32_t mode)
+{
+    constexpr float Far = 1e6F; // beyond it a float holds no fraction that matters
+    const float x = std::clamp(std::clamp(coordinate, -Far, Far) * static_cast<float>(size) - 0.5F, -2e9F, 2e9F);
+    int low = static_cast<int>(x);
+    low -= static_cast<float>(low) > x ? 1 : 0;
+    const float fraction = x - static_cast<float>(low);
+    if (low >= 0 && low + 1 < size) // as nearly all are
+        return {low, low + 1, fraction};
+    return {wrapped(low, size, mode), wrapped(low + 1, size, mode), fraction};
 }
 
 float finite(float value)
@@ -87,33 +109,25 @@ std::array<float, 2> TextureMap::pixelStep() const
 
 std::array<float, 4> TextureMap::texel(int x, int y) const
 {
-    const std::size_t i = static_cast<std::size_t>(wrapped(y, _height, _wrapV)) * static_cast<std::size_t>(_width) +
-                          static_cast<std::size_t>(wrapped(x, _width, _wrapU));
+    const std::size_t i = static_cast<std::size_t>(y) * static_cast<std::size_t>(_width) + static_cast<std::size_t>(x);
     if (!_isBytes)
         return _floats[i];
     const std::uint8_t *p = &_bytes[4 * i];
-    return {_decode[p[0]], _decode[p[1]], _decode[p[2]], static_cast<float>(p[3]) / 255.0F};
+    return {_decode[p[0]], _decode[p[1]], _decode[p[2]], static_cast<float>(p[3]) * (1.0F / 255.0F)};
 }
 
 std::array<float, 4> TextureMap::sample(float u, float v) const
 {
-    constexpr float Far = 1e6F; // beyond it a float holds no fraction that matters
     const std::array<float, 2> at = mapped(finite(u), finite(v));
-    const float x = std::clamp(at[0], -Far, Far) * static_cast<float>(_width) - 0.5F;
-    const float y = std::clamp(at[1], -Far, Far) * static_cast<float>(_height) - 0.5F;
-    const float clampedX = std::clamp(x, -2e9F, 2e9F);
-    const float clampedY = std::clamp(y, -2e9F, 2e9F);
-    const int x0 = static_cast<int>(std::floor(clampedX));
-    const int y0 = static_cast<int>(std::floor(clampedY));
-    const float fx = clampedX - std::floor(clampedX);
-    const float fy = clampedY - std::floor(clampedY);
-    const auto a = texel(x0, y0);
-    const auto b = texel(x0 + 1, y0);
-    const auto c = texel(x0, y0 + 1);
-    const auto d = texel(x0 + 1, y0 + 1);
+    const Neighbours x = neighboursOf(at[0], _width, _wrapU);
+    const Neighbours y = neighboursOf(at[1], _height, _wrapV);
+    const auto a = texel(x.low, y.low);
+    const auto b = texel(x.high, y.low);
+    const auto c = texel(x.low, y.high);
+    const auto d = texel(x.high, y.high);
     std::array<float, 4> result{};
     for (std::size_t i = 0; i < 4; ++i)
-        result[i] = (a[i] * (1 - fx) + b[i] * fx) * (1 - fy) + (c[i] * (1 - fx) + d[i] * fx) * fy;
+        result[i] = mix(mix(a[i], b[i], x.fraction), mix(c[i], d[i], x.fraction), y.fraction);
     return result;
 }
 

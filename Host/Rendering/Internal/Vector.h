@@ -2,7 +2,10 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 namespace kxRender {
 
@@ -99,6 +102,57 @@ inline float clamp01(float v)
 inline bool isFinite(V3 a)
 {
     return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z);
+}
+
+/// One of two numbers without a branch: what random numbers decide, no processor foresees.
+inline float chosen(bool first, float a, float b)
+{
+    const std::uint32_t mask = first ? ~0U : 0U;
+    return std::bit_cast<float>((std::bit_cast<std::uint32_t>(a) & mask) | (std::bit_cast<std::uint32_t>(b) & ~mask));
+}
+
+/// \a sign is the sign's bit, or 0.
+inline float withFlippedSign(float v, std::uint32_t sign)
+{
+    return std::bit_cast<float>(std::bit_cast<std::uint32_t>(v) ^ sign);
+}
+
+/// Within 1e-6 of std::atan2, at a fraction of its time. Abramowitz and Stegun, "Handbook of Mathematical Functions",
+/// 4.4.49.
+inline float fastAtan2(float y, float x)
+{
+    const float ax = std::abs(x);
+    const float ay = std::abs(y);
+    const float high = std::max(ax, ay);
+    const float t = high > 0.0F ? std::min(ax, ay) / high : 0.0F;
+    const float s = t * t;
+    float a = 0.0028662257F;
+    a = a * s - 0.0161657367F;
+    a = a * s + 0.0429096138F;
+    a = a * s - 0.0752896400F;
+    a = a * s + 0.1065626393F;
+    a = a * s - 0.1420889944F;
+    a = a * s + 0.1999355085F;
+    a = a * s - 0.3333314528F;
+    a = (a * s + 1.0F) * t;
+    a = chosen(ay > ax, Pi / 2.0F - a, a);
+    a = chosen(x < 0.0F, Pi - a, a);
+    return std::copysign(a, y);
+}
+
+/// Cosine and sine of a whole turn's share between 0 and 1, within 1e-6: Taylor's series around the nearest quarter.
+inline std::array<float, 2> turned(float share)
+{
+    const float quarters = share * 4.0F;
+    const int quarter = static_cast<int>(quarters + 0.5F);
+    const float x = (quarters - static_cast<float>(quarter)) * (Pi / 2.0F);
+    const float s = x * x;
+    const float sine = x * (1.0F + s * (-1.0F / 6 + s * (1.0F / 120 + s * (-1.0F / 5040))));
+    const float cosine = 1.0F + s * (-0.5F + s * (1.0F / 24 + s * (-1.0F / 720 + s * (1.0F / 40320))));
+    const auto turns = static_cast<std::uint32_t>(quarter);
+    const bool isOdd = (turns & 1U) != 0;
+    return {withFlippedSign(chosen(isOdd, sine, cosine), ((turns + 1U) & 2U) << 30U),
+            withFlippedSign(chosen(isOdd, cosine, sine), (turns & 2U) << 30U)};
 }
 
 /// An orthonormal frame; z is the normal.
