@@ -151,28 +151,40 @@ std::pair<V3, float> Bsdf::evaluateGlass(V3 l) const
     return {tint * (pdf * shadowing), pdf};
 }
 
+/// Null where a tilted micro-facet sends light to the wrong side: it is lost there, as the shadowing says. The density of
+/// the same direction through the other boundary would be a wrong one.
+V3 Bsdf::chooseThroughGlass(float lobe, float u, float v) const
+{
+    const V3 h = _ggx.sampleVisible(_v, u, v);
+    const float vh = dot(_v, h);
+    if (lobe < fresnelDielectric(vh, _eta)) {
+        const V3 reflected = h * (2.0F * vh) - _v;
+        return reflected.z > 0.0F ? reflected : V3{};
+    }
+    const float sin2 = _eta * _eta * (1.0F - vh * vh);
+    const V3 refracted = h * (_eta * vh - std::sqrt(std::max(0.0F, 1.0F - sin2))) - _v * _eta;
+    return refracted.z < 0.0F ? refracted : V3{};
+}
+
 V3 Bsdf::chooseDirection(float lobe, float u, float v) const
 {
-    if (lobe < _glass) {
-        lobe /= _glass;
-        const V3 h = _ggx.sampleVisible(_v, u, v);
-        const float vh = dot(_v, h);
-        if (lobe < fresnelDielectric(vh, _eta))
-            return h * (2.0F * vh) - _v;
-        const float sin2 = _eta * _eta * (1.0F - vh * vh);
-        return h * (_eta * vh - std::sqrt(std::max(0.0F, 1.0F - sin2))) - _v * _eta;
-    }
+    if (lobe < _glass)
+        return chooseThroughGlass(lobe / _glass, u, v);
     lobe = (lobe - _glass) / (1.0F - _glass);
     if (lobe >= _coatShare + _specularShare)
         return sampleCosine(u, v);
     const V3 h = (lobe < _coatShare ? _coatGgx : _ggx).sampleVisible(_v, u, v);
-    return h * (2.0F * dot(_v, h)) - _v;
+    const V3 reflected = h * (2.0F * dot(_v, h)) - _v;
+    return reflected.z > 0.0F ? reflected : V3{};
 }
 
 Bsdf::Sample Bsdf::sample(float lobe, float u, float v) const
 {
     Sample sample;
-    sample.direction = normalize(chooseDirection(lobe, u, v));
+    const V3 chosen = chooseDirection(lobe, u, v);
+    if (dot(chosen, chosen) <= 0.0F)
+        return sample;
+    sample.direction = normalize(chosen);
     const auto [value, pdf] = evaluate(sample.direction);
     if (!(pdf > 1e-12F) || !isFinite(value) || !std::isfinite(pdf))
         return sample;

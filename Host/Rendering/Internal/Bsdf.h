@@ -33,6 +33,7 @@ public:
 
 private:
     V3 chooseDirection(float lobe, float u, float v) const;
+    V3 chooseThroughGlass(float lobe, float u, float v) const;
     std::pair<V3, float> evaluateOpaque(V3 l) const;
     std::pair<V3, float> evaluateGlass(V3 l) const;
 
