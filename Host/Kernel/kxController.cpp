@@ -4,9 +4,16 @@
 #include "Kernel/Internal/ModuleRegistry.h"
 #include "Kernel/Internal/UpdateGate.h"
 #include "Kernel/kxControllerNotifier.h"
+#include "Kernel/kxDefaultEnvironment.h"
+#include "Kernel/kxScenegraph.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/Switch.h"
+#include "SceneGraph/UEnvironmentSwitchMaterial.h"
 
 #include <QPointer>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace {
 
@@ -29,6 +36,39 @@ ControllerState &state()
 bool kxController::call(const std::string &name, kxMessage &message)
 {
     return kxKernelInternal::ModuleRegistry::the().call(name, message);
+}
+
+bool kxController::addToDefaultEnvironment(const osg::MaterialPtr &material, const osg::NodePtr &node, bool makeCurrent)
+{
+    const osg::UEnvironmentSwitchMaterialPtr choices = kxDefaultEnvironment::getSwitch();
+    const osg::NodePtr places = kxScenegraph::environmentGeometrySwitch();
+    const osg::SwitchPtr place = places ? osg::SwitchPtr::dcast(places->getCore()) : osg::SwitchPtr();
+    if (!choices || !place || !material)
+        return false;
+    const auto &materials = choices->getMaterials();
+    if (std::find(materials.begin(), materials.end(), material) != materials.end())
+        return false;
+
+    const std::size_t index = materials.size();
+    {
+        const osg::CPEditor edit(places, osg::Node::ChildrenFieldMask);
+        while (places->getNChildren() < index) // choices that came without a node
+            places->addChild(osg::makeNodeFor(osg::Group::create()));
+        places->insertChild(static_cast<std::int32_t>(index), node ? node : osg::makeNodeFor(osg::Group::create()));
+    }
+    {
+        const osg::CPEditor edit(choices,
+                                 osg::MultiMaterial::MaterialsFieldMask | osg::SwitchMaterial::ChoiceFieldMask);
+        choices->addMaterial(material);
+        if (makeCurrent)
+            choices->setChoice(static_cast<std::int32_t>(index));
+    }
+    if (makeCurrent) {
+        const osg::CPEditor edit(place, osg::Switch::ChoiceFieldMask);
+        place->setChoice(static_cast<std::int32_t>(index));
+    }
+    kxScenegraph::update(false);
+    return true;
 }
 
 QWidget *kxController::getMainWindow()

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxFileIO.h"
 
-#include "Kernel/kxController.h"
-#include "Kernel/kxControllerNotifier.h"
+#include "Kernel/Internal/LoadProgress.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/SceneFile.h"
@@ -11,27 +10,6 @@
 #include <QString>
 
 namespace {
-
-/// Tells views of the beginning of a load and, however it ends, of its end.
-class LoadProgress
-{
-public:
-    LoadProgress(const char *path, int progress) : _path(progress >= 0 ? QString::fromUtf8(path) : QString())
-    {
-        if (!_path.isNull())
-            emit kxController::notifier().fileLoadingStarted(_path);
-    }
-    ~LoadProgress()
-    {
-        if (!_path.isNull())
-            emit kxController::notifier().fileLoadingFinished(_path);
-    }
-    LoadProgress(const LoadProgress &) = delete;
-    LoadProgress &operator=(const LoadProgress &) = delete;
-
-private:
-    QString _path;
-};
 
 bool isEnvironmentOfBRDF(const osg::FieldContainer &owner, const osg::FieldInfo &field)
 {
@@ -54,7 +32,7 @@ std::vector<osg::FCRef<osg::Material>> materialsAmong(const osg::SceneRoots &roo
 std::vector<osg::FCRef<osg::Material>> kxFileIO::loadMaterial(const char *path, int progress, bool intoPool)
 {
     const std::string file = path ? path : "";
-    const LoadProgress shown(file.c_str(), progress);
+    const kxKernelInternal::LoadProgress shown(file.c_str(), progress);
     const osg::Result<osg::SceneRoots> roots = osg::readSceneFile(file);
     if (!roots) {
         kxLog::error("%s", roots.reason().c_str());

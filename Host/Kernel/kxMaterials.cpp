@@ -4,12 +4,14 @@
 #include "Kernel/Internal/MaterialFields.h"
 #include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/Internal/SceneIndexes.h"
+#include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxScenegraphNotifier.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/ImageAttachment.h"
 #include "SceneGraph/MultiMaterial.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/OverrideMaterialAttachment.h"
 #include "SceneGraph/UberMaterial.h"
 
 #include <algorithm>
@@ -31,6 +33,18 @@ std::vector<osg::MaterialPtr> partsOf(const osg::MaterialPtr &material, bool int
     if (!uber)
         return kxMaterials::getSubMaterials(material);
     return {uber->getBRDFMaterials().begin(), uber->getBRDFMaterials().end()};
+}
+
+void insertWithParts(const std::set<osg::MaterialPtr> &found, std::set<osg::MaterialPtr> &materials, bool intoParts)
+{
+    materials.insert(found.begin(), found.end());
+    if (!intoParts)
+        return;
+    for (const osg::MaterialPtr &material : found) {
+        std::vector<osg::MaterialPtr> parts;
+        kxMaterials::getRecursiveMaterials(material, parts, true);
+        materials.insert(parts.begin(), parts.end());
+    }
 }
 
 } // namespace
@@ -108,14 +122,43 @@ void kxMaterials::getMaterialsRecursive(const osg::NodePtr &node, std::set<osg::
         const std::vector<osg::MaterialPtr> ofCore = kxKernelInternal::assignedMaterials(core);
         assigned.insert(ofCore.begin(), ofCore.end());
     });
-    materials.insert(assigned.begin(), assigned.end());
-    if (!intoParts)
+    insertWithParts(assigned, materials, intoParts);
+}
+
+void kxMaterials::getOverrideMaterialsRecursive(const osg::NodePtr &node, std::set<osg::MaterialPtr> &materials,
+                                                bool intoParts)
+{
+    std::set<osg::MaterialPtr> found;
+    kxKernelInternal::forEachNode(node, [&found](const osg::NodePtr &current) {
+        const auto record = osg::findAttachment<osg::OverrideMaterialAttachment>(current);
+        if (record && record->getMaterial())
+            found.insert(record->getMaterial());
+    });
+    insertWithParts(found, materials, intoParts);
+}
+
+void kxMaterials::getMaterialsAndOverrideMaterials(const osg::NodePtr &node, std::set<osg::MaterialPtr> &materials,
+                                                   bool intoParts)
+{
+    getMaterialsRecursive(node, materials, intoParts);
+    getOverrideMaterialsRecursive(node, materials, intoParts);
+}
+
+void kxMaterials::setOverrideMaterial(const osg::NodePtr &node, const osg::MaterialPtr &material)
+{
+    if (!node)
         return;
-    for (const osg::MaterialPtr &material : assigned) {
-        std::vector<osg::MaterialPtr> parts;
-        getRecursiveMaterials(material, parts, true);
-        materials.insert(parts.begin(), parts.end());
+    if (!material) {
+        kxNodeUtils::removeAttachment(node, osg::OverrideMaterialAttachment::getClassType());
+        return;
     }
+    const osg::OverrideMaterialAttachmentPtr record = osg::OverrideMaterialAttachment::create();
+    {
+        const osg::CPEditor edit(record, osg::OverrideMaterialAttachment::MaterialFieldMask);
+        record->setMaterial(material);
+    }
+    const osg::CPEditor edit(node, osg::AttachmentContainer::AttachmentsFieldMask);
+    node->addAttachment(record);
 }
 
 std::vector<osg::NodePtr> kxMaterials::getNodesWithMaterial(const osg::MaterialPtr &material, const osg::NodePtr &root)

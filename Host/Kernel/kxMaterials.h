@@ -43,6 +43,15 @@ public:
     /// Adds the same to \a materials; with \a intoParts also all that they are made of, as getRecursiveMaterials() says.
     static void getMaterialsRecursive(const osg::NodePtr &node, std::set<osg::MaterialPtr> &materials, bool intoParts);
 
+    /// The materials that nodes at and below put over what is assigned there; with \a intoParts also what they are made of.
+    static void getOverrideMaterialsRecursive(const osg::NodePtr &node, std::set<osg::MaterialPtr> &materials,
+                                              bool intoParts);
+    /// Assigned and override materials together.
+    static void getMaterialsAndOverrideMaterials(const osg::NodePtr &node, std::set<osg::MaterialPtr> &materials,
+                                                 bool intoParts);
+    /// Puts a material over all that are assigned at the node and below; null takes it away.
+    static void setOverrideMaterial(const osg::NodePtr &node, const osg::MaterialPtr &material);
+
     /// The nodes at or below \a root to which the material itself is assigned, parents first.
     static std::vector<osg::NodePtr> getNodesWithMaterial(const osg::MaterialPtr &material, const osg::NodePtr &root);
 

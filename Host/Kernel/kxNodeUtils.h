@@ -35,4 +35,18 @@ public:
     /// Writes the node and all below it to a file, whole or not at all. With \a replace false an existing file is left
     /// alone and the result is false. The reason of a failure is logged for debugging only: the caller reports it.
     static bool writeNode(const osg::NodePtr &node, const char *path, bool replace);
+
+    /// Takes the attachment of this type from the node; nothing happens without one.
+    static void removeAttachment(const osg::NodePtr &node, const osg::FieldContainerType &type);
+
+    /// Appends all other nodes that share the node's core and are reachable from the scene's root, depth first.
+    static void getAllClonesInScenegraph(const osg::NodePtr &node, std::vector<osg::NodePtr> &clones);
+    /// Makes the children of every clone correspond to the node's, all the way down: missing ones are added as clones,
+    /// surplus ones removed, the order adapted, names and asset attachments carried over. The node itself, nulls and nodes
+    /// with another core are passed over.
+    static void syncCloneTrees(const osg::NodePtr &node, const std::vector<osg::NodePtr> &clones);
+
+    /// Drops, at and below \a root, synchronisation partners that are no nodes of this tree or the scene, or do not name
+    /// the node back; and records that become empty.
+    static void removeInvalidSynchronizations(const osg::NodePtr &root);
 };

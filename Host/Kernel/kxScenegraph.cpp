@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxScenegraph.h"
 
+#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/Internal/SceneDocument.h"
 #include "Kernel/Internal/SceneIndexes.h"
 #include "Kernel/Internal/UpdateGate.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxIconManager.h"
+#include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraphNotifier.h"
 #include "Kernel/kxSelectionManager.h"
+#include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/UBRDFMaterial.h"
 
@@ -54,6 +57,24 @@ void replaceDocument(std::unique_ptr<kxKernelInternal::SceneDocument> document)
     emit state().notifier.documentChanged();
 }
 
+int levelsBelow(osg::NodePtr node, const osg::NodePtr &root)
+{
+    int levels = 0;
+    for (; node && node != root; node = node->getParent())
+        ++levels;
+    return levels;
+}
+
+/// From the root down; the node itself is not among them.
+std::vector<osg::NodePtr> ancestorsOf(const osg::NodePtr &node)
+{
+    std::vector<osg::NodePtr> ancestors;
+    for (osg::NodePtr parent = node->getParent(); parent; parent = parent->getParent())
+        ancestors.push_back(parent);
+    std::reverse(ancestors.begin(), ancestors.end());
+    return ancestors;
+}
+
 bool isInPool(const osg::MaterialPtr &material, const osg::MaterialPoolPtr &pool)
 {
     return pool && material && kxKernelInternal::SceneIndexes::the().materialUsage.isUsedBy(material, pool);
@@ -91,6 +112,73 @@ osg::NodePtr kxScenegraph::getDefaultEnvironmentNode()
 osg::NodePtr kxScenegraph::getCameraNode()
 {
     return state().document ? state().document->cameraNode() : osg::NodePtr();
+}
+
+osg::NodePtr kxScenegraph::environmentGeometrySwitch()
+{
+    return state().document ? state().document->environmentGeometrySwitch() : osg::NodePtr();
+}
+
+std::vector<kxNodePtr> kxScenegraph::getAssetNodes(const osg::NodePtr &root)
+{
+    std::vector<kxNodePtr> nodes;
+    kxKernelInternal::forEachNode(root, [&nodes](const osg::NodePtr &node) {
+        if (osg::AssetAttachment::getAssetAttachment(node))
+            nodes.push_back(node);
+    });
+    return nodes;
+}
+
+std::vector<kxNodePtr> kxScenegraph::getAssetNodes(const osg::NodePtr &root, const std::string &uuid, int depth)
+{
+    std::vector<kxNodePtr> nodes = getAssetNodes(root);
+    std::erase_if(nodes, [&](const kxNodePtr &node) {
+        return osg::AssetAttachment::getAssetAttachment(node)->getUuid() != uuid ||
+               (depth >= 0 && levelsBelow(node, root) > depth);
+    });
+    return nodes;
+}
+
+void kxScenegraph::removeAssetAttachments(const std::vector<osg::NodePtr> &roots, const std::string &uuid,
+                                          bool announce)
+{
+    for (const osg::NodePtr &root : roots) {
+        std::vector<kxNodePtr> nodes = getAssetNodes(root);
+        if (!uuid.empty())
+            nodes = getAssetNodes(root, uuid, -1);
+        removeAssetReference(nodes);
+    }
+    if (announce)
+        update(false);
+}
+
+void kxScenegraph::removeAssetReference(const std::vector<osg::NodePtr> &nodes)
+{
+    for (const osg::NodePtr &node : nodes)
+        kxNodeUtils::removeAttachment(node, osg::AssetAttachment::getClassType());
+}
+
+osg::NodePtr kxScenegraph::findFirstEqualParent(const std::vector<kxNodePtr> &nodes)
+{
+    // From the root down to the parent; what all of them begin with is common.
+    std::vector<osg::NodePtr> common;
+    bool isFirst = true;
+    for (const kxNodePtr &node : nodes) {
+        if (!node)
+            continue;
+        const std::vector<osg::NodePtr> path = ancestorsOf(node);
+        if (isFirst)
+            common = path;
+        const auto end = std::mismatch(common.begin(), common.end(), path.begin(), path.end()).first;
+        common.erase(end, common.end());
+        isFirst = false;
+    }
+    return common.empty() ? osg::NodePtr() : common.back();
+}
+
+osg::Matrix kxScenegraph::getToWorld(const osg::NodePtr &node)
+{
+    return node ? node->getToWorld() : osg::Matrix();
 }
 
 osg::MaterialPoolPtr kxScenegraph::getMaterialPool()

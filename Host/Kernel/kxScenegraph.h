@@ -2,10 +2,14 @@
 #pragma once
 
 #include "Kernel/KernelExport.h"
+#include "Kernel/kxNodePtr.h"
 #include "SceneGraph/MaterialPool.h"
 #include "SceneGraph/Node.h"
 
 #include <QPixmap>
+
+#include <string>
+#include <vector>
 
 class kxScenegraphNotifier;
 
@@ -26,6 +30,25 @@ public:
     static osg::NodePtr getMaterialPoolNode();
     static osg::NodePtr getDefaultEnvironmentNode();
     static osg::NodePtr getCameraNode();
+    /// A node with a switch core below the root, whose child i belongs to choice i of the default environment switch. Null
+    /// without a document, and when it was removed.
+    static osg::NodePtr environmentGeometrySwitch();
+
+    /// The nodes at and below \a root that carry an asset attachment, depth first.
+    static std::vector<kxNodePtr> getAssetNodes(const osg::NodePtr &root);
+    /// Those of one asset, down to \a depth levels below the root; -1: all.
+    static std::vector<kxNodePtr> getAssetNodes(const osg::NodePtr &root, const std::string &uuid, int depth);
+    /// Takes the asset attachments of this UUID, or with an empty one all, from the roots and everything below. With
+    /// \a announce views are told to refresh.
+    static void removeAssetAttachments(const std::vector<osg::NodePtr> &roots, const std::string &uuid, bool announce);
+    /// Takes the asset attachments from these nodes, and not from what lies below.
+    static void removeAssetReference(const std::vector<osg::NodePtr> &nodes);
+
+    /// The deepest node that is an ancestor of all of them, none being its own; nulls do not count. Null when there is none.
+    static osg::NodePtr findFirstEqualParent(const std::vector<kxNodePtr> &nodes);
+    /// The product of the placements from the root down to and including the node; identity for null.
+    static osg::Matrix getToWorld(const osg::NodePtr &node);
+
     static osg::MaterialPoolPtr getMaterialPool();
 
     /// Puts a material into the scene's pool, which holds it from now on; false when it is there already, for null, and

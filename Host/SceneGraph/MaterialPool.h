@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "SceneGraph/Constraint.h"
 #include "SceneGraph/Group.h"
+#include "SceneGraph/LightLinkSet.h"
 #include "SceneGraph/Material.h"
 #include "SceneGraph/UberCamera.h"
 
@@ -14,6 +16,8 @@ class KX_SCENEGRAPH_EXPORT MaterialPool final : public Group
 
     OSG_MFIELD(MaterialPtr, Materials)
     OSG_MFIELD(UberCameraPtr, Cameras)
+    OSG_MFIELD(ConstraintPtr, Constraints)
+    OSG_MFIELD(LightLinkSetPtr, LightLinkSets)
 };
 
 using MaterialPoolPtr = MaterialPool::Ptr;

@@ -6,6 +6,7 @@
 #include "SceneGraph/Environment.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/Switch.h"
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
 
@@ -20,10 +21,12 @@ osg::NodePtr nodeById(std::uint32_t id)
 
 } // namespace
 
-SceneDocument::SceneDocument() : _root(osg::makeNodeFor(osg::Group::create()))
+SceneDocument::SceneDocument()
+    : _root(osg::makeNodeFor(osg::Group::create())), _sceneplateRoot(osg::makeNodeFor(osg::Group::create()))
 {
     osg::setName(_root.get(), "Root");
-    _materialPoolNode = addNode(osg::MaterialPool::create(), "Material Pool").getFieldContainerId();
+    osg::setName(_sceneplateRoot.get(), "Sceneplates");
+    _materialPoolNode = addNode(_root, osg::MaterialPool::create(), "Material Pool").getFieldContainerId();
 
     const osg::EnvironmentPtr environment = osg::Environment::create();
     const osg::MaterialPtr defaultEnvironment = makeDefaultEnvironment();
@@ -31,7 +34,9 @@ SceneDocument::SceneDocument() : _root(osg::makeNodeFor(osg::Group::create()))
         const osg::CPEditor edit(environment, osg::Environment::MaterialFieldMask);
         environment->setMaterial(defaultEnvironment);
     }
-    _defaultEnvironmentNode = addNode(environment, "Default Environment").getFieldContainerId();
+    const osg::NodePtr environments = addNode(_root, osg::Switch::create(), "Environments");
+    _environmentSwitch = environments.getFieldContainerId();
+    _defaultEnvironmentNode = addNode(environments, environment, "Default Environment").getFieldContainerId();
 
     const osg::CameraCorePtr camera = osg::CameraCore::create();
     {
@@ -39,15 +44,15 @@ SceneDocument::SceneDocument() : _root(osg::makeNodeFor(osg::Group::create()))
         camera->setCamera(osg::UberCamera::create());
     }
     osg::setName(camera->getCamera(), "Camera");
-    _cameraNode = addNode(camera, "Camera").getFieldContainerId();
+    _cameraNode = addNode(_root, camera, "Camera").getFieldContainerId();
 }
 
-osg::NodePtr SceneDocument::addNode(const osg::NodeCorePtr &core, const char *name)
+osg::NodePtr SceneDocument::addNode(const osg::NodePtr &parent, const osg::NodeCorePtr &core, const char *name)
 {
     const osg::NodePtr node = osg::makeNodeFor(core);
     osg::setName(node, name);
-    const osg::CPEditor edit(_root.get(), osg::Node::ChildrenFieldMask);
-    _root->addChild(node);
+    const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
+    parent->addChild(node);
     return node;
 }
 
@@ -72,6 +77,11 @@ osg::MaterialPtr SceneDocument::makeDefaultEnvironment()
 osg::NodePtr SceneDocument::materialPoolNode() const
 {
     return nodeById(_materialPoolNode);
+}
+
+osg::NodePtr SceneDocument::environmentGeometrySwitch() const
+{
+    return nodeById(_environmentSwitch);
 }
 
 osg::NodePtr SceneDocument::defaultEnvironmentNode() const

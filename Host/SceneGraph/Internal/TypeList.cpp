@@ -5,6 +5,7 @@
 #include "SceneGraph/Attachment.h"
 #include "SceneGraph/AttachmentContainer.h"
 #include "SceneGraph/CameraCore.h"
+#include "SceneGraph/Constraint.h"
 #include "SceneGraph/Environment.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/Geometry.h"
@@ -12,7 +13,9 @@
 #include "SceneGraph/Image.h"
 #include "SceneGraph/ImageAttachment.h"
 #include "SceneGraph/JsonAttachment.h"
+#include "SceneGraph/KeyAttachment.h"
 #include "SceneGraph/Light.h"
+#include "SceneGraph/LightLinkSet.h"
 #include "SceneGraph/Material.h"
 #include "SceneGraph/MaterialGroup.h"
 #include "SceneGraph/MaterialPool.h"
@@ -21,8 +24,12 @@
 #include "SceneGraph/NameAttachment.h"
 #include "SceneGraph/Node.h"
 #include "SceneGraph/NodeCore.h"
+#include "SceneGraph/OverrideMaterialAttachment.h"
+#include "SceneGraph/ReferenceAttachment.h"
+#include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/Switch.h"
 #include "SceneGraph/SwitchMaterial.h"
+#include "SceneGraph/SynchronizationAttachment.h"
 #include "SceneGraph/TagAttachment.h"
 #include "SceneGraph/Texture.h"
 #include "SceneGraph/Transform.h"
@@ -44,13 +51,16 @@ void registerSceneGraphTypes(FieldContainerFactory &factory)
     factory.registerType(Attachment::getClassType());
     factory.registerType(AttachmentContainer::getClassType());
     factory.registerType(CameraCore::getClassType());
+    factory.registerType(Constraint::getClassType());
     factory.registerType(Environment::getClassType());
     factory.registerType(Geometry::getClassType());
     factory.registerType(Group::getClassType());
     factory.registerType(Image::getClassType());
     factory.registerType(ImageAttachment::getClassType());
     factory.registerType(JsonAttachment::getClassType());
+    factory.registerType(KeyAttachment::getClassType());
     factory.registerType(Light::getClassType());
+    factory.registerType(LightLinkSet::getClassType());
     factory.registerType(Material::getClassType());
     factory.registerType(MaterialGroup::getClassType());
     factory.registerType(MaterialPool::getClassType());
@@ -59,12 +69,16 @@ void registerSceneGraphTypes(FieldContainerFactory &factory)
     factory.registerType(NameAttachment::getClassType());
     factory.registerType(Node::getClassType());
     factory.registerType(NodeCore::getClassType());
+    factory.registerType(OverrideMaterialAttachment::getClassType());
+    factory.registerType(ReferenceAttachment::getClassType());
+    factory.registerType(Sceneplate::getClassType());
     factory.registerType(Switch::getClassType());
     factory.registerType(SwitchMaterial::getClassType());
+    factory.registerType(SynchronizationAttachment::getClassType());
     factory.registerType(TagAttachment::getClassType());
     factory.registerType(Texture::getClassType());
-    factory.registerType(Transform::getClassType());
     factory.registerType(Transform3D::getClassType());
+    factory.registerType(Transform::getClassType());
     factory.registerType(UBRDFMaterial::getClassType());
     factory.registerType(UEnvironmentMaterial::getClassType());
     factory.registerType(UEnvironmentSwitchMaterial::getClassType());

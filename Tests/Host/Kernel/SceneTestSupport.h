@@ -71,9 +71,9 @@ protected:
         return material;
     }
 
-    static void setUuid(const osg::MaterialPtr &material, const std::string &uuid)
+    static void setUuid(const osg::AttachmentContainerPtr &container, const std::string &uuid)
     {
-        const osg::AssetAttachmentPtr asset = osg::AssetAttachment::createAssetAttachment(material);
+        const osg::AssetAttachmentPtr asset = osg::AssetAttachment::createAssetAttachment(container);
         const osg::CPEditor edit(asset, osg::AssetAttachment::UuidFieldMask);
         asset->setUuid(uuid);
     }

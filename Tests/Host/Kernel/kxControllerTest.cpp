@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxController.h"
 
+#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxControllerNotifier.h"
+#include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMessage.h"
 #include "Kernel/kxModuleBase.h"
+#include "SceneGraph/Environment.h"
+#include "SceneGraph/Switch.h"
+#include "SceneGraph/UEnvironmentSwitchMaterial.h"
+#include "SceneGraph/USkyEnvironmentMaterial.h"
 
 #include <QCoreApplication>
 #include <QSignalSpy>
@@ -276,3 +282,53 @@ TEST(kxModuleBaseTest, PassesOverAModuleThatComesDuringTheBroadcast)
 }
 
 } // namespace
+
+namespace {
+
+class kxControllerEnvironmentTest : public kxtest::SceneTest
+{
+protected:
+    static std::int32_t placeChoice()
+    {
+        return osg::SwitchPtr::dcast(kxScenegraph::environmentGeometrySwitch()->getCore())->getChoice();
+    }
+
+    osg::FCRef<osg::USkyEnvironmentMaterial> dawn{osg::USkyEnvironmentMaterial::create()};
+    osg::FCRef<osg::Node> node{osg::makeNodeFor(osg::Environment::create())};
+};
+
+} // namespace
+
+TEST_F(kxControllerEnvironmentTest, AppendsTheChoiceAndItsNode)
+{
+    const auto choices = kxDefaultEnvironment::getSwitch();
+
+    EXPECT_TRUE(kxController::addToDefaultEnvironment(dawn.get(), node.get(), false));
+
+    EXPECT_EQ(choices->getMaterial(1), dawn.get());
+    EXPECT_EQ(kxScenegraph::environmentGeometrySwitch()->getChild(1), node.get());
+    EXPECT_EQ(choices->getChoice(), 0);
+    EXPECT_EQ(placeChoice(), 0);
+    EXPECT_FALSE(kxController::addToDefaultEnvironment(dawn.get(), node.get(), true)) << "it is a choice already";
+    EXPECT_EQ(choices->getChoice(), 0);
+}
+
+TEST_F(kxControllerEnvironmentTest, MakesItCurrentOnRequest)
+{
+    EXPECT_TRUE(kxController::addToDefaultEnvironment(dawn.get(), node.get(), true));
+
+    EXPECT_EQ(kxDefaultEnvironment::getSwitch()->getChoice(), 1);
+    EXPECT_EQ(placeChoice(), 1);
+}
+
+TEST_F(kxControllerEnvironmentTest, ChangesNothingWithoutTheSwitches)
+{
+    EXPECT_FALSE(kxController::addToDefaultEnvironment(nullptr, node.get(), true));
+    remove(kxScenegraph::environmentGeometrySwitch());
+
+    EXPECT_FALSE(kxController::addToDefaultEnvironment(dawn.get(), node.get(), true));
+
+    EXPECT_FALSE(node->getParent());
+    kxScenegraph::closeDocument();
+    EXPECT_FALSE(kxController::addToDefaultEnvironment(dawn.get(), node.get(), true));
+}

@@ -3,10 +3,14 @@
 
 #include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxLogRecorder.h"
+#include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxScenegraphNotifier.h"
 #include "SceneGraph/Compare.h"
+#include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/JsonAttachment.h"
 #include "SceneGraph/MaterialGroup.h"
 #include "SceneGraph/SceneFile.h"
+#include "SceneGraph/SynchronizationAttachment.h"
 #include "Support/TemporaryFolder.h"
 
 #include <QCoreApplication>
@@ -206,6 +210,122 @@ TEST_F(kxNodeUtilsTest, FailsToWriteWithoutANodeAPathOrAFolder)
 
     EXPECT_FALSE(folder.contains("a.osb"));
     EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+std::string describe(const osg::NodePtr &node)
+{
+    std::string text = osg::getName(node);
+    for (std::size_t i = 0; i < node->getNChildren(); ++i)
+        text += (i == 0 ? "(" : " ") + describe(node->getChild(i)) + (i + 1 == node->getNChildren() ? ")" : "");
+    return text;
+}
+
+TEST_F(kxNodeUtilsTest, FindsTheOtherNodesOfACoreInTheScene)
+{
+    const auto core = osg::Group::create();
+    const osg::NodePtr node = addNode(core);
+    const osg::NodePtr clone = addNodeBelow(addNode(osg::Group::create()), core);
+    const osg::FCRef<osg::Node> outside(osg::makeNodeFor(core));
+    std::vector<osg::NodePtr> clones{node};
+
+    kxNodeUtils::getAllClonesInScenegraph(node, clones);
+
+    EXPECT_THAT(clones, ElementsAre(node, clone)) << "added to what the list held";
+    clones.clear();
+    kxNodeUtils::getAllClonesInScenegraph(nullptr, clones);
+    EXPECT_THAT(clones, IsEmpty());
+}
+
+TEST_F(kxNodeUtilsTest, BringsTheTreesOfClonesUpToDate)
+{
+    const auto core = osg::Group::create();
+    const osg::NodePtr node = addNode(core, "Car");
+    const osg::NodePtr clone = addNode(core, "Old");
+    const osg::NodePtr wheel = addNodeBelow(node, osg::Group::create(), "Wheel");
+    addNodeBelow(wheel, osg::Group::create(), "Tyre");
+    addNodeBelow(node, osg::Group::create(), "Door");
+    const osg::NodePtr surplus = addNodeBelow(clone, osg::Group::create(), "Surplus");
+    const osg::NodePtr kept = addNodeBelow(clone, node->getChild(1)->getCore(), "Kept");
+    setUuid(wheel, "wheel-uuid");
+    setUuid(kept, "stale");
+    const std::uint32_t surplusId = surplus.getFieldContainerId();
+    std::vector<osg::NodePtr> clones;
+    kxNodeUtils::getAllClonesInScenegraph(node, clones);
+
+    kxNodeUtils::syncCloneTrees(node, {nullptr, node, clones[0]});
+
+    EXPECT_EQ(describe(clone), "Car(Wheel(Tyre) Door)");
+    EXPECT_EQ(describe(node), "Car(Wheel(Tyre) Door)");
+    EXPECT_EQ(clone->getChild(1), kept) << "what fits stays, at its new place";
+    EXPECT_EQ(clone->getChild(0)->getCore(), wheel->getCore());
+    EXPECT_EQ(osg::AssetAttachment::getAssetAttachment(clone->getChild(0))->getUuid(), "wheel-uuid");
+    EXPECT_FALSE(osg::AssetAttachment::getAssetAttachment(kept));
+    EXPECT_FALSE(kxNodeUtils::getNodeFromId(surplusId));
+    const std::size_t before = osg::FieldContainerFactory::the().livingContainerCount();
+    kxNodeUtils::syncCloneTrees(node, {clone});
+    EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), before) << "nothing is left to do";
+}
+
+TEST_F(kxNodeUtilsTest, LeavesNodesOfOtherCoresAlone)
+{
+    const osg::NodePtr node = addNode(osg::Group::create(), "A");
+    addNodeBelow(node, osg::Group::create(), "B");
+    const osg::NodePtr other = addNode(osg::Group::create(), "C");
+
+    kxNodeUtils::syncCloneTrees(node, {other});
+    kxNodeUtils::syncCloneTrees(nullptr, {other});
+
+    EXPECT_EQ(describe(other), "C");
+}
+
+void synchronise(const osg::NodePtr &node, const std::vector<std::string> &partners)
+{
+    const auto record = osg::SynchronizationAttachment::create();
+    {
+        const osg::CPEditor edit(record, osg::SynchronizationAttachment::PartnersFieldMask);
+        record->editPartners() = partners;
+    }
+    const osg::CPEditor edit(node, osg::AttachmentContainer::AttachmentsFieldMask);
+    node->addAttachment(record);
+}
+
+std::vector<std::string> partnersOf(const osg::NodePtr &node)
+{
+    const auto record = osg::findAttachment<osg::SynchronizationAttachment>(node);
+    return record ? std::vector<std::string>(record->getPartners().begin(), record->getPartners().end())
+                  : std::vector<std::string>{"no record"};
+}
+
+TEST_F(kxNodeUtilsTest, DropsPartnersThatDoNotNameTheNodeBack)
+{
+    const osg::NodePtr root = addNode(osg::Group::create());
+    const osg::NodePtr a = addNodeBelow(root, osg::Group::create());
+    const osg::NodePtr b = addNodeBelow(root, osg::Group::create());
+    const osg::NodePtr c = addNodeBelow(root, osg::Group::create());
+    const std::string keyA = kxNodeKeys::make(a);
+    const std::string keyB = kxNodeKeys::make(b);
+    const std::string keyC = kxNodeKeys::make(c);
+    synchronise(a, {keyB, "nobody", keyC});
+    synchronise(b, {keyA});
+    synchronise(c, {"nobody"});
+
+    kxNodeUtils::removeInvalidSynchronizations(root);
+
+    EXPECT_EQ(partnersOf(a), std::vector{keyB});
+    EXPECT_EQ(partnersOf(b), std::vector{keyA});
+    EXPECT_EQ(partnersOf(c), std::vector<std::string>{"no record"});
+    kxNodeUtils::removeInvalidSynchronizations(nullptr);
+}
+
+TEST_F(kxNodeUtilsTest, TakesAnAttachmentAway)
+{
+    const osg::NodePtr node = addNode(osg::Group::create(), "Named");
+
+    kxNodeUtils::removeAttachment(node, osg::JsonAttachment::getClassType());
+    kxNodeUtils::removeAttachment(nullptr, osg::NameAttachment::getClassType());
+    EXPECT_EQ(osg::getName(node), "Named");
+    kxNodeUtils::removeAttachment(node, osg::NameAttachment::getClassType());
+    EXPECT_EQ(osg::getName(node), "");
 }
 
 } // namespace

@@ -7,10 +7,13 @@
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraphNotifier.h"
 #include "Kernel/kxSelectionManager.h"
+#include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/CameraCore.h"
 #include "SceneGraph/Environment.h"
 #include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/Switch.h"
 #include "SceneGraph/SwitchMaterial.h"
+#include "SceneGraph/Transform3D.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
 #include "SceneGraph/UberMaterial.h"
 
@@ -45,7 +48,11 @@ TEST_F(kxScenegraphTest, MakesAValidFreshDocument)
     EXPECT_TRUE(kxScenegraph::getMaterialPool());
     EXPECT_EQ(kxScenegraph::getCameraNode()->getParent(), root);
     EXPECT_TRUE(osg::CameraCorePtr::dcast(kxScenegraph::getCameraNode()->getCore())->getCamera());
-    EXPECT_EQ(kxScenegraph::getDefaultEnvironmentNode()->getParent(), root);
+    const osg::NodePtr environments = kxScenegraph::environmentGeometrySwitch();
+    ASSERT_TRUE(environments);
+    EXPECT_EQ(environments->getParent(), root);
+    EXPECT_TRUE(osg::SwitchPtr::dcast(environments->getCore()));
+    EXPECT_EQ(environments->getChild(0), kxScenegraph::getDefaultEnvironmentNode());
     EXPECT_FALSE(kxController::isModified());
 }
 
@@ -89,11 +96,77 @@ TEST_F(kxScenegraphTest, IsNullThroughoutWithoutADocument)
     EXPECT_FALSE(kxScenegraph::getMaterialPool());
     EXPECT_FALSE(kxScenegraph::getDefaultEnvironmentNode());
     EXPECT_FALSE(kxScenegraph::getCameraNode());
+    EXPECT_FALSE(kxScenegraph::environmentGeometrySwitch());
     EXPECT_FALSE(kxDefaultEnvironment::getDefault());
     EXPECT_FALSE(kxDefaultEnvironment::getSwitch());
     EXPECT_FALSE(kxScenegraph::addToMaterialPool(material));
     EXPECT_THAT(kxMaterials::getMaterialPoolMaterialIds(), IsEmpty());
     EXPECT_THAT(kxMaterials::getAllAssetMaterials(), IsEmpty());
+}
+
+TEST_F(kxScenegraphTest, FindsAssetNodesDepthFirst)
+{
+    const osg::NodePtr a = addNode(osg::Group::create());
+    const osg::NodePtr inA = addNodeBelow(a, osg::Group::create());
+    const osg::NodePtr deep = addNodeBelow(inA, osg::Group::create());
+    const osg::NodePtr b = addNode(osg::Group::create());
+    for (const osg::NodePtr &node : {b, deep, a})
+        setUuid(node, node == deep ? "one" : "other");
+
+    EXPECT_THAT(kxScenegraph::getAssetNodes(kxScenegraph::getRoot()), ElementsAre(a, deep, b));
+    EXPECT_THAT(kxScenegraph::getAssetNodes(a), ElementsAre(a, deep)) << "the root itself counts";
+    EXPECT_THAT(kxScenegraph::getAssetNodes(a, "one", -1), ElementsAre(deep));
+    EXPECT_THAT(kxScenegraph::getAssetNodes(a, "one", 1), IsEmpty()) << "two levels down";
+    EXPECT_THAT(kxScenegraph::getAssetNodes(a, "one", 2), ElementsAre(deep));
+    EXPECT_THAT(kxScenegraph::getAssetNodes(nullptr), IsEmpty());
+}
+
+TEST_F(kxScenegraphTest, TakesAssetAttachmentsOfOneUuidOrAll)
+{
+    const osg::NodePtr a = addNode(osg::Group::create());
+    const osg::NodePtr inA = addNodeBelow(a, osg::Group::create());
+    setUuid(a, "one");
+    setUuid(inA, "other");
+
+    kxScenegraph::removeAssetAttachments({a, nullptr}, "one", false);
+    EXPECT_THAT(kxScenegraph::getAssetNodes(a), ElementsAre(inA));
+    kxScenegraph::removeAssetAttachments({a}, "", false);
+    EXPECT_THAT(kxScenegraph::getAssetNodes(a), IsEmpty());
+
+    setUuid(a, "one");
+    setUuid(inA, "other");
+    kxScenegraph::removeAssetReference({a, nullptr});
+    EXPECT_THAT(kxScenegraph::getAssetNodes(a), ElementsAre(inA)) << "not what lies below";
+}
+
+TEST_F(kxScenegraphTest, FindsTheDeepestProperAncestorOfAll)
+{
+    const osg::NodePtr a = addNode(osg::Group::create());
+    const osg::NodePtr b = addNodeBelow(a, osg::Group::create());
+    const osg::NodePtr c = addNodeBelow(b, osg::Group::create());
+    const osg::NodePtr d = addNodeBelow(a, osg::Group::create());
+
+    EXPECT_EQ(kxScenegraph::findFirstEqualParent({c, d}), a);
+    EXPECT_EQ(kxScenegraph::findFirstEqualParent({c, b}), a) << "b is not its own ancestor";
+    EXPECT_EQ(kxScenegraph::findFirstEqualParent({c, nullptr}), b);
+    EXPECT_EQ(kxScenegraph::findFirstEqualParent({c, c}), b);
+    EXPECT_FALSE(kxScenegraph::findFirstEqualParent({c, kxScenegraph::getRoot()}));
+    EXPECT_FALSE(kxScenegraph::findFirstEqualParent({}));
+}
+
+TEST_F(kxScenegraphTest, MultipliesPlacementsDownToTheNode)
+{
+    const auto core = osg::Transform3D::create();
+    const osg::NodePtr placed = addNode(core);
+    {
+        const osg::CPEditor edit(core, osg::Transform3D::TranslationFieldMask);
+        core->setTranslation({1.0, 2.0, 3.0});
+    }
+    const osg::NodePtr below = addNodeBelow(placed, osg::Group::create());
+
+    EXPECT_EQ(kxScenegraph::getToWorld(below), core->getMatrix());
+    EXPECT_EQ(kxScenegraph::getToWorld(placed), core->getMatrix());
+    EXPECT_EQ(kxScenegraph::getToWorld(nullptr), osg::Matrix());
 }
 
 TEST_F(kxScenegraphTest, ReadsARemovedPartAsNull)

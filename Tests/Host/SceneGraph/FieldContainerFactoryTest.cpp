@@ -128,7 +128,7 @@ TEST(FieldContainerFactoryTest, KnowsEveryClassThatAHeaderDeclares)
         registered.insert(type->getCName());
 
     EXPECT_EQ(registered, declaredClasses());
-    EXPECT_EQ(registered.size(), 33U);
+    EXPECT_EQ(registered.size(), 40U);
 }
 
 struct RecordingListener final : SceneListener
