@@ -119,6 +119,11 @@ osg::NodePtr kxScenegraph::environmentGeometrySwitch()
     return state().document ? state().document->environmentGeometrySwitch() : osg::NodePtr();
 }
 
+osg::NodePtr kxScenegraph::getSceneplateRoot()
+{
+    return state().document ? state().document->sceneplateRoot() : osg::NodePtr();
+}
+
 std::vector<kxNodePtr> kxScenegraph::getAssetNodes(const osg::NodePtr &root)
 {
     std::vector<kxNodePtr> nodes;

@@ -33,6 +33,8 @@ public:
     /// A node with a switch core below the root, whose child i belongs to choice i of the default environment switch. Null
     /// without a document, and when it was removed.
     static osg::NodePtr environmentGeometrySwitch();
+    /// What holds the sceneplates; no part of the tree below the root. Null without a document.
+    static osg::NodePtr getSceneplateRoot();
 
     /// The nodes at and below \a root that carry an asset attachment, depth first.
     static std::vector<kxNodePtr> getAssetNodes(const osg::NodePtr &root);
