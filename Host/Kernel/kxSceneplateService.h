@@ -3,6 +3,9 @@
 
 #include "Kernel/KernelExport.h"
 #include "Kernel/kxBaseService.h"
+#include "Kernel/kxdObject.h"
+
+#include <QImage>
 
 /// What a module that shows the sceneplates offers to the others.
 class KX_KERNEL_EXPORT kxSceneplateService : public kxBaseService
@@ -15,4 +18,6 @@ public:
 
     /// The set of sceneplates changed: whatever shows them has to refresh.
     virtual void nodesChanged() = 0;
+    /// The plate's picture; a null image for null, for a destroyed node and for a group without content.
+    virtual QImage previewImage(const kxdNodePtr &node) = 0;
 };

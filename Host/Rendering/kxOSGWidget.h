@@ -2,6 +2,11 @@
 #pragma once
 
 #include "Rendering/RenderingExport.h"
+#include "SceneGraph/Node.h"
+#include "SceneGraph/UberCamera.h"
+
+#include <cstdint>
+#include <vector>
 
 /// A view of the scene. Main thread only.
 ///
@@ -14,6 +19,19 @@ public:
     /// Stops the refinement of every view; a change that follows starts it anew. Without a view nothing happens.
     static void cancelAntialiasing();
 
+    /// Sets the nodes that a view shows; nothing happens without that view.
+    static void setRenderRoots(int index, const std::vector<osg::NodePtr> &roots);
+
+    /// What the view looks through: the camera of the scene. Null without a scene.
+    virtual osg::UberCameraPtr getUberCamera() const;
+    /// The nodes that are shown, destroyed ones left out; empty: the whole scene.
+    std::vector<osg::NodePtr> getRenderRoots() const;
+    void setRenderRoots(const std::vector<osg::NodePtr> &roots);
+
+    /// Whether the view may show that it shows a part of the scene only.
+    bool isIsolateViewOverlayVisible() const { return _isIsolateViewOverlayVisible; }
+    void setIsolateViewOverlayVisible(bool visible) { _isIsolateViewOverlayVisible = visible; }
+
     kxOSGWidget(const kxOSGWidget &) = delete;
     kxOSGWidget &operator=(const kxOSGWidget &) = delete;
 
@@ -24,4 +42,8 @@ protected:
 
     /// Stops at the next sample.
     virtual void cancelRefinement() = 0;
+
+private:
+    std::vector<std::uint32_t> _renderRoots;
+    bool _isIsolateViewOverlayVisible = true;
 };

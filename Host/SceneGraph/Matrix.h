@@ -33,4 +33,16 @@ KX_SCENEGRAPH_EXPORT std::optional<Matrix> inverted(const Matrix &m);
 /// Translation x rotation x scale.
 KX_SCENEGRAPH_EXPORT Matrix composeMatrix(const Vec3d &translation, const Quaternion &rotation, const Vec3d &scale);
 
+/// The parts of a placement.
+struct Decomposition
+{
+    Vec3d translation;
+    Quaternion rotation;
+    Vec3d scale; ///< along the axes; all negative for a mirrored placement
+};
+
+/// By polar decomposition. What shear or a scale along other axes there is, is lost: compose the parts again to see. Expects
+/// finite numbers.
+KX_SCENEGRAPH_EXPORT Decomposition decompose(const Matrix &m);
+
 } // namespace osg

@@ -5,7 +5,10 @@
 #include "Assets/Internal/StandardOutput.h"
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
+#include "Assets/kxEnvironmentNodeAssetItem.h"
+#include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
+#include "Assets/kxSceneplateAssetItem.h"
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxSceneplateService.h"
@@ -40,9 +43,12 @@ std::unique_ptr<kxAssetItem> makeItem(const kxAssetItemDocument &document)
         return std::make_unique<kxMaterialAssetItem>();
     if (category == Environment && document.getMaterialType())
         return std::make_unique<kxEnvironmentMaterialAssetItem>();
-    if (category != Undefined)
-        kxLog::warning("Asset '%s' (%s) is a scene node, which is not supported in this version.",
-                       document.getAssetName().c_str(), document.getAssetUUID().c_str());
+    if (category == Environment)
+        return std::make_unique<kxEnvironmentNodeAssetItem>();
+    if (category == Geometry)
+        return std::make_unique<kxGeometryAssetItem>();
+    if (category == Sceneplate)
+        return std::make_unique<kxSceneplateAssetItem>();
     return nullptr;
 }
 

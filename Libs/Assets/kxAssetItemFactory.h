@@ -43,8 +43,7 @@ public:
     /// Has the item with the document's UUID read it, or registers a new item of the class that the document calls for.
     /// Expects a document with valid metadata.
     ///
-    /// Null for an unknown category; and, with one log line, for geometry, sceneplate and environment-node assets, whose
-    /// items are not supported in this version. An environment whose material type is unknown counts as a node.
+    /// Null for an unknown category. An environment whose material type is unknown counts as a node.
     kxAssetItem *createOrUpdateItem(const kxAssetItemDocument &document);
 
     void deleteAllItems();

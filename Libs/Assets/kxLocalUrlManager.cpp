@@ -4,6 +4,7 @@
 #include "Assets/Internal/AssetDirectoryWriter.h"
 #include "Assets/Internal/DirectoryListing.h"
 #include "Assets/Internal/DirectoryMover.h"
+#include "Assets/Internal/EnvironmentPreview.h"
 #include "Assets/Internal/ExternalConverter.h"
 #include "Assets/Internal/ImageFile.h"
 #include "Assets/Internal/LocalPath.h"
@@ -12,12 +13,19 @@
 #include "Assets/Internal/StandardOutput.h"
 #include "Assets/Internal/UniqueNames.h"
 #include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxEnvironmentNodeAssetItem.h"
+#include "Assets/kxGeometrySceneplateCommon.h"
 #include "Assets/kxMaterialAssetItem.h"
+#include "Assets/kxSaveEnvironment.h"
+#include "Assets/kxSaveNode.h"
 #include "Kernel/QKXDomDocumentWriter.h"
+#include "Kernel/kxFastGeometryLoader.h"
 #include "Kernel/kxFile.h"
 #include "Kernel/kxFileIO.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxMaterials.h"
+#include "Kernel/kxNodeUtils.h"
+#include "Kernel/kxSceneplateUtils.h"
 
 #include <QDirIterator>
 #include <QDomDocument>
@@ -386,17 +394,25 @@ bool kxLocalUrlManager::loadMaterialFromFile(const QUrl &url, osg::MaterialPtr &
     return static_cast<bool>(material);
 }
 
-bool kxLocalUrlManager::loadSceneplateFromFile(const QUrl &url, osg::NodePtr &) const
+bool kxLocalUrlManager::loadSceneplateFromFile(const QUrl &url, osg::NodePtr &node) const
 {
-    kxLog::error("Sceneplate assets are not supported in this version: '%s'.", url.toLocalFile().toUtf8().constData());
-    return false;
+    std::vector<osg::FCRef<osg::Node>> nodes = kxSceneplateUtils::loadNodes(url.toLocalFile().toStdString());
+    if (nodes.empty())
+        return false;
+    node = nodes.front().take();
+    node->subRefWithoutDestroying();
+    return true;
 }
 
-bool kxLocalUrlManager::loadNodeFromFile(const QUrl &url, osg::NodePtr &) const
+bool kxLocalUrlManager::loadNodeFromFile(const QUrl &url, osg::NodePtr &node) const
 {
-    kxLog::error("Assets that are nodes are not supported in this version: '%s'.",
-                 url.toLocalFile().toUtf8().constData());
-    return false;
+    kxFastGeometryLoader loader;
+    loader.setParent(nullptr, -1);
+    loader.setAddFileInfo(false);
+    loader.setShowProgress(true);
+    loader.setMaterialPoolHandling(kxFastGeometryLoader::MergeIntoScene);
+    node = loader.load(url.toLocalFile().toUtf8().constData());
+    return static_cast<bool>(node);
 }
 
 // Writing
@@ -437,18 +453,64 @@ bool kxLocalUrlManager::saveMaterialAsset(const QUrl &parent, kxMaterialAssetIte
     return true;
 }
 
-bool kxLocalUrlManager::saveEnvironmentNodeAsset(const QUrl &, kxEnvironmentNodeAssetItem *item) const
+bool kxLocalUrlManager::saveEnvironmentNodeAsset(const QUrl &parent, kxEnvironmentNodeAssetItem *item) const
 {
-    if (item)
-        kxLog::error("Assets that are environment nodes cannot be saved in this version.");
-    return false;
+    if (!item || !parent.isLocalFile())
+        return false;
+    const osg::FCRef<osg::Node> node(item->getEnvironmentNode());
+    if (!node || !ensureDirectoryExists(parent))
+        return false;
+    AssetDirectoryWriter writer(self());
+    if (!writer.begin(parent, *item, item->name(), {"saveEnvironmentNodeAsset", "environment"}))
+        return false;
+
+    osg::FCRef<osg::UEnvironmentMaterial> material;
+    {
+        kxSaveEnvironment preparation;
+        if (!preparation.prepare(node)) {
+            kxLog::error("Failed to prepare environment node for saving.");
+            return false;
+        }
+        material = osg::FCRef<osg::UEnvironmentMaterial>(preparation.getAssignedEnvironmentMaterial());
+        if (!writer.writeNode(node))
+            return false;
+        preparation.unprepare();
+    }
+    if (const osg::ImagePtr preview = kxAssetsInternal::environmentPreview(material.get())) {
+        printLine("saving preview of " + kxMaterials::getName(material.get()));
+        saveImageFile(writer.basePath(), preview);
+    }
+    item->setDirectoryUrl(writer.directory());
+    printLine("--------------");
+    return true;
 }
 
-bool kxLocalUrlManager::saveSceneNodeAsset(const QUrl &, kxGeometrySceneplateCommon *item) const
+bool kxLocalUrlManager::saveSceneNodeAsset(const QUrl &parent, kxGeometrySceneplateCommon *item) const
 {
-    if (item)
-        kxLog::error("Geometry and sceneplate assets cannot be saved in this version.");
-    return false;
+    if (!item || !parent.isLocalFile())
+        return false;
+    const osg::FCRef<osg::Node> node(item->getNode());
+    if (!node || !ensureDirectoryExists(parent))
+        return false;
+    AssetDirectoryWriter writer(self());
+    if (!writer.begin(parent, *item, item->name(), {"saveSceneNodeAsset", "node"}))
+        return false;
+
+    if (item->category() == Sceneplate) {
+        kxSceneplateUtils::saveNodes(writer.payloadPath().toStdString(), {node});
+    } else {
+        kxSaveNode preparation(node);
+        if (!writer.writeNode(node))
+            return false;
+        preparation.cleanup();
+    }
+    if (const auto preview = osg::FCRef<osg::Image>::adopt(item->renderPreview(node))) {
+        printLine("saving preview of " + kxNodeUtils::getName(node));
+        saveImageFile(writer.basePath(), preview);
+    }
+    item->setDirectoryUrl(writer.directory());
+    printLine("--------------");
+    return true;
 }
 
 void kxLocalUrlManager::saveImageFile(const QString &basePath, const osg::ImagePtr &image) const

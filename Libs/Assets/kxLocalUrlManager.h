@@ -50,16 +50,14 @@ public:
     /// The caller owns one reference on \a material.
     bool loadMaterialFromFile(const QUrl &url, osg::MaterialPtr &material) const override;
     bool loadDocumentFromFile(const QUrl &url, QDomDocument &document) const override;
-    /// Not supported in this version: false, with one line in the log.
+    /// The file's first node, which nobody owns yet.
     bool loadSceneplateFromFile(const QUrl &url, osg::NodePtr &node) const override;
-    /// Not supported in this version: false, with one line in the log.
+    /// The same; what the file's material pools hold moves into the scene's.
     bool loadNodeFromFile(const QUrl &url, osg::NodePtr &node) const override;
     bool saveDocumentToFile(const QUrl &url, const QDomDocument &document) const override;
 
     bool saveMaterialAsset(const QUrl &parent, kxMaterialAssetItem *item) const override;
-    /// Not supported in this version: false, with one line in the log.
     bool saveEnvironmentNodeAsset(const QUrl &parent, kxEnvironmentNodeAssetItem *item) const override;
-    /// Not supported in this version: false, with one line in the log.
     bool saveSceneNodeAsset(const QUrl &parent, kxGeometrySceneplateCommon *item) const override;
 
     QString directoryName(const QUrl &url) override;

@@ -6,7 +6,12 @@
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
+#include "Kernel/kxGeometryBuffer.h"
 #include "Kernel/kxLog.h"
+#include "Kernel/kxMaterials.h"
+#include "Kernel/kxNodeUtils.h"
+#include "Kernel/kxOptimize.h"
+#include "SceneGraph/Geometry.h"
 #include "SceneGraph/UberMaterial.h"
 
 #include <QCoreApplication>
@@ -277,9 +282,23 @@ bool kxUrlManager::loadSceneplateFromDir(const QUrl &url, osg::NodePtr &node) co
                        [this, &node](const QUrl &file) { return loadSceneplateFromFile(file, node) && node; });
 }
 
-bool kxUrlManager::loadNodeFromDir(const QUrl &url, osg::NodePtr &) const
+bool kxUrlManager::loadNodeFromDir(const QUrl &url, osg::NodePtr &node) const
 {
-    kxLog::error("Assets that are nodes are not supported in this version: '%s'.",
-                 getUiString(url).toUtf8().constData());
-    return false;
+    const std::vector<QUrl> candidates = self().files(url, PayloadFilter, QDir::NoSort);
+    if (std::none_of(candidates.begin(), candidates.end(),
+                     [this, &node](const QUrl &file) { return loadNodeFromFile(file, node) && node; }))
+        return false;
+
+    std::set<osg::MaterialPtr> materials;
+    kxMaterials::getMaterialsRecursive(node, materials, false);
+    for (const osg::MaterialPtr &material : materials)
+        kxMaterialAssetItem::removeSpecialAssetTagsFrom(material);
+    std::vector<osg::NodePtr> nodes;
+    kxNodeUtils::getGeometryNodes(node, nodes);
+    for (const osg::NodePtr &meshNode : nodes) {
+        const auto geometry = meshNode ? osg::GeometryPtr::dcast(meshNode->getCore()) : osg::GeometryPtr();
+        if (geometry && kxGeometryBuffer::needsTriangulation(meshNode, geometry))
+            kxOptimize::triangulate(geometry, false);
+    }
+    return true;
 }

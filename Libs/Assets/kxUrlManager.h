@@ -113,9 +113,10 @@ public:
     virtual bool loadDocumentFromDir(const QUrl &url, QDomDocument &document, QUrl &file) const;
     virtual bool loadDocumentFromDir(const QUrl &url, QDomDocument &document) const;
     virtual bool loadDocumentFromFile(const QUrl &url, QDomDocument &document) const = 0;
+    /// The first payload that holds a node; nobody owns it yet.
     virtual bool loadSceneplateFromDir(const QUrl &url, osg::NodePtr &node) const;
     virtual bool loadSceneplateFromFile(const QUrl &url, osg::NodePtr &node) const = 0;
-    /// Not supported in this version: false, with one line in the log.
+    /// The same, with polygons cut into triangles and without the tags that a loaded asset puts on materials.
     virtual bool loadNodeFromDir(const QUrl &url, osg::NodePtr &node) const;
     virtual bool loadNodeFromFile(const QUrl &url, osg::NodePtr &node) const = 0;
     virtual bool saveDocumentToFile(const QUrl &url, const QDomDocument &document) const = 0;

@@ -2,6 +2,7 @@
 #include "Assets/Internal/AssetDirectoryWriter.h"
 
 #include "Assets/Internal/LocalPath.h"
+#include "Assets/Internal/StandardOutput.h"
 #include "Assets/kxAssetCategory.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemDocument.h"
@@ -10,6 +11,7 @@
 #include "Kernel/kxFileIO.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxMaterials.h"
+#include "Kernel/kxNodeUtils.h"
 
 #include <QFileInfo>
 
@@ -19,14 +21,35 @@ namespace kxAssetsInternal {
 
 bool AssetDirectoryWriter::begin(const QUrl &parent, kxAssetItem &item, const std::string &name)
 {
+    return begin(parent, item, name, nullptr);
+}
+
+bool AssetDirectoryWriter::begin(const QUrl &parent, kxAssetItem &item, const std::string &name,
+                                 const Announcement &announcement)
+{
+    return begin(parent, item, name, &announcement);
+}
+
+bool AssetDirectoryWriter::begin(const QUrl &parent, kxAssetItem &item, const std::string &name,
+                                 const Announcement *announcement)
+{
     kxAssetItemDocument document;
     if (!item.writeMetaData(document)) {
         kxLog::error("Failed to write meta data.");
         return false;
     }
-    const QString fileName = QString::fromStdString(kxFile::makeValidFileName(name));
-    return makeDirectory(parent, item, fileName) &&
-           _manager.saveDocumentToFile(QUrl::fromLocalFile(_basePath + QStringLiteral(".xml")),
+    const std::string validName = kxFile::makeValidFileName(name);
+    if (announcement) {
+        printLine("--------------");
+        printLine(std::string("kxLocalUrlManager::") + announcement->operation + " " + validName);
+    }
+    const QString fileName = QString::fromStdString(validName);
+    if (!makeDirectory(parent, item, fileName))
+        return false;
+    if (announcement)
+        printLine(std::string("   save ") + announcement->what +
+                  " to path: " + _basePath.left(_basePath.size() - fileName.size()).toStdString());
+    return _manager.saveDocumentToFile(QUrl::fromLocalFile(_basePath + QStringLiteral(".xml")),
                                        document.getQDomDocument());
 }
 
@@ -53,6 +76,15 @@ bool AssetDirectoryWriter::writePayload(const osg::MaterialPtr &material, Compos
     }
     const QByteArray path = payloadPath().toUtf8();
     if (kxFileIO::saveMaterial(material, path.constData(), true))
+        return true;
+    kxLog::error("Failed to write file '%s'.", path.constData());
+    return false;
+}
+
+bool AssetDirectoryWriter::writeNode(const osg::NodePtr &node)
+{
+    const QByteArray path = payloadPath().toUtf8();
+    if (kxNodeUtils::writeNode(node, path.constData(), true))
         return true;
     kxLog::error("Failed to write file '%s'.", path.constData());
     return false;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "SceneGraph/Material.h"
+#include "SceneGraph/Node.h"
 
 #include <QString>
 #include <QUrl>
@@ -24,6 +25,15 @@ public:
     /// the directory and its files are called after. False, logged where people have to know.
     bool begin(const QUrl &parent, kxAssetItem &item, const std::string &name);
 
+    /// What the lines on standard output call an operation and what it saves.
+    struct Announcement
+    {
+        const char *operation;
+        const char *what;
+    };
+    /// The same, and says so on standard output.
+    bool begin(const QUrl &parent, kxAssetItem &item, const std::string &name, const Announcement &announcement);
+
     enum class Composite {
         Kept,   ///< the payload holds all the parts
         Rebuilt ///< from the metadata: it has no payload
@@ -31,12 +41,16 @@ public:
     /// False, with the failure in the log, when the payload cannot be written.
     bool writePayload(const osg::MaterialPtr &material, Composite composite);
 
+    /// False, with the failure in the log, when the payload cannot be written.
+    bool writeNode(const osg::NodePtr &node);
+
     const QUrl &directory() const { return _directory; }
     /// The path of the files without their extensions.
     const QString &basePath() const { return _basePath; }
     QString payloadPath() const { return _basePath + QStringLiteral(".osb"); }
 
 private:
+    bool begin(const QUrl &parent, kxAssetItem &item, const std::string &name, const Announcement *announcement);
     bool makeDirectory(const QUrl &parent, kxAssetItem &item, const QString &fileName);
     void removeStalePayload() const;
 

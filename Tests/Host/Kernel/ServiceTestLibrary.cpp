@@ -10,6 +10,7 @@ class LibrarySceneplateService final : public kxSceneplateService
 {
 public:
     void nodesChanged() override { setObjectName(QStringLiteral("told")); }
+    QImage previewImage(const kxdNodePtr &) override { return {}; }
 };
 
 const kxKernelRegister registration([] {

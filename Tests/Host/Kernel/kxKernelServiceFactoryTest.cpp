@@ -29,6 +29,7 @@ public:
     }
 
     void nodesChanged() override { ++notifications; }
+    QImage previewImage(const kxdNodePtr &) override { return {}; }
 
     int notifications = 0;
     int initialisations = 0;

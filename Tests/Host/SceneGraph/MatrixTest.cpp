@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+#include <cmath>
+
 namespace {
 
 using namespace osg;
@@ -52,6 +54,33 @@ TEST(MatrixTest, ComposesTranslationRotationAndScale)
     EXPECT_NEAR(point[0], 1.0, 1e-12);
     EXPECT_NEAR(point[1], 2.0 - 5.0, 1e-12);
     EXPECT_NEAR(point[2], 3.0, 1e-12);
+}
+
+TEST(MatrixTest, TakesPlacementsApart)
+{
+    const Quaternion turn{0.0, 0.0, 0.6, 0.8};
+    for (const Vec3d &scale : {Vec3d{1.0, 1.0, 1.0}, Vec3d{2.0, 3.0, 0.5}, Vec3d{-2.0, -2.0, -2.0}}) {
+        const Matrix whole = composeMatrix({1.0, 2.0, 3.0}, turn, scale);
+
+        const Decomposition parts = decompose(whole);
+
+        const Matrix again = composeMatrix(parts.translation, parts.rotation, parts.scale);
+        for (std::size_t i = 0; i < 16; ++i)
+            EXPECT_NEAR(again.values[i], whole.values[i], 1e-12);
+        EXPECT_EQ(parts.translation, (Vec3d{1.0, 2.0, 3.0}));
+        EXPECT_NEAR(parts.scale[0], scale[0], 1e-12);
+    }
+}
+
+TEST(MatrixTest, LosesShear)
+{
+    Matrix shear;
+    shear.at(0, 1) = 0.5;
+
+    const Decomposition parts = decompose(shear);
+
+    const Matrix again = composeMatrix(parts.translation, parts.rotation, parts.scale);
+    EXPECT_GT(std::abs(again.at(0, 1) - 0.5) + std::abs(again.at(1, 0)), 0.01);
 }
 
 } // namespace

@@ -3,7 +3,10 @@
 
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
+#include "Assets/kxEnvironmentNodeAssetItem.h"
+#include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
+#include "Assets/kxSceneplateAssetItem.h"
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxSceneplateService.h"
@@ -29,6 +32,7 @@ class CountingSceneplateService : public kxSceneplateService
 {
 public:
     void nodesChanged() override { ++count; }
+    QImage previewImage(const kxdNodePtr &) override { return {}; }
 
     int count = 0;
 };
@@ -249,23 +253,19 @@ TEST_F(kxAssetItemFactoryTest, CreatesNothingForUnknownCategories)
     EXPECT_TRUE(log.lines().empty());
 }
 
-TEST_F(kxAssetItemFactoryTest, SaysWhichItemsItCannotCreateYet)
+TEST_F(kxAssetItemFactoryTest, MakesItemsOfTheClassThatTheDocumentCallsFor)
 {
     kxAssetItemDocument unknownType = documentOf(Environment, "4", "Sky");
     unknownType.setItemValue("material", "");
-    const kxLogRecorder log;
+    const auto make = [this](const kxAssetItemDocument &document) { return _factory.createOrUpdateItem(document); };
 
-    EXPECT_EQ(_factory.createOrUpdateItem(documentOf(Geometry, "1", "Chair")), nullptr);
-    EXPECT_EQ(_factory.createOrUpdateItem(documentOf(Sceneplate, "2", "Logo")), nullptr);
-    EXPECT_EQ(_factory.createOrUpdateItem(documentOf(Environment, "3", "Forest")), nullptr);
-    EXPECT_EQ(_factory.createOrUpdateItem(unknownType), nullptr);
+    EXPECT_TRUE(dynamic_cast<kxGeometryAssetItem *>(make(documentOf(Geometry, "1", "Chair"))));
+    EXPECT_TRUE(dynamic_cast<kxSceneplateAssetItem *>(make(documentOf(Sceneplate, "2", "Logo"))));
+    EXPECT_TRUE(dynamic_cast<kxEnvironmentNodeAssetItem *>(make(documentOf(Environment, "3", "Forest"))));
+    EXPECT_TRUE(dynamic_cast<kxEnvironmentNodeAssetItem *>(make(unknownType)));
 
-    EXPECT_EQ(_factory.itemCount(), 0);
-    EXPECT_EQ(log.lines(),
-              (std::vector<std::string>{"Asset 'Chair' (1) is a scene node, which is not supported in this version.",
-                                        "Asset 'Logo' (2) is a scene node, which is not supported in this version.",
-                                        "Asset 'Forest' (3) is a scene node, which is not supported in this version.",
-                                        "Asset 'Sky' (4) is a scene node, which is not supported in this version."}));
+    EXPECT_EQ(_factory.itemCount(), 4);
+    EXPECT_EQ(_factory.findItem("1")->name(), "Chair");
 }
 
 TEST_F(kxAssetItemFactoryTest, UpdatesAKnownItemInPlace)

@@ -480,23 +480,3 @@ TEST_F(kxLocalUrlManagerSavingTest, RunsTheConverterAndRemovesThePayloadOfACompo
                               "\nStarting Morvane: " + _folder.file("MAT_Lack/Lack.osb") + "\n";
     EXPECT_EQ(output.text(), lines);
 }
-
-TEST_F(kxLocalUrlManagerSavingTest, SaysThatOtherKindsOfAssetsCannotBeSaved)
-{
-    // Nothing but their addresses is used.
-    int place = 0;
-    auto *environment = reinterpret_cast<kxEnvironmentNodeAssetItem *>(&place);
-    auto *sceneNode = reinterpret_cast<kxGeometrySceneplateCommon *>(&place);
-    kxLogRecorder log;
-
-    EXPECT_FALSE(manager.saveEnvironmentNodeAsset(url(), nullptr));
-    EXPECT_FALSE(manager.saveSceneNodeAsset(url(), nullptr));
-    EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_FALSE(manager.saveEnvironmentNodeAsset(url(), environment));
-    EXPECT_FALSE(manager.saveSceneNodeAsset(url(), sceneNode));
-
-    EXPECT_THAT(log.lines(kxLogLevel::Error),
-                ElementsAre("Assets that are environment nodes cannot be saved in this version.",
-                            "Geometry and sceneplate assets cannot be saved in this version."));
-    EXPECT_THAT(entries(), IsEmpty());
-}

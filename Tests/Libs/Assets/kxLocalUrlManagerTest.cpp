@@ -486,7 +486,7 @@ TEST_F(kxLocalUrlManagerTest, CollectsFromDiskUnderNamesOfAllKinds)
     }
 }
 
-TEST_F(kxLocalUrlManagerTest, SaysThatNodesAreNotSupported)
+TEST_F(kxLocalUrlManagerTest, SaysWhyANodeCannotBeLoaded)
 {
     kxLogRecorder log;
     osg::NodePtr node;

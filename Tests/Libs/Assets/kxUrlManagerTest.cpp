@@ -508,19 +508,6 @@ TEST_F(kxUrlManagerTest, LoadsTheFirstSceneplateThatIsOne)
     EXPECT_EQ(plates.loaded, (std::vector<QString>{"1.osb", "0.osb", "1.osb", "2.osb"}));
 }
 
-TEST_F(kxUrlManagerTest, SaysThatNodesCannotBeLoadedYet)
-{
-    manager.write("/GEO_A/a.osb", "");
-    kxLogRecorder log;
-
-    osg::NodePtr node;
-    EXPECT_FALSE(manager.loadNodeFromDir(url("/GEO_A"), node));
-
-    EXPECT_EQ(log.lines(),
-              (std::vector<std::string>{"Assets that are nodes are not supported in this version: 'memory/GEO_A'."}));
-    EXPECT_FALSE(node);
-}
-
 TEST_F(kxUrlManagerTest, NamesPreviewsWithTwoExtensionsHoweverManyBackEndsThereAre)
 {
     TestUrlManager another;

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Kernel/KernelExport.h"
+#include "Kernel/kxdObject.h"
+
+/// Turns objects of the scene into those that scripts and services hand around, and back. Main thread only.
+class KX_KERNEL_EXPORT kxTypeConverter
+{
+public:
+    kxTypeConverter() = delete;
+
+    /// Null for null.
+    static kxdNodePtr convertNode(const osg::NodePtr &node);
+    /// Null for null, and when the node was destroyed.
+    static osg::NodePtr convertNode(const kxdNodePtr &node);
+};

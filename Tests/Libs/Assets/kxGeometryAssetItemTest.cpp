@@ -1,0 +1,491 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxGeometryAssetItem.h"
+
+#include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxUrlManager.h"
+#include "Kernel/kxController.h"
+#include "Kernel/kxDefaultEnvironment.h"
+#include "Kernel/kxKernelServiceFactory.h"
+#include "Kernel/kxLogRecorder.h"
+#include "Kernel/kxMaterials.h"
+#include "Kernel/kxModalQuestion.h"
+#include "Kernel/kxNodeUtils.h"
+#include "Kernel/kxSceneReferenceService.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxSelectionManager.h"
+#include "NodeFixture.h"
+#include "Rendering/kxOffscreenView.h"
+#include "SceneGraph/Compare.h"
+#include "SceneGraph/DeepClone.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/ReferenceAttachment.h"
+#include "SceneGraph/UEnvironmentSwitchMaterial.h"
+#include "SceneGraph/USphereEnvironmentMaterial.h"
+#include "SceneGraph/UberMaterial.h"
+#include "Support/CapturedOutput.h"
+
+#include <QFileInfo>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+using Question = kxModalQuestion::Question;
+
+class kxGeometryAssetItemTest : public NodeFixture
+{
+protected:
+    kxGeometryAssetItemTest()
+    {
+        kxModalQuestion::setAnswerer([this](const Question &question) {
+            questions.push_back(question);
+            if (whileAsked)
+                whileAsked();
+            return answers.empty() ? QMessageBox::Cancel : answers[std::min(questions.size(), answers.size()) - 1];
+        });
+    }
+    ~kxGeometryAssetItemTest() override { kxModalQuestion::setAnswerer({}); }
+
+    static osg::NodePtr root() { return kxScenegraph::getRoot(); }
+
+    /// A placed node with a square below it.
+    osg::NodePtr addChair()
+    {
+        const osg::NodePtr chair = addPlaced(root(), "Chair", {1.0, 2.0, 3.0});
+        addSquare(chair, "Seat", paint.get());
+        return chair;
+    }
+    std::string save(const osg::NodePtr &node)
+    {
+        kxGeometryAssetItem item;
+        item.initFrom(node, {}, true);
+        EXPECT_TRUE(item.save(url()));
+        return item.uuid();
+    }
+    static kxGeometryAssetItem *registered(const std::string &uuid)
+    {
+        return dynamic_cast<kxGeometryAssetItem *>(kxAssetItemFactory::the().findItem(uuid));
+    }
+
+    Owned paint = makeSurface("Paint");
+    std::vector<Question> questions;
+    std::vector<QMessageBox::StandardButton> answers;
+    std::function<void()> whileAsked;
+};
+
+} // namespace
+
+TEST_F(kxGeometryAssetItemTest, KnowsAValidRoot)
+{
+    const osg::NodePtr leaf = addPlaced(root(), "Leaf", {0.0, 0.0, 0.0});
+
+    EXPECT_FALSE(kxGeometryAssetItem::isValidAssetRoot(nullptr));
+    EXPECT_FALSE(kxGeometryAssetItem::isValidAssetRoot(leaf)) << "it has no child";
+    EXPECT_FALSE(kxGeometryAssetItem::isValidAssetRoot(root())) << "it is a group";
+    EXPECT_TRUE(kxGeometryAssetItem::isValidAssetRoot(addChair()));
+}
+
+TEST_F(kxGeometryAssetItemTest, IsOfGeometryAndShowsANode)
+{
+    kxGeometryAssetItem item;
+
+    EXPECT_EQ(item.category(), Geometry);
+    EXPECT_EQ(item.mimeType(), "application/sarn-geometry-asset");
+    EXPECT_EQ(item.data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole), "Node");
+    EXPECT_EQ(item.data(kxAssetCategory::getTypeColumn(), Qt::ToolTipRole), "Node");
+    EXPECT_FALSE(item.data(kxAssetCategory::getTypeColumn(), Qt::DecorationRole).isValid());
+    EXPECT_FALSE(item.getNode());
+}
+
+TEST_F(kxGeometryAssetItemTest, TakesNodeNameAndUuidFromTheScene)
+{
+    const osg::NodePtr chair = addChair();
+    setUuid(chair, "10000000-0000-4000-8000-000000000000");
+    kxGeometryAssetItem item;
+
+    item.initFrom(chair, {}, true);
+    EXPECT_EQ(item.getNode(), chair);
+    EXPECT_EQ(item.name(), "Chair");
+    EXPECT_EQ(item.uuid(), "10000000-0000-4000-8000-000000000000");
+
+    item.initFrom(paint.get(), {}, true);
+    EXPECT_FALSE(item.getNode()) << "a material is no node";
+    EXPECT_EQ(item.category(), Geometry);
+    EXPECT_EQ(item.name(), "unnamed");
+    EXPECT_EQ(item.uuid(), "");
+}
+
+TEST_F(kxGeometryAssetItemTest, ReadsADestroyedNodeAsNone)
+{
+    const osg::NodePtr chair = addChair();
+    kxGeometryAssetItem item;
+    item.initFrom(chair, {}, true);
+
+    {
+        const osg::CPEditor edit(root(), osg::Node::ChildrenFieldMask);
+        root()->subChild(chair);
+    }
+
+    EXPECT_FALSE(item.getNode());
+    EXPECT_FALSE(item.makeNodeValidForSave());
+    EXPECT_FALSE(item.save(url()));
+}
+
+TEST_F(kxGeometryAssetItemTest, SavesWithoutAQuestionWhereThereIsARoot)
+{
+    const osg::NodePtr chair = addChair();
+    kxtest::CapturedOutput output;
+
+    const std::string uuid = save(chair);
+
+    EXPECT_EQ(questions.size(), 0U);
+    const std::string path = _folder.file("GEO_Chair/");
+    EXPECT_EQ(output.text(), "--------------\nkxLocalUrlManager::saveSceneNodeAsset Chair\n   save node to path: " +
+                                 path + "\n--------------\n");
+    EXPECT_TRUE(QFileInfo::exists(QString::fromStdString(path + "Chair.osb")));
+    EXPECT_TRUE(QFileInfo::exists(QString::fromStdString(path + "Chair.xml")));
+    EXPECT_FALSE(QFileInfo::exists(QString::fromStdString(path + "Chair.png"))) << "there is no view";
+    ASSERT_TRUE(registered(uuid));
+    const auto attachment = osg::AssetAttachment::getAssetAttachment(chair);
+    ASSERT_TRUE(attachment);
+    EXPECT_EQ(attachment->getUuid(), uuid);
+    EXPECT_EQ(attachment->getChecksum(), registered(uuid)->checksum());
+    EXPECT_TRUE(registered(uuid)->hasSameChecksum(chair));
+}
+
+TEST_F(kxGeometryAssetItemTest, AsksForARootAndMakesOne)
+{
+    const osg::NodePtr group = addGroup(root(), "Bühne");
+    addSquare(group, "Floor");
+    setUuid(group, "10000000-0000-4000-8000-000000000000");
+    answers = {QMessageBox::Yes};
+    kxGeometryAssetItem item;
+    item.initFrom(group, {}, true);
+    const std::int32_t place = root()->findChild(group);
+
+    EXPECT_TRUE(item.makeNodeValidForSave());
+
+    ASSERT_EQ(questions.size(), 1U);
+    EXPECT_EQ(questions[0].icon, QMessageBox::Warning);
+    EXPECT_EQ(questions[0].title, "Asset Manager");
+    EXPECT_EQ(questions[0].text,
+              QString::fromUtf8("Bühne:\nThe node to be saved does not have a valid Asset Root node.\n"
+                                "Create one?"));
+    EXPECT_EQ(questions[0].buttons, QMessageBox::Yes | QMessageBox::Cancel);
+    EXPECT_EQ(questions[0].defaultButton, QMessageBox::Yes);
+    const osg::NodePtr made = item.getNode();
+    EXPECT_EQ(describe(made), "Bühne(Bühne(Floor))");
+    EXPECT_EQ(root()->findChild(made), place);
+    EXPECT_EQ(uuidOfNode(made), "10000000-0000-4000-8000-000000000000") << "the identity sits on the root";
+    EXPECT_EQ(uuidOfNode(group), "none");
+    EXPECT_TRUE(kxGeometryAssetItem::isValidAssetRoot(made));
+}
+
+TEST_F(kxGeometryAssetItemTest, LeavesTheSceneAloneWhenThatIsDeclined)
+{
+    const osg::NodePtr leaf = addPlaced(root(), "Leaf", {0.0, 0.0, 0.0});
+    const std::string before = describe(root());
+    kxGeometryAssetItem item;
+    item.initFrom(leaf, {}, true);
+
+    EXPECT_FALSE(item.save(url()));
+
+    EXPECT_EQ(questions.size(), 1U) << "a leaf is asked about even when it has a placement";
+    EXPECT_EQ(describe(root()), before);
+    EXPECT_EQ(item.getNode(), leaf);
+}
+
+TEST_F(kxGeometryAssetItemTest, SurvivesANodeThatGoesWhileItAsks)
+{
+    const osg::NodePtr group = addGroup(root(), "Group");
+    answers = {QMessageBox::Yes};
+    whileAsked = [&] {
+        const osg::CPEditor edit(root(), osg::Node::ChildrenFieldMask);
+        root()->subChild(group);
+    };
+    kxGeometryAssetItem item;
+    item.initFrom(group, {}, true);
+
+    EXPECT_FALSE(item.save(url()));
+}
+
+TEST_F(kxGeometryAssetItemTest, AsksBeforeItTurnsReferencesIntoOrdinaryNodes)
+{
+    auto service = std::make_unique<kxSceneReferenceService>();
+    kxKernelServiceFactory::the().setService<kxReferenceService>(service.get());
+    const osg::NodePtr chair = addChair();
+    const auto reference = osg::ReferenceAttachment::create();
+    {
+        const osg::CPEditor edit(chair->getChild(0), osg::AttachmentContainer::AttachmentsFieldMask);
+        chair->getChild(0)->addAttachment(reference);
+    }
+    kxGeometryAssetItem item;
+    item.initFrom(chair, {}, true);
+
+    EXPECT_FALSE(item.makeNodeValidForSave());
+    ASSERT_EQ(questions.size(), 1U);
+    EXPECT_EQ(questions[0].title, "Save Geometry Asset");
+    EXPECT_EQ(questions[0].text,
+              "You are attempting to add an asset containing references. References are not supported in assets. "
+              "Continuing will add the asset to the Asset Manager, removing all references.  This action is not "
+              "undoable. Select Ok to continue.");
+    EXPECT_EQ(questions[0].buttons, QMessageBox::Ok | QMessageBox::Cancel);
+    EXPECT_EQ(questions[0].defaultButton, QMessageBox::Cancel);
+    EXPECT_TRUE(osg::findAttachment<osg::ReferenceAttachment>(chair->getChild(0)));
+
+    answers = {QMessageBox::Ok};
+    EXPECT_TRUE(item.makeNodeValidForSave());
+    EXPECT_FALSE(osg::findAttachment<osg::ReferenceAttachment>(chair->getChild(0)));
+    kxKernelServiceFactory::the().setService<kxReferenceService>(nullptr);
+}
+
+TEST_F(kxGeometryAssetItemTest, LoadsWhatItSaved)
+{
+    const osg::NodePtr chair = addChair();
+    const std::string uuid = save(chair);
+    kxtest::CapturedOutput output;
+
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+
+    EXPECT_THAT(output.text(), HasSubstr("[loadNode] updated attachment\n"));
+    ASSERT_TRUE(loaded);
+    EXPECT_NE(loaded.get(), chair);
+    EXPECT_FALSE(loaded->getParent());
+    EXPECT_EQ(describe(loaded), "Chair(Seat)");
+    EXPECT_EQ(uuidOfNode(loaded), uuid);
+    EXPECT_TRUE(registered(uuid)->hasSameChecksum(loaded.get()));
+    EXPECT_EQ(osg::Transform3DPtr::dcast(loaded->getCore())->getTranslation(), (osg::Vec3d{1.0, 2.0, 3.0}));
+    const auto seat = osg::GeometryPtr::dcast(loaded->getChild(0)->getCore());
+    EXPECT_EQ(seat->getIndices().size(), 6U) << "polygons are cut on the way in";
+    EXPECT_EQ(osg::getName(seat->getMaterial()), "Paint");
+    EXPECT_TRUE(kxController::isRenderUpdateEnabled());
+}
+
+TEST_F(kxGeometryAssetItemTest, SavesTheSameBytesAgainButForTheAttachment)
+{
+    const std::string uuid = save(addChair());
+    const auto saveLoaded = [&] {
+        const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+        const auto attachment = osg::AssetAttachment::getAssetAttachment(loaded.get());
+        {
+            const osg::CPEditor edit(attachment, osg::AllFieldMask);
+            attachment->setChecksum(0); // of what was stored before: it changes with every save
+        }
+        EXPECT_EQ(save(loaded.get()), uuid);
+        return readFile("GEO_Chair/Chair.osb");
+    };
+
+    const std::string first = saveLoaded();
+    EXPECT_EQ(saveLoaded(), first);
+    EXPECT_GT(first.size(), 100U);
+}
+
+TEST_F(kxGeometryAssetItemTest, WrapsALoadedGroupInARootOfItsOwn)
+{
+    // Written without asking, as another program might.
+    const osg::FCRef<osg::Node> group(osg::makeNodeFor(osg::Group::create()));
+    osg::setName(group.get(), "Plain");
+    addSquare(group, "Floor");
+    setUuid(group, "10000000-0000-4000-8000-000000000000");
+    writeAsset("GEO_Plain", "<uuid>10000000-0000-4000-8000-000000000000</uuid><category>Geometries</category>"
+                            "<name>Stage</name>");
+    ASSERT_TRUE(kxNodeUtils::writeNode(group, _folder.file("GEO_Plain/Plain.osb").c_str(), true));
+    kxUrlManager::getUrlManager(url())->collectItems(url(), Undefined, nullptr);
+    auto *item = registered("10000000-0000-4000-8000-000000000000");
+    ASSERT_TRUE(item);
+
+    EXPECT_TRUE(item->loadNode());
+
+    const osg::FCRef<osg::Node> loaded(item->getNode());
+    EXPECT_EQ(describe(loaded), "Stage(Plain(Floor))") << "the root is named after the item";
+    EXPECT_TRUE(isOfType(loaded->getCore(), osg::Transform3D::getClassType()));
+    EXPECT_EQ(uuidOfNode(loaded), "10000000-0000-4000-8000-000000000000");
+    EXPECT_EQ(uuidOfNode(loaded->getChild(0)), "none");
+}
+
+TEST_F(kxGeometryAssetItemTest, WrapsNestedAssetsAndKeepsTheirIdentity)
+{
+    const osg::NodePtr chair = addChair();
+    setUuid(chair->getChild(0), "20000000-0000-4000-8000-000000000000");
+    const std::string uuid = save(chair);
+
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+
+    EXPECT_EQ(describe(loaded), "Chair(Asset(Seat))") << "an unknown item gives no name";
+    EXPECT_EQ(uuidOfNode(loaded->getChild(0)), "20000000-0000-4000-8000-000000000000");
+    EXPECT_EQ(uuidOfNode(loaded->getChild(0)->getChild(0)), "none");
+}
+
+TEST_F(kxGeometryAssetItemTest, LightsLoadedOverridesByTheDefaultEnvironment)
+{
+    const osg::NodePtr chair = addChair();
+    const osg::FCRef<osg::UberMaterial> over(osg::UberMaterial::create());
+    const osg::FCRef<osg::UBRDFMaterial> layer(osg::UBRDFMaterial::create());
+    {
+        const osg::CPEditor edit(over.get(), osg::UberMaterial::BRDFMaterialsFieldMask);
+        over->editBRDFMaterials().push_back(layer.get());
+    }
+    kxMaterials::setOverrideMaterial(chair, over.get());
+    const std::string uuid = save(chair);
+
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+
+    std::set<osg::MaterialPtr> materials;
+    kxMaterials::getOverrideMaterialsRecursive(loaded, materials, false);
+    ASSERT_EQ(materials.size(), 1U);
+    const auto uber = osg::UberMaterialPtr::dcast(*materials.begin());
+    EXPECT_EQ(uber->getBRDFMaterials()[0]->getEnvironment(), kxDefaultEnvironment::getDefault());
+}
+
+TEST_F(kxGeometryAssetItemTest, SaysWhatItCannotFind)
+{
+    const std::string material = store(paint);
+    kxtest::CapturedOutput output;
+    const kxLogRecorder log;
+
+    EXPECT_FALSE(kxGeometryAssetItem::loadNodeFromUUID("nobody"));
+    EXPECT_FALSE(kxGeometryAssetItem::loadNodeFromUUID(material)) << "of another kind";
+
+    EXPECT_EQ(output.text(), "[loadNodeFromUUID] did not find item with uuid 'nobody'\n");
+    EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(kxGeometryAssetItemTest, FailsToLoadWhatIsNotThere)
+{
+    const std::string uuid = save(addChair());
+    ASSERT_TRUE(QFile::remove(QString::fromStdString(_folder.file("GEO_Chair/Chair.osb"))));
+    kxController::enableRenderUpdate(false);
+
+    EXPECT_FALSE(registered(uuid)->loadNode());
+
+    EXPECT_FALSE(kxController::isRenderUpdateEnabled()) << "as it was before";
+    kxController::enableRenderUpdate(true);
+    EXPECT_FALSE(kxGeometryAssetItem().loadNode()) << "without a directory";
+}
+
+TEST_F(kxGeometryAssetItemTest, BringsClonesUpToDateWhenItSaves)
+{
+    const osg::NodePtr chair = addChair();
+    const osg::NodePtr clone = addNode(root(), chair->getCore(), "Clone");
+
+    const std::string uuid = save(chair);
+
+    EXPECT_EQ(describe(clone), "Chair(Seat)");
+    EXPECT_EQ(uuidOfNode(clone), uuid);
+}
+
+TEST_F(kxGeometryAssetItemTest, ReplacesTheRegisteredItemWhenItSavesAgain)
+{
+    const osg::NodePtr chair = addChair();
+    const std::string uuid = save(chair);
+    addSquare(chair, "Back");
+
+    EXPECT_TRUE(registered(uuid)->hasSameChecksum(chair));
+    EXPECT_TRUE(save(chair) == uuid);
+
+    EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 1);
+    EXPECT_TRUE(registered(uuid));
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+    EXPECT_EQ(describe(loaded), "Chair(Seat Back)");
+}
+
+TEST_F(kxGeometryAssetItemTest, SavesItselfWhileItIsRegistered)
+{
+    const osg::NodePtr chair = addChair();
+    const std::string uuid = save(chair);
+    kxGeometryAssetItem *item = registered(uuid);
+    item->setNode(chair);
+
+    EXPECT_TRUE(item->save(url()));
+
+    EXPECT_TRUE(registered(uuid));
+    EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 1);
+}
+
+TEST_F(kxGeometryAssetItemTest, LeavesTheSceneAsItWas)
+{
+    const osg::NodePtr chair = addChair();
+    save(chair);
+    const osg::FCRef<osg::FieldContainer> before(osg::deepClone(osg::FieldContainerPtr(root()), {}));
+    const std::int32_t count = chair->getRefCount();
+    const std::size_t living = osg::FieldContainerFactory::the().livingContainerCount();
+
+    save(chair);
+
+    // What is stored notes the checksum of what was stored before, so that this changes each time.
+    EXPECT_EQ(osg::findDifference(before.get(), root(), {&osg::AssetAttachment::getClassType()}), std::nullopt);
+    EXPECT_EQ(chair->getRefCount(), count);
+    EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), living);
+}
+
+TEST_F(kxGeometryAssetItemTest, RendersTheNodeAloneAndRestoresTheView)
+{
+    kxOffscreenView view;
+    const osg::NodePtr chair = addChair();
+    const osg::NodePtr other = addChair();
+    const auto sphere = osg::USphereEnvironmentMaterial::create();
+    const auto choices = kxDefaultEnvironment::getSwitch();
+    {
+        const osg::CPEditor edit(choices, osg::AllFieldMask);
+        choices->addMaterial(sphere);
+        choices->setChoice(1);
+    }
+    view.setRenderRoots({other});
+    view.setIsolateViewOverlayVisible(false);
+    kxSelectionManager::selectNodes({other, chair});
+    const osg::FCRef<osg::UberCamera> camera(osg::deepClone(view.getUberCamera(), {}));
+    kxGeometryAssetItem item;
+
+    const auto picture = osg::FCRef<osg::Image>::adopt(item.renderPreview(chair));
+
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(picture.get()->getRefCount(), 1);
+    EXPECT_EQ(picture->getWidth(), 512U);
+    EXPECT_EQ(picture->getHeight(), 384U);
+    EXPECT_EQ(picture->pixel(0, 0)[3], 0.0F) << "nothing but the node";
+    EXPECT_EQ(picture->pixel(256, 192)[3], 1.0F);
+    EXPECT_THAT(view.getRenderRoots(), ElementsAre(other));
+    EXPECT_TRUE(view.isIsolateViewOverlayVisible()) << "shown again, whatever it was";
+    EXPECT_THAT(kxSelectionManager::getSelectedNodes(), ElementsAre(other, chair));
+    EXPECT_EQ(osg::findDifference(view.getUberCamera(), camera.get()), std::nullopt);
+    EXPECT_TRUE(sphere->getIsVisible());
+    {
+        const osg::CPEditor edit(sphere, osg::USphereEnvironmentMaterial::IsVisibleFieldMask);
+        sphere->setIsVisible(false);
+    }
+    const auto again = osg::FCRef<osg::Image>::adopt(item.renderPreview(chair));
+    EXPECT_FALSE(sphere->getIsVisible()) << "hidden before, hidden afterwards";
+    EXPECT_FALSE(item.renderPreview(nullptr));
+}
+
+TEST_F(kxGeometryAssetItemTest, WritesThePreviewThatTheViewShows)
+{
+    const kxOffscreenView view;
+    kxtest::CapturedOutput output;
+
+    save(addChair());
+
+    EXPECT_THAT(output.text(), HasSubstr("saving preview of Chair\n--------------\n"));
+    const QImage preview(QString::fromStdString(_folder.file("GEO_Chair/Chair.png")));
+    EXPECT_EQ(preview.size(), QSize(512, 384));
+    EXPECT_TRUE(preview.hasAlphaChannel());
+}
+
+TEST_F(kxGeometryAssetItemTest, HasNoPreviewWithoutAViewOrACamera)
+{
+    const osg::NodePtr chair = addChair();
+    EXPECT_FALSE(kxGeometryAssetItem().renderPreview(chair));
+
+    const kxOffscreenView view;
+    const osg::NodePtr cameraNode = kxScenegraph::getCameraNode();
+    {
+        const osg::CPEditor edit(root(), osg::Node::ChildrenFieldMask);
+        root()->subChild(cameraNode);
+    }
+    EXPECT_FALSE(kxGeometryAssetItem().renderPreview(chair));
+}

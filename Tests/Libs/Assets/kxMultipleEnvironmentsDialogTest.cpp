@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxMultipleEnvironmentsDialog.h"
+
+#include "MaterialFixture.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/ImageAttachment.h"
+#include "SceneGraph/USkyEnvironmentMaterial.h"
+#include "Support/CapturedOutput.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QListWidget>
+
+namespace {
+
+class kxMultipleEnvironmentsDialogTest : public MaterialFixture
+{
+protected:
+    static osg::UEnvironmentMaterialPtr env(const Owned &material)
+    {
+        return osg::UEnvironmentMaterialPtr::dcast(material.get());
+    }
+    static QListWidget *listOf(const QDialog &dialog) { return dialog.findChild<QListWidget *>("_envList"); }
+};
+
+} // namespace
+
+TEST_F(kxMultipleEnvironmentsDialogTest, IsBuiltAsItsFormSays)
+{
+    const kxMultipleEnvironmentsGUII dialog;
+
+    EXPECT_EQ(dialog.objectName(), "kxMultipleEnvironmentsDialog");
+    EXPECT_EQ(dialog.windowTitle(), "Asset Manager");
+    EXPECT_EQ(dialog.size(), QSize(400, 277));
+    EXPECT_TRUE(dialog.isSizeGripEnabled());
+    EXPECT_TRUE(dialog.isModal());
+    const auto *layout = dialog.findChild<QGridLayout *>("gridLayout_3");
+    ASSERT_TRUE(layout);
+    const char *names[] = {"label", "label2", "_envList", "_buttonBox"};
+    for (int row = 0; row < 4; ++row)
+        EXPECT_EQ(layout->itemAtPosition(row, 0)->widget()->objectName(), names[row]);
+    const auto *label = dialog.findChild<QLabel *>("label");
+    EXPECT_EQ(label->text(), "The loaded Environment Asset contains multiple environment materials.");
+    EXPECT_FALSE(label->wordWrap());
+    const auto *label2 = dialog.findChild<QLabel *>("label2");
+    EXPECT_EQ(label2->text(), "Please select the environment material that should be added to the Default Environment "
+                              "Switch in the scene:");
+    EXPECT_TRUE(label2->wordWrap());
+    const QListWidget *list = listOf(dialog);
+    EXPECT_EQ(list->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
+    EXPECT_EQ(list->sizePolicy().verticalPolicy(), QSizePolicy::MinimumExpanding);
+    EXPECT_EQ(list->editTriggers(), QAbstractItemView::NoEditTriggers);
+    EXPECT_EQ(list->iconSize(), QSize(128, 64));
+    EXPECT_EQ(list->verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
+    EXPECT_TRUE(list->uniformItemSizes());
+    EXPECT_TRUE(list->isSortingEnabled());
+    EXPECT_EQ(list->spacing(), 4);
+    const auto *buttons = dialog.findChild<QDialogButtonBox *>("_buttonBox");
+    EXPECT_EQ(buttons->orientation(), Qt::Horizontal);
+    EXPECT_EQ(buttons->standardButtons(), QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    EXPECT_TRUE(buttons->centerButtons());
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, ListsByNameAndSelectsTheFirst)
+{
+    const Owned zebra = makeSky("Zebra");
+    const Owned forest = makeSky("Förde");
+    kxMultipleEnvironmentsGUII dialog;
+    kxtest::CapturedOutput output;
+
+    dialog.fill({env(zebra), nullptr, env(forest)});
+
+    EXPECT_EQ(output.text(), "adding Zebra\nadding Förde\n");
+    ASSERT_EQ(listOf(dialog)->count(), 2);
+    EXPECT_EQ(listOf(dialog)->item(0)->text(), QString::fromUtf8("Förde"));
+    EXPECT_TRUE(listOf(dialog)->item(0)->isSelected());
+    EXPECT_EQ(listOf(dialog)->item(1)->data(Qt::UserRole).toUInt(), zebra.get().getFieldContainerId());
+    EXPECT_TRUE(listOf(dialog)->item(1)->icon().isNull());
+    EXPECT_EQ(dialog.selectedMaterial(), env(forest));
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, ShowsThePreviewsOfMaterials)
+{
+    const Owned sky = makeSky("Sky");
+    const auto attachment = osg::ImageAttachment::create();
+    const auto image = osg::Image::create();
+    {
+        const osg::CPEditor edit(image, osg::AllFieldMask);
+        ASSERT_TRUE(image->set(128, 64, 4, osg::PixelType::UInt8));
+    }
+    {
+        const osg::CPEditor edit(attachment, osg::ImageAttachment::ImageFieldMask);
+        attachment->setImage(image);
+    }
+    {
+        const osg::CPEditor edit(sky.get(), osg::AttachmentContainer::AttachmentsFieldMask);
+        sky->addAttachment(attachment);
+    }
+    kxMultipleEnvironmentsGUII dialog;
+
+    dialog.fill({env(sky)});
+
+    const QIcon icon = listOf(dialog)->item(0)->icon();
+    EXPECT_EQ(icon.availableSizes(QIcon::Normal, QIcon::On), QList<QSize>{QSize(128, 64)});
+    EXPECT_EQ(icon.availableSizes(QIcon::Selected, QIcon::On), QList<QSize>{QSize(128, 64)});
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, HasNoMaterialWithoutASelection)
+{
+    Owned sky = makeSky("Sky");
+    kxMultipleEnvironmentsGUII dialog;
+    EXPECT_FALSE(dialog.selectedMaterial());
+
+    dialog.fill({env(sky)});
+    listOf(dialog)->clearSelection();
+    EXPECT_FALSE(dialog.selectedMaterial());
+    listOf(dialog)->item(0)->setSelected(true);
+    EXPECT_TRUE(dialog.selectedMaterial());
+    sky.reset();
+    EXPECT_FALSE(dialog.selectedMaterial()) << "destroyed meanwhile";
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, ShowsTheArrowWhileItExists)
+{
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    {
+        const kxMultipleEnvironmentsGUII dialog;
+        EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
+    }
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::BusyCursor);
+    QApplication::restoreOverrideCursor();
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, AcceptsAndRejectsByItsButtons)
+{
+    kxMultipleEnvironmentsGUII dialog;
+    auto *buttons = dialog.findChild<QDialogButtonBox *>("_buttonBox");
+
+    emit buttons->accepted();
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    emit buttons->rejected();
+    EXPECT_EQ(dialog.result(), QDialog::Rejected);
+}

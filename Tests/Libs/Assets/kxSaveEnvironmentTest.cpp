@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxSaveEnvironment.h"
+
+#include "Kernel/kxController.h"
+#include "Kernel/kxDefaultEnvironment.h"
+#include "Kernel/kxMaterials.h"
+#include "Kernel/kxNodeKeys.h"
+#include "Kernel/kxNodeUtils.h"
+#include "Kernel/kxScenegraph.h"
+#include "NodeFixture.h"
+#include "SceneGraph/Compare.h"
+#include "SceneGraph/DeepClone.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/Environment.h"
+#include "SceneGraph/Light.h"
+#include "SceneGraph/MaterialPool.h"
+#include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/UEnvironmentSwitchMaterial.h"
+#include "Support/CapturedOutput.h"
+
+namespace {
+
+constexpr const char *Key = "EnvironmentAssetMaterial";
+constexpr const char *Value = "IsDefaultEnvironmentSwitchChild";
+
+class kxSaveEnvironmentTest : public NodeFixture
+{
+protected:
+    static osg::UEnvironmentSwitchMaterialPtr defaultSwitch() { return kxDefaultEnvironment::getSwitch(); }
+    /// An environment node whose core has this material.
+    static osg::NodePtr makeEnvironment(const std::string &name, const osg::MaterialPtr &material)
+    {
+        const auto core = osg::Environment::create();
+        {
+            const osg::CPEditor edit(core, osg::Environment::MaterialFieldMask);
+            core->setMaterial(material);
+        }
+        return addNode(nullptr, core, name);
+    }
+    /// Choices 1 and 2 of the default switch, with their nodes.
+    void addChoices()
+    {
+        dawnNode = makeEnvironment("Dawn", defaultSwitch());
+        duskNode = makeEnvironment("Dusk", defaultSwitch());
+        ASSERT_TRUE(kxController::addToDefaultEnvironment(dawn.get(), dawnNode, false));
+        ASSERT_TRUE(kxController::addToDefaultEnvironment(dusk.get(), duskNode, false));
+    }
+    static osg::MaterialPtr materialOf(const osg::NodePtr &node)
+    {
+        return osg::EnvironmentPtr::dcast(node->getCore())->getMaterial();
+    }
+
+    Owned dawn = makeSky("dawn");
+    Owned dusk = makeSky("dusk");
+    osg::NodePtr dawnNode;
+    osg::NodePtr duskNode;
+    kxSaveEnvironment preparation;
+};
+
+} // namespace
+
+TEST_F(kxSaveEnvironmentTest, PutsTheChoiceOfItsPlaceForTheDefaultSwitch)
+{
+    addChoices();
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(preparation.prepare(duskNode));
+
+    EXPECT_EQ(materialOf(duskNode), dusk.get()) << "the third choice, though the first is current";
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dusk.get());
+    EXPECT_TRUE(kxMaterials::hasValuePair(dusk.get(), Key, Value));
+    EXPECT_EQ(materialOf(dawnNode), defaultSwitch());
+    preparation.unprepare();
+    EXPECT_EQ(materialOf(duskNode), defaultSwitch());
+    EXPECT_FALSE(preparation.getAssignedEnvironmentMaterial());
+    EXPECT_TRUE(kxMaterials::hasValuePair(dusk.get(), Key, Value)) << "the mark stays";
+    preparation.unprepare();
+    EXPECT_EQ(output.text(), "[prepareEnvironmentSwitches] # replacements (switch by choice) = 1\n"
+                             "[prepareEnvironmentSwitches] replace mat on Dusk by dusk\n"
+                             "restore assignment on Dusk ---> Default Environment\n");
+}
+
+TEST_F(kxSaveEnvironmentTest, KnowsACloneOfAPlace)
+{
+    addChoices();
+    const osg::NodePtr clone = addNode(kxScenegraph::getRoot(), duskNode->getCore(), "Clone");
+
+    EXPECT_TRUE(preparation.prepare(clone));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dusk.get());
+}
+
+TEST_F(kxSaveEnvironmentTest, PutsTheCurrentChoiceForAnotherSwitch)
+{
+    const osg::FCRef<osg::UEnvironmentSwitchMaterial> other(osg::UEnvironmentSwitchMaterial::create());
+    {
+        const osg::CPEditor edit(other.get(), osg::AllFieldMask);
+        other->addMaterial(dawn.get());
+        other->addMaterial(dusk.get());
+        other->setChoice(1);
+    }
+    const osg::FCRef<osg::Node> node(makeEnvironment("Studio", other.get()));
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(materialOf(node), dusk.get());
+    EXPECT_FALSE(kxMaterials::hasValuePair(dusk.get(), Key, Value)) << "it is no choice of the default switch";
+}
+
+TEST_F(kxSaveEnvironmentTest, UsesTheCurrentChoiceOutsideTheSwitchableOnes)
+{
+    const osg::FCRef<osg::Node> node(makeEnvironment("Elsewhere", defaultSwitch()));
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), defaultSwitch()->getCurrentMaterial());
+    EXPECT_EQ(osg::getName(preparation.getAssignedEnvironmentMaterial()), "Sky");
+}
+
+TEST_F(kxSaveEnvironmentTest, ReplacesByNothingWhereTheChoiceIsNoEnvironment)
+{
+    addChoices();
+    const Owned chalk = makeSurface("Chalk");
+    const osg::NodePtr node = makeEnvironment("Odd", defaultSwitch());
+    ASSERT_TRUE(kxController::addToDefaultEnvironment(chalk.get(), node, false));
+
+    EXPECT_FALSE(preparation.prepare(node)) << "and no other material is there";
+    EXPECT_EQ(materialOf(node), defaultSwitch());
+}
+
+TEST_F(kxSaveEnvironmentTest, TakesAPlainEnvironmentMaterialAsItIs)
+{
+    const osg::FCRef<osg::Node> node(makeEnvironment("Plain", dawn.get()));
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dawn.get());
+    EXPECT_EQ(output.text(), "[prepareEnvironmentSwitches] # replacements (switch by choice) = 0\n");
+}
+
+TEST_F(kxSaveEnvironmentTest, RefusesWhatIsNoEnvironment)
+{
+    const osg::FCRef<osg::Node> empty(makeEnvironment("Empty", nullptr));
+    const osg::FCRef<osg::Node> coreless(osg::Node::create());
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(preparation.prepare(nullptr));
+    EXPECT_FALSE(preparation.prepare(kxScenegraph::getRoot()));
+    EXPECT_FALSE(preparation.prepare(coreless));
+    EXPECT_FALSE(preparation.prepare(empty));
+
+    EXPECT_EQ(output.text(), "[prepareEnvironmentSwitches] no env material under envNode found\n");
+}
+
+TEST_F(kxSaveEnvironmentTest, LightsSurfacesBelowByTheChoiceToo)
+{
+    addChoices();
+    const osg::FCRef<osg::UBRDFMaterial> surface(osg::UBRDFMaterial::create());
+    {
+        const osg::CPEditor edit(surface.get(), osg::UBRDFMaterial::EnvironmentFieldMask);
+        surface->setEnvironment(defaultSwitch());
+    }
+    addSquare(dawnNode, "Lamp", surface.get());
+
+    EXPECT_TRUE(preparation.prepare(dawnNode));
+    EXPECT_EQ(surface->getEnvironment(), dawn.get());
+    preparation.unprepare();
+
+    EXPECT_EQ(surface->getEnvironment(), defaultSwitch());
+}
+
+TEST_F(kxSaveEnvironmentTest, GathersLightLinkSetsAlsoWhenTheRestFails)
+{
+    const osg::FCRef<osg::Node> node(makeEnvironment("Empty", nullptr));
+    const osg::NodePtr light = addNode(node, osg::Light::create(), "Light");
+    const auto set = osg::LightLinkSet::create();
+    {
+        const osg::CPEditor edit(set, osg::LightLinkSet::LightsFieldMask);
+        set->editLights() = std::vector{kxNodeKeys::make(light)};
+    }
+    {
+        const osg::MaterialPoolPtr pool = kxScenegraph::getMaterialPool();
+        const osg::CPEditor edit(pool, osg::MaterialPool::LightLinkSetsFieldMask);
+        pool->editLightLinkSets().push_back(set);
+    }
+
+    EXPECT_FALSE(preparation.prepare(node));
+    ASSERT_EQ(node->getNChildren(), 2U);
+    EXPECT_EQ(osg::MaterialPoolPtr::dcast(node->getChild(1)->getCore())->getLightLinkSets().size(), 1U);
+    preparation.unprepare();
+
+    EXPECT_EQ(describe(node), "Empty(Light)");
+}
+
+TEST_F(kxSaveEnvironmentTest, RestoresOnDestructionAndOnlyOnceAmongCopies)
+{
+    addChoices();
+    const osg::FCRef<osg::FieldContainer> before(osg::deepClone(osg::FieldContainerPtr(kxScenegraph::getRoot()), {}));
+    {
+        kxSaveEnvironment first;
+        ASSERT_TRUE(first.prepare(dawnNode));
+        kxSaveEnvironment second = first;
+        first.unprepare();
+        kxNodeUtils::setMaterial(dawnNode, dusk.get(), false, true);
+        second.unprepare();
+        EXPECT_EQ(materialOf(dawnNode), dusk.get()) << "the second one finds nothing to do";
+        kxNodeUtils::setMaterial(dawnNode, defaultSwitch(), false, true);
+        ASSERT_TRUE(first.prepare(dawnNode));
+        EXPECT_EQ(materialOf(dawnNode), dawn.get());
+    }
+    EXPECT_EQ(materialOf(dawnNode), defaultSwitch());
+    kxMaterials::removeKey(dawn.get(), Key, false);
+    EXPECT_EQ(osg::findDifference(before.get(), kxScenegraph::getRoot()), std::nullopt);
+}

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxSceneplateAssetItem.h"
+
+#include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxAssetItemFactory.h"
+#include "Kernel/kxKernelServiceFactory.h"
+#include "Kernel/kxLogRecorder.h"
+#include "Kernel/kxNodeService.h"
+#include "Kernel/kxSceneplateService.h"
+#include "Kernel/kxSceneplateUtils.h"
+#include "NodeFixture.h"
+#include "SceneGraph/Compare.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/Sceneplate.h"
+#include "SceneGraph/Switch.h"
+#include "Support/CapturedOutput.h"
+
+#include <QFileInfo>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+class PlateService final : public kxSceneplateService
+{
+public:
+    void nodesChanged() override {}
+    QImage previewImage(const kxdNodePtr &node) override
+    {
+        asked.push_back(node ? node->id() : 0);
+        return picture;
+    }
+
+    QImage picture;
+    std::vector<std::uint32_t> asked;
+};
+
+class kxSceneplateAssetItemTest : public NodeFixture
+{
+protected:
+    kxSceneplateAssetItemTest()
+    {
+        kxKernelServiceFactory::the().setService<kxSceneplateService>(&plates);
+        kxKernelServiceFactory::the().setService<kxNodeService>(&nodes);
+    }
+    ~kxSceneplateAssetItemTest() override
+    {
+        kxKernelServiceFactory::the().setService<kxSceneplateService>(nullptr);
+        kxKernelServiceFactory::the().setService<kxNodeService>(nullptr);
+    }
+
+    static osg::NodePtr addPlate(const std::string &name, bool isFront)
+    {
+        const auto plate = osg::Sceneplate::create();
+        {
+            const osg::CPEditor edit(plate, osg::Sceneplate::IsFrontFieldMask);
+            plate->setIsFront(isFront);
+        }
+        return addNode(kxSceneplateUtils::getSceneplateRoot(), plate, name);
+    }
+    std::string save(const osg::NodePtr &node)
+    {
+        kxSceneplateAssetItem item;
+        item.initFrom(node, {}, true);
+        EXPECT_TRUE(item.save(url()));
+        return item.uuid();
+    }
+    static QVariant typeOf(kxAssetItem &item) { return item.data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole); }
+
+    PlateService plates;
+    kxNodeService nodes;
+};
+
+} // namespace
+
+TEST_F(kxSceneplateAssetItemTest, ShowsTheKindOfItsPlate)
+{
+    kxSceneplateAssetItem item;
+    EXPECT_EQ(item.category(), Sceneplate);
+    EXPECT_EQ(item.mimeType(), "application/sarn-sceneplate-asset");
+    EXPECT_EQ(typeOf(item), "Group") << "a new one";
+
+    item.setNode(addPlate("Logo", true));
+    EXPECT_EQ(typeOf(item), "Frontplate");
+    item.setNode(addPlate("Sky", false));
+    EXPECT_EQ(typeOf(item), "Backplate");
+    item.setNode(addNode(kxSceneplateUtils::getSceneplateRoot(), osg::Switch::create(), "Either"));
+    EXPECT_EQ(typeOf(item), "Switch");
+    EXPECT_EQ(item.data(kxAssetCategory::getTypeColumn(), Qt::ToolTipRole), "Switch");
+    item.setNode(nullptr);
+    EXPECT_EQ(typeOf(item), "Unknown");
+}
+
+TEST_F(kxSceneplateAssetItemTest, ReadsTheKindFromItsMetadata)
+{
+    for (const auto &[number, text] : std::map<int, QString>{
+             {1, "Frontplate"}, {2, "Backplate"}, {3, "Unknown"}, {4, "Group"}, {8, "Switch"}, {16, "Unknown"}}) {
+        kxAssetItemDocument document;
+        document.setAssetType(Sceneplate);
+        document.setAssetUUID("1");
+        document.setSceneplateType(static_cast<kxSceneplateTypes::NodeType>(number));
+        kxSceneplateAssetItem item;
+        EXPECT_TRUE(item.readMetaData(document));
+        EXPECT_EQ(typeOf(item), text) << number;
+    }
+}
+
+TEST_F(kxSceneplateAssetItemTest, WritesTheKindOfTheNodeAsItIsNow)
+{
+    kxSceneplateAssetItem item;
+    const osg::NodePtr logo = addPlate("Logo", true);
+    item.initFrom(logo, {}, true);
+    const auto plate = osg::SceneplatePtr::dcast(logo->getCore());
+    {
+        const osg::CPEditor edit(plate, osg::Sceneplate::IsFrontFieldMask);
+        plate->setIsFront(false);
+    }
+    kxAssetItemDocument document;
+
+    EXPECT_TRUE(item.writeMetaData(document));
+
+    EXPECT_EQ(document.getSceneplateType(), kxSceneplateTypes::Backplate);
+    EXPECT_EQ(typeOf(item), "Frontplate") << "what it showed before stays";
+}
+
+TEST_F(kxSceneplateAssetItemTest, SavesAndLoads)
+{
+    plates.picture = QImage(8, 6, QImage::Format_RGB32);
+    plates.picture.fill(Qt::red);
+    const osg::NodePtr logo = addPlate("Logo", true);
+    kxtest::CapturedOutput output;
+
+    const std::string uuid = save(logo);
+
+    EXPECT_THAT(output.text(), HasSubstr("saving preview of Logo\n"));
+    EXPECT_EQ(plates.asked, std::vector{logo.getFieldContainerId()});
+    EXPECT_EQ(QImage(QString::fromStdString(_folder.file("SCP_Logo/Logo.png"))).size(), QSize(8, 6));
+    const osg::FCRef<osg::Node> loaded(kxSceneplateAssetItem::loadNodeFromUUID(uuid));
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(describe(loaded), "Logo") << "never wrapped";
+    EXPECT_EQ(uuidOfNode(loaded), uuid);
+    EXPECT_EQ(osg::findDifference(loaded->getCore(), logo->getCore()), std::nullopt);
+    EXPECT_EQ(typeOf(*kxAssetItemFactory::the().findItem(uuid)), "Frontplate");
+}
+
+TEST_F(kxSceneplateAssetItemTest, HasNoPreviewWithoutTheServicesOrAPicture)
+{
+    const osg::NodePtr logo = addPlate("Logo", true);
+    kxSceneplateAssetItem item;
+    EXPECT_FALSE(item.renderPreview(logo)) << "the picture is null";
+    plates.picture = QImage(8, 6, QImage::Format_RGB32);
+    plates.picture.fill(Qt::blue);
+    const auto image = osg::FCRef<osg::Image>::adopt(item.renderPreview(logo));
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->getChannels(), 4U);
+    EXPECT_EQ(image.get()->getRefCount(), 1);
+    kxKernelServiceFactory::the().setService<kxNodeService>(nullptr);
+    EXPECT_FALSE(item.renderPreview(logo));
+}
+
+TEST_F(kxSceneplateAssetItemTest, IsFitForSavingWithANode)
+{
+    kxSceneplateAssetItem item;
+    EXPECT_FALSE(item.makeNodeValidForSave());
+    EXPECT_FALSE(item.save(url()));
+    item.setNode(addPlate("Logo", true));
+    EXPECT_TRUE(item.makeNodeValidForSave());
+    EXPECT_FALSE(item.save(QUrl("unknown:/place")));
+}
+
+TEST_F(kxSceneplateAssetItemTest, SaysWhatItCannotFind)
+{
+    const std::string material = store(makeSurface("Red"));
+    kxtest::CapturedOutput output;
+    const kxLogRecorder log;
+
+    EXPECT_FALSE(kxSceneplateAssetItem::loadNodeFromUUID("nobody"));
+    EXPECT_FALSE(kxSceneplateAssetItem::loadNodeFromUUID(material));
+
+    EXPECT_EQ(output.text(), "[loadNodeFromUUID] did not find sceneplate item with uuid 'nobody'\n");
+    EXPECT_EQ(log.lines(), std::vector<std::string>{"CAST FAILS! loadNodeFromUUID"});
+}
