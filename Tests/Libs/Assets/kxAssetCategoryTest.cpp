@@ -250,6 +250,24 @@ TEST(kxAssetCategoryTest, TranslatesInItsOwnContext)
     EXPECT_EQ(header, QVariant("<kxAssetCategory>#Storage Location"));
 }
 
+TEST(kxAssetCategoryTest, TranslatesEveryHeader)
+{
+    MarkingTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+
+    std::vector<QString> headers;
+    for (const kxAssetCategoryType category : {Material, Environment, Geometry, Sceneplate})
+        headers.push_back(kxAssetCategory::getHeaderData(category, 0, 0).toString());
+    for (int section = 1; section < 5; ++section)
+        headers.push_back(kxAssetCategory::getHeaderData(Material, section, 0).toString());
+    QCoreApplication::removeTranslator(&translator);
+
+    EXPECT_EQ(headers, (std::vector<QString>{"<kxAssetCategory>#Material", "<kxAssetCategory>#Environment",
+                                             "<kxAssetCategory>#Geometry", "<kxAssetCategory>#Sceneplate",
+                                             "<kxAssetCategory>#Type", "<kxAssetCategory>#Modified on",
+                                             "<kxAssetCategory>#Storage Location", "<kxAssetCategory>#Tags"}));
+}
+
 TEST_F(kxAssetCategoryProcessTest, HasNoWidestCategoryBeforeTheFirstUse)
 {
     EXPECT_EXIT(

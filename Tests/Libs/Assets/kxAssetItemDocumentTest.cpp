@@ -386,6 +386,15 @@ TEST(kxAssetItemDocumentTest, NormalisesTagsWhenWritingAndWhenReading)
     EXPECT_EQ(withMaterial("<tags>b, Scene, \"a\"</tags>").getMaterialTags(), (QStringList{"a", "b"}));
 }
 
+TEST(kxAssetItemDocumentTest, KeepsTagsOfAnyScript)
+{
+    kxAssetItemDocument document;
+
+    document.setMaterialTags("木, Größe");
+
+    EXPECT_EQ(document.getMaterialTags(), (QStringList{QString::fromUtf8("Größe"), QString::fromUtf8("木")}));
+}
+
 TEST(kxAssetItemDocumentTest, WritesTheUuidsOfSubMaterials)
 {
     kxAssetItemDocument document;

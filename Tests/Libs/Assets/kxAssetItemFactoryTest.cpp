@@ -352,6 +352,18 @@ TEST_F(kxAssetItemFactoryTest, DeletesASetOfItems)
     EXPECT_EQ(_factory.itemCount(), 1);
 }
 
+TEST_F(kxAssetItemFactoryTest, DeletesASetInItsOrder)
+{
+    const std::set<kxAssetItem *> items = {add(Material, "2"), add(Geometry, "3"), add(Sceneplate, "1")};
+    std::vector<std::string> uuids;
+    for (kxAssetItem *item : items)
+        uuids.push_back(item->uuid());
+
+    _factory.deleteItems(items);
+
+    EXPECT_EQ(_deaths, uuids);
+}
+
 TEST_F(kxAssetItemFactoryTest, DeletesTheRegisteredItemOfAStrangersUuid)
 {
     add(Material, "1");
@@ -394,6 +406,15 @@ TEST_F(kxAssetItemFactoryTest, TellsTheHostOfNewSceneplates)
     add(Sceneplate, "1");
 
     EXPECT_EQ(notifications(), 1);
+    EXPECT_EQ(notifications(), 0);
+}
+
+TEST_F(kxAssetItemFactoryTest, TellsTheHostOfACreatedSceneplateButNotOfAnUpdatedOne)
+{
+    kxAssetItem *created = _factory.createOrUpdateItem(documentOf(Sceneplate, "1"));
+    EXPECT_EQ(notifications(), 1);
+
+    EXPECT_EQ(_factory.createOrUpdateItem(documentOf(Sceneplate, "1", "Renamed")), created);
     EXPECT_EQ(notifications(), 0);
 }
 

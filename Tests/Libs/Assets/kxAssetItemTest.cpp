@@ -2,8 +2,13 @@
 #include "Assets/kxAssetItem.h"
 
 #include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxEnvironmentMaterialAssetItem.h"
+#include "Assets/kxEnvironmentNodeAssetItem.h"
+#include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxLocalUrlManager.h"
+#include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxPreviewImageLoader.h"
+#include "Assets/kxSceneplateAssetItem.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxVersion.h"
 #include "LibraryFixture.h"
@@ -17,10 +22,12 @@
 #include <QLocale>
 #include <QPixmap>
 #include <QTimer>
+#include <QTranslator>
 
 #include <boost/uuid/uuid_io.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <set>
@@ -196,6 +203,36 @@ TEST_F(kxAssetItemTest, SharesOnePreviewLoader)
     ASSERT_NE(loader, nullptr);
     EXPECT_EQ(kxAssetItem::getPreviewImageLoader(), loader);
     EXPECT_EQ(loader->parent(), nullptr);
+}
+
+TEST_F(kxAssetItemTest, MakesTheSharedPreviewLoaderWithTheFirstItem)
+{
+    // Other tests of this process have asked for the loader, so this looks at a fresh one.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+
+    // There is no preview: reading it at once would say so.
+    EXPECT_EXIT(std::exit(itemIn(url("missing")).loadPreviewImage(true) ? 0 : 1), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(kxAssetItemTest, TranslatesInTheContextOfItsClass)
+{
+    struct ContextTranslator : QTranslator
+    {
+        QString translate(const char *context, const char *, const char *, int) const override { return context; }
+        bool isEmpty() const override { return false; }
+    } translator;
+    QCoreApplication::installTranslator(&translator);
+
+    const QStringList contexts = {kxAssetItem::tr("x"),
+                                  kxMaterialAssetItem::tr("x"),
+                                  kxEnvironmentMaterialAssetItem::tr("x"),
+                                  kxEnvironmentNodeAssetItem::tr("x"),
+                                  kxGeometryAssetItem::tr("x"),
+                                  kxSceneplateAssetItem::tr("x")};
+    QCoreApplication::removeTranslator(&translator);
+
+    EXPECT_EQ(contexts, (QStringList{"kxAssetItem", "kxMaterialAssetItem", "kxEnvironmentMaterialAssetItem",
+                                     "kxEnvironmentNodeAssetItem", "kxGeometryAssetItem", "kxSceneplateAssetItem"}));
 }
 
 TEST_F(kxAssetItemTest, ReadsItsIdentityAfterAReset)

@@ -230,6 +230,23 @@ TEST_F(kxPreviewImageLoaderTest, LoadsAgainAfterADelivery)
     EXPECT_EQ(_images[1]->pixel(0, 0), Green);
 }
 
+TEST_F(kxPreviewImageLoaderTest, ForgetsARequestThatIsDeliveredWithoutAnImage)
+{
+    gated().loads = 0;
+    gated().gate.release(2);
+    _loader.loadImageFromDir(gateUrl());
+
+    QMetaObject::invokeMethod(&_loader, "previewReady", Qt::DirectConnection, Q_ARG(QUrl, gateUrl()),
+                              Q_ARG(QImage *, nullptr));
+    EXPECT_TRUE(_images.empty());
+    _loader.loadImageFromDir(gateUrl());
+    settle();
+    gated().entered.acquire(2);
+
+    EXPECT_EQ(gated().loads, 2);
+    EXPECT_EQ(_images.size(), 2U);
+}
+
 TEST_F(kxPreviewImageLoaderTest, SaysNothingOfADirectoryWithoutAPreviewAndMayBeAskedAgain)
 {
     writeFile("MAT_Red/Red.xml", "<item/>");
