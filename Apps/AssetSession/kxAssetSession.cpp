@@ -4,7 +4,10 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxLocalUrlManager.h"
 #include "Kernel/kxKernelServiceFactory.h"
+#include "Kernel/kxNodeService.h"
+#include "Kernel/kxSceneReferenceService.h"
 #include "Kernel/kxScenegraph.h"
+#include "Rendering/kxOffscreenView.h"
 #include "Rendering/kxPreviewRenderModule.h"
 
 kxAssetSession::kxAssetSession()
@@ -12,11 +15,19 @@ kxAssetSession::kxAssetSession()
     kxKernelServiceFactory::the().startKernel();
     kxScenegraph::newDocument();
     _previews = std::make_unique<kxPreviewRenderModule>();
+    if (!kxOSGWidget::getMGLW(-1))
+        _view = std::make_unique<kxOffscreenView>();
+    _references = std::make_unique<kxSceneReferenceService>();
+    kxKernelServiceFactory::the().setService<kxReferenceService>(_references.get());
+    _nodes = std::make_unique<kxNodeService>();
+    kxKernelServiceFactory::the().setService<kxNodeService>(_nodes.get());
     kxUrlManager::registerManager(kxLocalUrlManager::the());
 }
 
 kxAssetSession::~kxAssetSession()
 {
+    kxKernelServiceFactory::the().setService<kxNodeService>(nullptr);
+    kxKernelServiceFactory::the().setService<kxReferenceService>(nullptr);
     kxAssetItemFactory::the().deleteAllItems();
     kxScenegraph::closeDocument();
 }

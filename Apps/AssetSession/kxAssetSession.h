@@ -5,9 +5,13 @@
 
 #include <memory>
 
+class kxNodeService;
+class kxOffscreenView;
 class kxPreviewRenderModule;
+class kxSceneReferenceService;
 
-/// The host in a program: kernel, an empty scene, previews, and the local disk as a place of assets.
+/// The host in a program: kernel, an empty scene, previews, the services of the scene, a main view without a window, and
+/// the local disk as a place of assets.
 ///
 /// One for each process, made on the main thread after the QApplication, and gone before it.
 class KX_ASSETSESSION_EXPORT kxAssetSession
@@ -21,4 +25,7 @@ public:
 
 private:
     std::unique_ptr<kxPreviewRenderModule> _previews;
+    std::unique_ptr<kxOffscreenView> _view;
+    std::unique_ptr<kxSceneReferenceService> _references;
+    std::unique_ptr<kxNodeService> _nodes;
 };

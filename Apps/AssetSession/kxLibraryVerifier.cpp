@@ -4,6 +4,7 @@
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxLocalUrlManager.h"
 #include "SceneGraph/MultiPassMaterial.h"
+#include "SceneGraph/Node.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/SwitchMaterial.h"
 
@@ -93,6 +94,8 @@ bool kxLibraryVerifier::verifyMetadata(const QString &file)
     const QFileInfo info(file);
     if (document.getMaterialType())
         verifyMaterial(info.absolutePath(), document);
+    else
+        verifyNode(info.absolutePath());
     verifyPreview(info.absolutePath(), info.completeBaseName());
     return true;
 }
@@ -118,6 +121,22 @@ void kxLibraryVerifier::verifyMaterial(const QString &directory, const kxAssetIt
     for (const QString &payload : payloads)
         if (const std::string fault = faultOf(dir.filePath(payload)); !fault.empty())
             report("payload-damaged", dir.filePath(payload), "the material cannot be loaded: " + fault);
+}
+
+void kxLibraryVerifier::verifyNode(const QString &directory)
+{
+    const QDir dir(directory);
+    const QStringList payloads = dir.entryList({QStringLiteral("*.osb")}, QDir::Files | QDir::NoSymLinks, QDir::Name);
+    if (payloads.isEmpty())
+        report("payload-missing", directory, "the file with its node is missing");
+    for (const QString &payload : payloads) {
+        const osg::Result<osg::SceneRoots> roots = osg::readSceneFile(dir.filePath(payload).toStdString());
+        const auto isNode = [](const auto &root) { return isOfType(root.get(), osg::Node::getClassType()); };
+        if (!roots)
+            report("payload-damaged", dir.filePath(payload), "the node cannot be loaded: " + roots.reason());
+        else if (std::none_of(roots.value().begin(), roots.value().end(), isNode))
+            report("payload-damaged", dir.filePath(payload), "the file holds no node");
+    }
 }
 
 void kxLibraryVerifier::verifyPreview(const QString &directory, const QString &baseName)

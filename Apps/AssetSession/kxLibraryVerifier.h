@@ -40,6 +40,7 @@ private:
     bool verifyMetadata(const QString &file);
     void verifyIdentity(const QString &file, const kxAssetItemDocument &document);
     void verifyMaterial(const QString &directory, const kxAssetItemDocument &document);
+    void verifyNode(const QString &directory);
     void verifyPreview(const QString &directory, const QString &baseName);
     void verifySubMaterials();
     void verifyLeftovers(const QString &directory, bool isAsset);

@@ -4,7 +4,7 @@
 std::span<const Command> allCommands()
 {
     static constexpr Command commands[] = {
-        {"import", "Keep the materials of 3D models, and HDR pictures as environments", declareImport},
+        {"import", "Keep 3D models or their materials, and HDR pictures as environments", declareImport},
         {"list", "List assets", declareList},
         {"show", "Show everything about one asset", declareShow},
         {"load", "Write assets into a scene file", declareLoad},
@@ -16,6 +16,7 @@ std::span<const Command> allCommands()
         {"merge", "Merge one folder of the library into another", declareMerge},
         {"remove", "Remove assets from the disk", declareRemove},
         {"preview", "Render previews again", declarePreview},
+        {"render", "Render a picture of a scene file", declareRender},
         {"sheet", "Draw a contact sheet", declareSheet},
         {"verify", "Look for damage in a library", declareVerify},
         {"compact", "Compress a scene file", declareCompact},

@@ -56,6 +56,7 @@ Run declareMove(CLI::App &app, Options &options);
 Run declarePreview(CLI::App &app, Options &options);
 Run declareRemove(CLI::App &app, Options &options);
 Run declareRename(CLI::App &app, Options &options);
+Run declareRender(CLI::App &app, Options &options);
 Run declareSheet(CLI::App &app, Options &options);
 Run declareShow(CLI::App &app, Options &options);
 Run declareTag(CLI::App &app, Options &options);

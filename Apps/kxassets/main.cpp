@@ -58,7 +58,8 @@ ExitCode explain(const CLI::App &app, const CLI::ParseError &error)
 
 ExitCode runProgram(int argc, char **argv)
 {
-    CLI::App app("Keeps libraries of materials: imports them, finds them again, loads them, and tells what differs.",
+    CLI::App app("Keeps libraries of materials, models and environments: imports them, finds them again, loads them, "
+                 "and tells what differs.",
                  "kxassets");
     app.require_subcommand(1);
     app.set_version_flag("--version", std::string("kxassets ") + kxGetVersionString());

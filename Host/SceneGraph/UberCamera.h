@@ -24,7 +24,7 @@ public:
     static FieldMask getCombinedViewingAttributesMask();
 
     /// Moves the camera along its viewing direction, and its target to the middle of the box, so that the box fills the
-    /// picture, whatever its proportions. With \a adaptDepth the near and far planes enclose the box as well. \a offset moves
+    /// picture, which is taken to be at least as wide as high. With \a adaptDepth the near and far planes enclose the box as well. \a offset moves
     /// the middle. An empty box changes nothing.
     /// Expects an open edit of all fields.
     void zoomTo(const Volume &box, bool adaptDepth, const Vec3d &offset);

@@ -52,6 +52,7 @@ bool kxGeometryAssetItem::save(const QUrl &url)
     std::vector<std::uint32_t> cloneIds; // the preview may run an event loop, in which nodes go
     std::vector<osg::NodePtr> clones;
     kxNodeUtils::getAllClonesInScenegraph(node, clones);
+    cloneIds.reserve(clones.size());
     for (const osg::NodePtr &clone : clones)
         cloneIds.push_back(clone.getFieldContainerId());
     if (!store(*manager, url))

@@ -42,6 +42,7 @@ const std::vector<NameException> &sourcesWithoutHeader()
         {"Apps/kxassets/PreviewCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/RemoveCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/RenameCommand.cpp", "a sub-command, declared with all others in Command.h"},
+        {"Apps/kxassets/RenderCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/SheetCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/ShowCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/TagCommand.cpp", "a sub-command, declared with all others in Command.h"},

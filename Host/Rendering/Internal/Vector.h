@@ -144,7 +144,7 @@ inline float fastAtan2(float y, float x)
 inline std::array<float, 2> turned(float share)
 {
     const float quarters = share * 4.0F;
-    const int quarter = static_cast<int>(quarters + 0.5F);
+    const int quarter = static_cast<int>(quarters + 0.5F); // NOLINT(bugprone-incorrect-roundings): never negative
     const float x = (quarters - static_cast<float>(quarter)) * (Pi / 2.0F);
     const float s = x * x;
     const float sine = x * (1.0F + s * (-1.0F / 6 + s * (1.0F / 120 + s * (-1.0F / 5040))));

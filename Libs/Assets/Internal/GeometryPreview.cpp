@@ -34,6 +34,7 @@ void setVisible(const SpherePtr &sphere, bool visible)
 std::vector<std::uint32_t> idsOf(const std::vector<osg::NodePtr> &nodes)
 {
     std::vector<std::uint32_t> ids;
+    ids.reserve(nodes.size());
     for (const osg::NodePtr &node : nodes)
         ids.push_back(node.getFieldContainerId());
     return ids;

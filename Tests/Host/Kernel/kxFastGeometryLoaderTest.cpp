@@ -15,7 +15,6 @@
 
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 class kxFastGeometryLoaderTest : public kxtest::SceneTest

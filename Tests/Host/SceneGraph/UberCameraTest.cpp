@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -28,13 +29,34 @@ TEST_F(UberCameraTest, FramesABoxWithoutTurning)
 
     camera->zoomTo(box, true, {0.0, 0.0, 0.0});
 
+    // Seen along (-0.6, 0, -0.8): corners reach 1.4 sideways and forwards, and are framed with a margin of 6 %.
     EXPECT_EQ(camera->getAt(), (Vec3d{10.0, 0.0, 0.0}));
-    const double away = std::sqrt(3.0) / std::sin(0.3);
+    const double away = std::hypot(camera->getFrom()[0] - 10.0, camera->getFrom()[1], camera->getFrom()[2]);
     EXPECT_NEAR(camera->getFrom()[0], 10.0 + 0.6 * away, 1e-9);
-    EXPECT_NEAR(camera->getFrom()[1], 0.0, 1e-9);
     EXPECT_NEAR(camera->getFrom()[2], 0.8 * away, 1e-9);
-    EXPECT_NEAR(camera->getNear(), away - std::sqrt(3.0), 1e-9);
-    EXPECT_NEAR(camera->getFar(), away + std::sqrt(3.0), 1e-9);
+    double widest = 0.0;
+    for (const double x : {-1.0, 1.0})
+        for (const double z : {-1.0, 1.0}) {
+            const double depth = away - 0.6 * x - 0.8 * z;
+            widest = std::max({widest, std::abs(0.8 * x - 0.6 * z) / depth, 1.0 / depth});
+        }
+    EXPECT_NEAR(widest, std::tan(0.3) / 1.06, 1e-9);
+    EXPECT_NEAR(camera->getNear(), away - 1.4, 1e-9);
+    EXPECT_NEAR(camera->getFar(), away + 1.4, 1e-9);
+}
+
+TEST_F(UberCameraTest, FramesAPointAndABoxAroundItself)
+{
+    Volume point;
+    point.extend({1.0, 2.0, 3.0});
+    const CPEditor edit(camera.get(), AllFieldMask);
+    camera->setAt(camera->getFrom());
+
+    camera->zoomTo(point, true, {0.0, 0.0, 0.0});
+
+    EXPECT_EQ(camera->getAt(), (Vec3d{1.0, 2.0, 3.0}));
+    EXPECT_GT(camera->getFrom()[2], 3.0);
+    EXPECT_GT(camera->getNear(), 0.0);
 }
 
 TEST_F(UberCameraTest, StaysWhereItIsForAnEmptyBox)

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxGeometryImport.h"
+
+#include "Assets/kxGeometryAssetItem.h"
+#include "Import/kxSceneImporter.h"
+#include "Kernel/NodeUtils.h"
+#include "Kernel/kxNodeUtils.h"
+#include "Kernel/kxScenegraph.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/Transform3D.h"
+
+#include <QFileInfo>
+
+namespace {
+
+/// Below the scene's root while it lives.
+class TemporaryPlace
+{
+public:
+    explicit TemporaryPlace(const std::string &name)
+        : _node(NodeUtils::createNodeWithCore(osg::Transform3D::create(), kxScenegraph::getRoot(), name))
+    {}
+    ~TemporaryPlace()
+    {
+        const osg::NodePtr parent = _node->getParent();
+        if (!parent)
+            return;
+        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
+        parent->subChild(_node);
+    }
+    TemporaryPlace(const TemporaryPlace &) = delete;
+    TemporaryPlace &operator=(const TemporaryPlace &) = delete;
+
+    const osg::NodePtr &node() const { return _node; }
+    void add(const osg::NodePtr &child)
+    {
+        const osg::CPEditor edit(_node.get(), osg::Node::ChildrenFieldMask);
+        _node->addChild(child);
+    }
+
+private:
+    osg::FCRef<osg::Node> _node;
+};
+
+/// The first level that has several nodes: many files have a single root with all the rest below it.
+std::vector<osg::FCRef<osg::Node>> partsOf(osg::NodePtr node)
+{
+    while (node->getNChildren() == 1)
+        node = node->getChild(0);
+    std::vector<osg::FCRef<osg::Node>> parts;
+    for (std::size_t i = 0; i < node->getNChildren(); ++i)
+        parts.emplace_back(node->getChild(i));
+    if (parts.empty())
+        parts.emplace_back(node);
+    return parts;
+}
+
+} // namespace
+
+void kxGeometryImport::save(const osg::NodePtr &node, const std::string &name, const QUrl &folder, Outcome &outcome)
+{
+    // The frame of what lies above a part is kept: it would stand elsewhere otherwise.
+    TemporaryPlace place(name);
+    const osg::NodePtr parent = node->getParent();
+    if (parent) {
+        const auto parts = osg::decompose(parent->getToWorld());
+        const auto core = osg::Transform3DPtr::dcast(place.node()->getCore());
+        const osg::CPEditor edit(core, osg::AllFieldMask);
+        core->setTranslation(parts.translation);
+        core->setRotationAsQuaternion(parts.rotation);
+        core->setScale(parts.scale);
+    }
+    place.add(node);
+    kxGeometryAssetItem item;
+    item.initFrom(place.node(), {}, false);
+    if (item.save(folder))
+        outcome.saved.push_back({item.uuid(), item.name()});
+    else
+        outcome.failures.push_back("'" + name + "' cannot be saved");
+}
+
+kxGeometryImport::Outcome kxGeometryImport::importFile(const QString &path, const QUrl &folder,
+                                                       const std::function<bool()> &goOn) const
+{
+    Outcome outcome;
+    const auto scene = kxSceneImporter().importScene(path.toStdString());
+    if (!scene) {
+        outcome.failures.push_back(scene.reason());
+        return outcome;
+    }
+    const std::string fileName = QFileInfo(path).completeBaseName().toStdString();
+    if (!_isSplit) {
+        save(scene.value().root.get(), fileName, folder, outcome);
+        return outcome;
+    }
+    for (const osg::FCRef<osg::Node> &part : partsOf(scene.value().root.get())) {
+        if (!goOn())
+            break;
+        const std::string name = kxNodeUtils::getName(part.get());
+        save(part.get(), name.empty() ? fileName : name, folder, outcome);
+    }
+    return outcome;
+}
