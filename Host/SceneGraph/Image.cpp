@@ -6,6 +6,7 @@
 #include "SceneGraph/Internal/Checksum.h"
 #include "SceneGraph/Internal/ImageCodecs.h"
 #include "SceneGraph/Internal/Pixmap.h"
+#include "SceneGraph/Internal/PlainPicture.h"
 #include "SceneGraph/Internal/VifFormat.h"
 #include "SceneGraph/SceneLog.h"
 
@@ -53,6 +54,8 @@ void fill(Image &image, Pixmap &&picture)
 
 Result<Pixmap> readForeign(const std::string &path, const std::string &extension)
 {
+    if (std::optional<Pixmap> plain = readPlainPicture(path))
+        return std::move(*plain);
     const Result<const ImageCodecs *> codecs = ImageCodecs::load();
     if (!codecs)
         return Failure{codecs.reason()};
