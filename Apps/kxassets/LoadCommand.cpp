@@ -101,6 +101,7 @@ ExitCode run(const Arguments &arguments, Context &context)
     if (!loadAssets(arguments.assets, items, loaded))
         return ExitCode::Failed;
     std::vector<osg::FieldContainerPtr> roots;
+    roots.reserve(loaded.size());
     for (const auto &container : loaded)
         roots.push_back(container.get());
     osg::SceneWriteOptions options;
@@ -113,7 +114,7 @@ ExitCode run(const Arguments &arguments, Context &context)
     if (context.options.isJson)
         printJson(context, described);
     else
-        for (const QJsonValue &entry : described)
+        for (const QJsonValue entry : described)
             context.results.line("loaded " + entry["name"].toString().toStdString() + " into " + arguments.output);
     return ExitCode::Done;
 }

@@ -7,6 +7,10 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
 using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
@@ -44,7 +48,7 @@ TEST_F(TerminalTest, ShowsProgressWithRateAndTimeLeft)
 
 TEST_F(TerminalTest, EndsABatchAfterTheStepUnderWayWhenInterrupted)
 {
-    std::vector<std::string> arguments = {"import", "--preview-size", "256", "--preview-samples", "16"};
+    std::vector<std::string> arguments = {"import", "--preview-size", "256", "--preview-samples", "48"};
     for (const char *name : {"One", "Two", "Three", "Four"})
         arguments.push_back(writeModel(name));
     kxtest::Terminal terminal(_folder.string(), arguments);
@@ -61,8 +65,13 @@ TEST_F(TerminalTest, EndsABatchAfterTheStepUnderWayWhenInterrupted)
 
 TEST_F(TerminalTest, EndsAtOnceWhenInterruptedTwice)
 {
-    kxtest::Terminal terminal(_folder.string(), {"import", writeModel("One"), writeModel("Two"), "--preview-size",
-                                                 "4096", "--preview-samples", "65536"});
+    // A parser that hangs and hears nothing: the program cannot have ended by itself when the second one comes.
+    const std::filesystem::path parser = _folder.file("parser");
+    std::ofstream(parser) << "#!/bin/sh\ntrap '' INT\nexec sleep 60\n";
+    std::filesystem::permissions(parser, std::filesystem::perms::owner_all);
+    ::setenv("KX_IMPORT_WORKER", parser.c_str(), 1);
+    kxtest::Terminal terminal(_folder.string(), {"import", writeModel("One"), writeModel("Two")});
+    ::unsetenv("KX_IMPORT_WORKER");
     ASSERT_TRUE(terminal.waitFor("Importing: 0 of 2 files")) << terminal.shown();
     terminal.interrupt();
     ASSERT_TRUE(terminal.waitFor("once more ends at once")) << terminal.shown();
