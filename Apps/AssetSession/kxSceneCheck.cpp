@@ -2,12 +2,16 @@
 #include "AssetSession/kxSceneCheck.h"
 
 #include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxGeometrySceneplateCommon.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxUrlManager.h"
 #include "Kernel/kxMaterials.h"
+#include "Kernel/kxNodeUtils.h"
+#include "Kernel/kxScenegraph.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/Compare.h"
 #include "SceneGraph/ImageAttachment.h"
+#include "SceneGraph/KeyAttachment.h"
 #include "SceneGraph/MultiPassMaterial.h"
 #include "SceneGraph/Node.h"
 #include "SceneGraph/SceneFile.h"
@@ -87,19 +91,44 @@ void compareContents(kxAssetItem &item, const osg::MaterialPtr &material, kxScen
     entry.detail = *difference;
 }
 
-kxSceneCheck::Entry compare(const osg::MaterialPtr &material, const osg::AssetAttachmentPtr &attachment)
+/// Where the node differs from what its asset loads as. Where its own placement puts it is the scene's business.
+void compareContents(kxAssetItem &item, const osg::NodePtr &node, kxSceneCheck::Entry &entry)
 {
-    kxSceneCheck::Entry entry{attachment->getUuid(), kxMaterials::getName(material), {}, {}};
+    auto *nodeItem = dynamic_cast<kxGeometrySceneplateCommon *>(&item);
+    if (!nodeItem)
+        return; // an environment is spread over the scene's switches when it is loaded
+    if (!nodeItem->loadNode()) {
+        entry.state = kxSceneCheck::State::StoredUnreadable;
+        return;
+    }
+    const osg::FCRef<osg::Node> stored(nodeItem->getNode());
+    std::optional<std::string> difference;
+    if (stored->getNChildren() != node->getNChildren())
+        difference = "it has another number of children";
+    for (std::size_t i = 0; !difference && i < stored->getNChildren(); ++i)
+        difference = osg::findDifference(stored->getChild(i), node->getChild(i),
+                                         {&osg::AssetAttachment::getClassType(), &osg::ImageAttachment::getClassType(),
+                                          &osg::KeyAttachment::getClassType()});
+    if (!difference)
+        return;
+    entry.state = kxSceneCheck::State::EditedInScene;
+    entry.detail = *difference;
+}
+
+template <class Handle> kxSceneCheck::Entry compare(const Handle &container, const std::string &name)
+{
+    const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(container);
+    kxSceneCheck::Entry entry{attachment->getUuid(), name, {}, {}};
     kxAssetItem *item = kxAssetItemFactory::the().findItem(entry.uuid);
     if (!item) {
         entry.state = kxSceneCheck::State::MissingInLibrary;
         entry.detail = "last seen in " + QUrl(QString::fromStdString(attachment->getUrl())).toLocalFile().toStdString();
-    } else if (!item->hasSameChecksum(material)) {
+    } else if (!item->hasSameChecksum(container)) {
         entry.state = kxSceneCheck::State::StoredChanged;
     } else if (attachment->getUserEdited()) {
         entry.state = kxSceneCheck::State::EditedInScene;
     } else {
-        compareContents(*item, material, entry);
+        compareContents(*item, container, entry);
     }
     return entry;
 }
@@ -113,7 +142,10 @@ osg::Result<std::vector<kxSceneCheck::Entry>> kxSceneCheck::check(const QString 
         return osg::Failure{roots.reason()};
     std::vector<Entry> entries;
     for (const osg::MaterialPtr &material : assetMaterialsOf(roots.value()))
-        entries.push_back(compare(material, osg::AssetAttachment::getAssetAttachment(material)));
+        entries.push_back(compare(material, kxMaterials::getName(material)));
+    for (const osg::FCRef<osg::FieldContainer> &root : roots.value())
+        for (const kxNodePtr &node : kxScenegraph::getAssetNodes(osg::NodePtr::dcast(root.get())))
+            entries.push_back(compare(node, kxNodeUtils::getName(node)));
     return entries;
 }
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// Tells which asset materials of a scene file differ from what the opened libraries hold. Main thread only.
+/// Tells which assets of a scene file differ from what the opened libraries hold. Main thread only.
 class KX_ASSETSESSION_EXPORT kxSceneCheck
 {
 public:
@@ -28,7 +28,7 @@ public:
         std::string detail; ///< where the copies differ first, or where the asset was last seen
     };
 
-    /// One entry for each asset material that the file holds, in the file's order.
+    /// One entry for each asset that the file holds: materials first, then nodes, each in the file's order.
     static osg::Result<std::vector<Entry>> check(const QString &path);
 
     static const char *textOf(State state);

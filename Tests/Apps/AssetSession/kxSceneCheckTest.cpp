@@ -3,12 +3,17 @@
 
 #include "AssetSession/kxAssetSession.h"
 #include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
+#include "Kernel/NodeUtils.h"
 #include "Kernel/kxMaterialTags.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/Geometry.h"
+#include "SceneGraph/NameAttachment.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/SwitchMaterial.h"
+#include "SceneGraph/Transform3D.h"
 #include "SceneGraph/UBRDFMaterial.h"
 #include "Support/TemporaryFolder.h"
 
@@ -186,4 +191,35 @@ TEST_F(kxSceneCheckTest, HasATextForEveryState)
     EXPECT_STREQ(kxSceneCheck::textOf(State::EditedInScene), "edited in the scene");
     EXPECT_STREQ(kxSceneCheck::textOf(State::StoredUnreadable), "stored asset cannot be loaded");
     EXPECT_STREQ(kxSceneCheck::textOf(State::MissingInLibrary), "not in the library");
+}
+
+TEST_F(kxSceneCheckTest, ComparesNodesButForTheirPlacement)
+{
+    const osg::FCRef<osg::Node> chair(osg::makeNodeFor(osg::Transform3D::create()));
+    osg::setName(chair.get(), "Chair");
+    NodeUtils::createNodeWithCore(osg::Geometry::create(), chair, "Seat");
+    kxGeometryAssetItem created;
+    created.initFrom(chair.get(), {}, true);
+    ASSERT_TRUE(created.save(QUrl::fromLocalFile(QString::fromStdString(_folder.file("lib")))));
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(created.uuid()));
+    const auto check = [&] {
+        EXPECT_TRUE(osg::writeSceneFile(_folder.file("scene.osb"), {loaded.get()}));
+        const auto entries = kxSceneCheck::check(QString::fromStdString(_folder.file("scene.osb")));
+        EXPECT_TRUE(entries);
+        EXPECT_EQ(entries.value().size(), 1U);
+        return entries.value().front();
+    };
+    {
+        const auto core = osg::Transform3DPtr::dcast(loaded->getCore());
+        const osg::CPEditor edit(core, osg::Transform3D::TranslationFieldMask);
+        core->setTranslation({1.0, 2.0, 3.0});
+    }
+    EXPECT_EQ(check().state, State::Same) << "placed elsewhere";
+
+    osg::setName(loaded->getChild(0), "Bench");
+    EXPECT_EQ(check().state, State::EditedInScene);
+    NodeUtils::createNodeWithCore(osg::Geometry::create(), loaded, "Back");
+    EXPECT_EQ(check().detail, "it has another number of children");
+    kxAssetItemFactory::the().deleteAllItems();
+    EXPECT_EQ(check().state, State::MissingInLibrary);
 }
