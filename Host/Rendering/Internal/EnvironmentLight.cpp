@@ -156,8 +156,10 @@ EnvironmentLight::EnvironmentLight(int width, int height, const std::function<V3
 V3 EnvironmentLight::between(float x, float y) const
 {
     // Moved by a whole pixel, so that cutting off the fraction rounds down.
-    const int left = static_cast<int>(x + 0.5F) - 1;
-    const int below = static_cast<int>(y + 0.5F) - 1;
+    const float movedX = x + 0.5F;
+    const float movedY = y + 0.5F;
+    const int left = static_cast<int>(movedX) - 1;
+    const int below = static_cast<int>(movedY) - 1;
     const float fx = x - 0.5F - static_cast<float>(left);
     const float fy = y - 0.5F - static_cast<float>(below);
     const int x0 = left < 0 ? _width - 1 : std::min(left, _width - 1);

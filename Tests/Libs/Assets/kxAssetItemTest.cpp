@@ -211,7 +211,7 @@ TEST_F(kxAssetItemTest, MakesTheSharedPreviewLoaderWithTheFirstItem)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
 
     // There is no preview: reading it at once would say so.
-    EXPECT_EXIT(std::exit(itemIn(url("missing")).loadPreviewImage(true) ? 0 : 1), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(std::_Exit(itemIn(url("missing")).loadPreviewImage(true) ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(kxAssetItemTest, TranslatesInTheContextOfItsClass)
