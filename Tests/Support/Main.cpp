@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Support/EditAuditListener.h"
+#include "Support/LeakCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -7,5 +8,7 @@ int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
     kxtest::installEditAuditListener();
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    kxtest::checkForLeaks();
+    return result;
 }
