@@ -43,6 +43,7 @@ protected:
     std::vector<State> states(const std::vector<Owned> &materials)
     {
         std::vector<osg::FieldContainerPtr> roots;
+        roots.reserve(materials.size());
         for (const Owned &material : materials)
             roots.emplace_back(material.get());
         EXPECT_TRUE(osg::writeSceneFile(_folder.file("scene.osb"), roots));

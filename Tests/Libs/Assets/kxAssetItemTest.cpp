@@ -64,6 +64,7 @@ protected:
         EXPECT_TRUE(document.setContent(QByteArray::fromStdString(readFile("MAT_x/asset.xml"))));
         std::vector<std::string> names;
         const QDomNodeList elements = document.documentElement().elementsByTagName("name");
+        names.reserve(static_cast<std::size_t>(elements.size()));
         for (int i = 0; i < elements.size(); ++i)
             names.push_back(elements.at(i).toElement().text().toStdString());
         return names;
