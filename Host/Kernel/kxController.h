@@ -23,13 +23,13 @@ public:
     /// none: the message is left as it is, and the first such call of a name is logged.
     static bool call(const std::string &name, kxMessage &message);
 
-    /// Null when the program has no window, and after the window was deleted.
     /// Makes an environment one of those that the user can switch between: the material becomes the last choice of the
     /// default environment switch, and the node the child at the same place below the environment geometry switch; with
     /// \a makeCurrent both show it. False, and nothing changes, without those switches, for a null material, and for a
     /// material that is a choice already. A null node leaves an empty place.
     static bool addToDefaultEnvironment(const osg::MaterialPtr &material, const osg::NodePtr &node, bool makeCurrent);
 
+    /// Null when the program has no window, and after the window was deleted.
     static QWidget *getMainWindow();
     /// Does not take ownership.
     static void setMainWindow(QWidget *window);

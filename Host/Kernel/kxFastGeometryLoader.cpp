@@ -3,6 +3,7 @@
 
 #include "Kernel/Internal/LoadProgress.h"
 #include "Kernel/Internal/NodeWalk.h"
+#include "Kernel/kxActions.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxNodeUtils.h"
@@ -79,6 +80,14 @@ void kxFastGeometryLoader::setParent(const osg::NodePtr &parent, int index)
     _index = index;
 }
 
+void kxFastGeometryLoader::enterScene(const osg::NodePtr &node, MaterialPoolHandling pools)
+{
+    kxActions::readFrom(node); // before the pools go: places count all children
+    kxNodeKeys::renew(node);
+    if (pools == MergeIntoScene)
+        mergePools(node);
+}
+
 osg::NodePtr kxFastGeometryLoader::load(const char *path) const
 {
     const std::string file = path ? path : "";
@@ -96,9 +105,7 @@ osg::NodePtr kxFastGeometryLoader::load(const char *path) const
         kxLog::error("Failed to load a node from '%s': the file holds none.", file.c_str());
         return nullptr;
     }
-    kxNodeKeys::renew(node);
-    if (_poolHandling == MergeIntoScene)
-        mergePools(node);
+    enterScene(node, _poolHandling);
     if (_addsFileInfo)
         addFileInfo(node, file.c_str());
     if (const osg::NodePtr parent = kxNodeUtils::getNodeFromId(_parentId)) {

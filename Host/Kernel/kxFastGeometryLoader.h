@@ -31,6 +31,10 @@ public:
     /// What refers to nodes by their keys refers to the loaded ones afterwards, however often a file is loaded.
     osg::NodePtr load(const char *path) const;
 
+    /// What load() does with a sub-tree that was read in another way: its actions are known, its keys are its own, and its
+    /// material pools are handled. The root's own pool stays.
+    static void enterScene(const osg::NodePtr &node, MaterialPoolHandling pools);
+
 private:
     std::uint32_t _parentId = 0;
     int _index = -1;

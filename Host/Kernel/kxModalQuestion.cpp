@@ -3,6 +3,7 @@
 
 #include "Kernel/kxLog.h"
 
+#include <QDialog>
 #include <QMetaEnum>
 
 #include <utility>
@@ -13,6 +14,7 @@ struct Policy
 {
     kxModalQuestion::Mode mode = kxModalQuestion::Mode::Person;
     kxModalQuestion::Answerer answerer;
+    std::function<int(QDialog &dialog)> dialogAnswerer;
 };
 
 Policy &policy()
@@ -70,6 +72,22 @@ void kxModalQuestion::setMode(Mode mode)
 void kxModalQuestion::setAnswerer(Answerer answerer)
 {
     policy().answerer = std::move(answerer);
+}
+
+void kxModalQuestion::setDialogAnswerer(std::function<int(QDialog &dialog)> answerer)
+{
+    policy().dialogAnswerer = std::move(answerer);
+}
+
+int kxModalQuestion::exec(QDialog &dialog)
+{
+    if (const auto answerer = policy().dialogAnswerer) // a copy, as below
+        return answerer(dialog);
+    if (policy().mode == Mode::Person)
+        return dialog.exec();
+    kxLog::warning("%s: a choice is needed and nobody is there to make it. Answered: Cancel.",
+                   dialog.windowTitle().toUtf8().constData());
+    return QDialog::Rejected;
 }
 
 QMessageBox::StandardButton kxModalQuestion::ask(const Question &question)

@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class QDialog;
 class QWidget;
 
 /// A message box that needs an answer, and who gives it: a person, or a rule where no person can be waited for.
@@ -42,6 +43,12 @@ public:
     /// Has \a answerer answer instead of the mode, until an empty one is set. For tests and for batch programs that know
     /// their answers.
     static void setAnswerer(Answerer answerer);
+
+    /// Has \a answerer fill in dialogs and say how they end (QDialog::Accepted or QDialog::Rejected) instead of the mode,
+    /// until an empty one is set.
+    static void setDialogAnswerer(std::function<int(QDialog &dialog)> answerer);
+    /// Runs a dialog with a person, and answers how it ended. A headless program rejects it, and logs that.
+    static int exec(QDialog &dialog);
 
     /// Without a default button the first of OK, Yes, No, Cancel, Close that is offered takes its place.
     static QMessageBox::StandardButton ask(const Question &question);

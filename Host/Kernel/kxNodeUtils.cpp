@@ -183,9 +183,12 @@ void kxNodeUtils::syncCloneTrees(const osg::NodePtr &node, const std::vector<osg
     if (!node)
         return;
     std::vector<std::pair<osg::NodePtr, osg::NodePtr>> waiting;
-    for (const osg::NodePtr &clone : clones)
-        if (clone && clone != node && node->getCore() && clone->getCore() == node->getCore())
+    for (const osg::NodePtr &entry : clones) {
+        const osg::NodePtr clone = getNodeFromId(entry.getFieldContainerId()); // null where it was destroyed
+        const bool isClone = clone && node->getCore() && clone->getCore() == node->getCore();
+        if (isClone && !isAtOrBelow(clone, node) && !isAtOrBelow(node, clone))
             waiting.emplace_back(node, clone);
+    }
     while (!waiting.empty()) {
         const auto [original, clone] = waiting.back();
         waiting.pop_back();

@@ -42,8 +42,8 @@ public:
     /// Appends all other nodes that share the node's core and are reachable from the scene's root, depth first.
     static void getAllClonesInScenegraph(const osg::NodePtr &node, std::vector<osg::NodePtr> &clones);
     /// Makes the children of every clone correspond to the node's, all the way down: missing ones are added as clones,
-    /// surplus ones removed, the order adapted, names and asset attachments carried over. The node itself, nulls and nodes
-    /// with another core are passed over.
+    /// surplus ones removed, the order adapted, names and asset attachments carried over. The node itself, nulls, destroyed
+    /// nodes and nodes with another core are passed over, and nodes above or below it, which would hold themselves.
     static void syncCloneTrees(const osg::NodePtr &node, const std::vector<osg::NodePtr> &clones);
 
     /// Drops, at and below \a root, synchronisation partners that are no nodes of this tree or the scene, or do not name

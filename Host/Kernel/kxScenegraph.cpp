@@ -144,6 +144,11 @@ std::vector<kxNodePtr> kxScenegraph::getAssetNodes(const osg::NodePtr &root, con
     return nodes;
 }
 
+std::vector<osg::NodePtr> kxScenegraph::getSelectedNodes()
+{
+    return kxSelectionManager::getSelectedNodes();
+}
+
 void kxScenegraph::removeAssetAttachments(const std::vector<osg::NodePtr> &roots, const std::string &uuid,
                                           bool announce)
 {

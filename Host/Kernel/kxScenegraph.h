@@ -40,6 +40,9 @@ public:
     static std::vector<kxNodePtr> getAssetNodes(const osg::NodePtr &root);
     /// Those of one asset, down to \a depth levels below the root; -1: all.
     static std::vector<kxNodePtr> getAssetNodes(const osg::NodePtr &root, const std::string &uuid, int depth);
+    /// What the user selected, in that order.
+    static std::vector<osg::NodePtr> getSelectedNodes();
+
     /// Takes the asset attachments of this UUID, or with an empty one all, from the roots and everything below. With
     /// \a announce views are told to refresh.
     static void removeAssetAttachments(const std::vector<osg::NodePtr> &roots, const std::string &uuid, bool announce);

@@ -4,6 +4,7 @@
 #include "Kernel/kxLogRecorder.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QPushButton>
 #include <QTimer>
 #include <QWidget>
@@ -23,6 +24,7 @@ protected:
     ~kxModalQuestionTest() override
     {
         kxModalQuestion::setAnswerer({});
+        kxModalQuestion::setDialogAnswerer({});
         kxModalQuestion::setMode(kxModalQuestion::Mode::Person);
     }
 
@@ -114,6 +116,34 @@ TEST_F(kxModalQuestionTest, ShowsARealBoxToAPerson)
     EXPECT_EQ(title, "Asset Manager");
     EXPECT_EQ(icon, QMessageBox::Warning);
     EXPECT_EQ(boxParent, &parent);
+}
+
+TEST_F(kxModalQuestionTest, RejectsDialogsThatNobodyCanAnswer)
+{
+    kxModalQuestion::setMode(kxModalQuestion::Mode::Headless);
+    QDialog dialog;
+    dialog.setWindowTitle("Which one?");
+
+    EXPECT_EQ(kxModalQuestion::exec(dialog), QDialog::Rejected);
+
+    EXPECT_THAT(log.lines(kxLogLevel::Warning),
+                ElementsAre("Which one?: a choice is needed and nobody is there to make it. Answered: Cancel."));
+}
+
+TEST_F(kxModalQuestionTest, HasAnAnswererFillInDialogs)
+{
+    QDialog dialog;
+    kxModalQuestion::setDialogAnswerer([](QDialog &asked) {
+        asked.setObjectName("filled in");
+        return static_cast<int>(QDialog::Accepted);
+    });
+
+    EXPECT_EQ(kxModalQuestion::exec(dialog), QDialog::Accepted);
+    EXPECT_EQ(dialog.objectName(), "filled in");
+    kxModalQuestion::setDialogAnswerer({});
+
+    QTimer::singleShot(0, &dialog, &QDialog::accept);
+    EXPECT_EQ(kxModalQuestion::exec(dialog), QDialog::Accepted) << "by a person";
 }
 
 } // namespace

@@ -266,6 +266,31 @@ TEST_F(kxNodeUtilsTest, BringsTheTreesOfClonesUpToDate)
     EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), before) << "nothing is left to do";
 }
 
+TEST_F(kxNodeUtilsTest, LeavesClonesAloneThatHoldEachOther)
+{
+    const auto core = osg::Group::create();
+    const osg::NodePtr above = addNode(core, "A");
+    const osg::NodePtr below = addNodeBelow(above, core, "B");
+    addNodeBelow(above, osg::Group::create(), "C");
+
+    kxNodeUtils::syncCloneTrees(above, {below});
+    kxNodeUtils::syncCloneTrees(below, {above});
+
+    EXPECT_EQ(describe(above), "A(B C)");
+}
+
+TEST_F(kxNodeUtilsTest, PassesOverDestroyedClones)
+{
+    const osg::NodePtr node = addNode(osg::Group::create(), "A");
+    const osg::NodePtr clone = addNode(node->getCore(), "Old");
+    const osg::NodePtr gone = addNode(node->getCore(), "Gone");
+    remove(gone);
+
+    kxNodeUtils::syncCloneTrees(node, {gone, clone});
+
+    EXPECT_EQ(describe(clone), "A");
+}
+
 TEST_F(kxNodeUtilsTest, LeavesNodesOfOtherCoresAlone)
 {
     const osg::NodePtr node = addNode(osg::Group::create(), "A");

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Kernel/Internal/ActionModule.h"
+
+#include "Kernel/kxActions.h"
+#include "Kernel/kxKernelRegister.h"
+#include "Kernel/kxMessage.h"
+
+#include <cstdint>
+
+namespace kxKernelInternal {
+
+namespace {
+
+constexpr std::uint64_t ActionsMessage = 0x100000000;
+
+const kxKernelRegister registration([] { static const ActionModule module; });
+
+} // namespace
+
+void ActionModule::doReceive(const kxMessage &message)
+{
+    if (message.code() == ActionsMessage && message.get<bool>("addActionAttachment").value_or(false))
+        kxActions::attachTo(message.get<osg::NodePtr>("node").value_or(osg::NodePtr()));
+}
+
+} // namespace kxKernelInternal
