@@ -2,7 +2,7 @@
 #pragma once
 
 #if defined(kxRendering_EXPORTS) || defined(__GNUC__)
-#define KX_RENDERING_EXPORT [[gnu::visibility("default")]]
+#define KX_RENDERING_EXPORT __attribute__((visibility("default"))) // as code generators can read it
 #else
 #define KX_RENDERING_EXPORT
 #endif

@@ -5,6 +5,8 @@
 #include "Rendering/Internal/PathTracer.h"
 #include "Rendering/Internal/PreviewScene.h"
 #include "Rendering/Internal/SceneBuilding.h"
+#include "Rendering/QImageConverter.h"
+#include "Rendering/kxSceneplatePainter.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/USphereEnvironmentMaterial.h"
@@ -41,6 +43,16 @@ void tintEmpty(const osg::ImagePtr &image, const osg::Color4f &color)
                 bytes[i + c] = static_cast<std::uint8_t>(std::lround(255.0F * kxRender::clamp01(color[c])));
 }
 
+void addPlates(const osg::ImagePtr &image, const osg::NodePtr &plates)
+{
+    if (!kxSceneplatePainter::hasContent(plates, kxSceneplatePainter::Both))
+        return;
+    QImageConverter::convertToOSGImage(kxSceneplatePainter::composed(QImageConverter::convertToQImage(image), plates),
+                                       image);
+    const osg::CPEditor edit(image, osg::AllFieldMask);
+    image->reformat(osg::Image::Rgba);
+}
+
 } // namespace
 
 osg::ImagePtr kxSceneRenderer::render(const std::vector<osg::NodePtr> &roots, const osg::UberCameraPtr &camera,
@@ -56,14 +68,17 @@ osg::ImagePtr kxSceneRenderer::render(const std::vector<osg::NodePtr> &roots, co
     scene.commit();
 
     kxRender::PathTracer tracer(scene);
-    tracer.setBackgroundVisible(settings.isBackgroundVisible && isDrawn(environment));
+    tracer.setBackgroundVisible(settings.isBackgroundVisible && isDrawn(environment) &&
+                                !kxSceneplatePainter::hasContent(settings.plates, kxSceneplatePainter::Back));
     kxRender::Film film(settings.width, settings.height);
     const kxRender::Camera view{toV3(camera->getFrom()), toV3(camera->getAt()), toV3(camera->getUp()),
                                 static_cast<float>(camera->getFieldOfView())};
     if (!tracer.render(view, film, std::max(1, settings.samples), settings.isCancelled))
         return nullptr;
     const osg::ImagePtr image = film.develop(Exposure);
-    if (image)
-        tintEmpty(image, settings.emptyColor);
+    if (!image)
+        return nullptr;
+    tintEmpty(image, settings.emptyColor);
+    addPlates(image, settings.plates);
     return image;
 }

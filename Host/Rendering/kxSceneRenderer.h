@@ -24,6 +24,8 @@ public:
         bool isBackgroundVisible =
             true; ///< the environment is drawn where nothing else is, unless it is invisible itself
         osg::Color4f emptyColor{0.0F, 0.0F, 0.0F, 0.0F}; ///< of what is empty; red, green and blue are for display
+        osg::NodePtr
+            plates; ///< drawn under and over the image; where there are plates under it, the environment is not drawn
         std::function<bool()> isCancelled; ///< asked between tiles, on any thread; true stops the rendering
     };
 
