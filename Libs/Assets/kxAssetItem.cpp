@@ -136,11 +136,16 @@ bool kxAssetItem::changeName(const QString &newName)
 
 std::uint32_t kxAssetItem::checksum() const
 {
-    kxUrlManager *manager = kxUrlManager::getUrlManager(_directoryUrl);
+    return checksumOf(_directoryUrl, _category);
+}
+
+std::uint32_t kxAssetItem::checksumOf(const QUrl &directory, kxAssetCategoryType category)
+{
+    kxUrlManager *manager = kxUrlManager::getUrlManager(directory);
     if (!manager)
         return 0;
     const std::vector<QUrl> payloads =
-        manager->files(_directoryUrl, kxAssetCategory::getAcceptedFileTypes(_category), QDir::NoSort);
+        manager->files(directory, kxAssetCategory::getAcceptedFileTypes(category), QDir::NoSort);
     return payloads.empty() ? 0 : manager->checksum(payloads.front());
 }
 

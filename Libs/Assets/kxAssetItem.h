@@ -14,6 +14,7 @@
 #include <boost/uuid/uuid.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 class QPixmap;
@@ -87,6 +88,9 @@ public:
     std::string getTag();
     void setLastModified(const QDateTime &time);
 
+    /// Expires with the item; for callers of what may run an event loop, in which others may delete it.
+    std::weak_ptr<const void> life() const { return _life.token; }
+
 protected:
     /// Back to the state of a new item, but for the modification time.
     virtual void reset();
@@ -109,12 +113,25 @@ protected:
     /// For const operations that need one of the virtual getters, which are not const. Those change nothing.
     kxAssetItem &self() const { return const_cast<kxAssetItem &>(*this); }
 
+    /// What checksum() answers for an item of this category in this directory.
+    static std::uint32_t checksumOf(const QUrl &directory, kxAssetCategoryType category);
     /// What updateAssetAttachment() writes, for a caller whose item may be gone by then.
     static osg::AssetAttachmentPtr writeAssetAttachment(const osg::AttachmentContainerPtr &container,
                                                         const std::string &uuid, kxAssetCategoryType category,
                                                         const QUrl &directory, std::uint32_t checksum);
 
 private:
+    /// Every item has its own; copies are items of their own.
+    struct Life
+    {
+        Life() = default;
+        Life(const Life &) : Life() {}
+        Life &operator=(const Life &) { return *this; }
+        ~Life() = default;
+
+        std::shared_ptr<const char> token = std::make_shared<const char>();
+    };
+
     static kxPreviewImageLoader *s_previewLoader;
 
     QUrl _directoryUrl;
@@ -123,4 +140,5 @@ private:
     std::string _name = "unnamed";
     QImage _previewImage;
     QDateTime _lastModified;
+    Life _life;
 };

@@ -32,7 +32,7 @@ namespace {
 
 void notifySceneplateService()
 {
-    if (auto *service = kxKernelServiceFactory::the().findService<kxSceneplateService>())
+    if (auto *service = kxKernelServiceFactory::the().getService<kxSceneplateService>())
         service->nodesChanged();
 }
 

@@ -164,6 +164,6 @@ void kxCreateGroupedNodes::unprepareSceneplate()
         _positions.clear();
     restorePositions();
     removeRoot();
-    if (auto *service = kxKernelServiceFactory::the().findService<kxSceneplateService>())
+    if (auto *service = kxKernelServiceFactory::the().getService<kxSceneplateService>())
         service->nodesChanged();
 }

@@ -11,6 +11,7 @@
 #include "Kernel/kxIconManager.h"
 #include "Kernel/kxMaterialTags.h"
 #include "Kernel/kxMaterials.h"
+#include "Kernel/kxModalQuestion.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/EditCP.h"
@@ -98,9 +99,8 @@ bool kxEnvironmentNodeAssetItem::save(const QUrl &url)
     if (wasRegistered && registered && !manager->removeOldItemDirectory(registered, this))
         return false;
     manager->collectItems(directory, itsCategory, nullptr);
-    const kxAssetItem *stored = kxAssetItemFactory::the().findItem(id);
     writeAssetAttachment(kxNodeUtils::getNodeFromId(nodeId), id, itsCategory, directory,
-                         stored ? stored->checksum() : 0);
+                         checksumOf(directory, itsCategory));
     return true;
 }
 
@@ -185,10 +185,10 @@ kxEnvironmentNodeAssetItem::Choice kxEnvironmentNodeAssetItem::choose(const osg:
     }
     kxMultipleEnvironmentsGUII dialog(kxController::getMainWindow());
     dialog.fill(candidates);
-    if (dialog.exec() != QDialog::Accepted)
+    if (kxModalQuestion::exec(dialog) != QDialog::Accepted)
         return Choice::Cancelled;
     material = osg::FCRef<osg::UEnvironmentMaterial>(dialog.selectedMaterial());
-    return material ? Choice::PickedByUser : Choice::None;
+    return Choice::PickedByUser;
 }
 
 bool kxEnvironmentNodeAssetItem::loadEnvironmentNode(bool makeCurrent)
@@ -205,7 +205,10 @@ bool kxEnvironmentNodeAssetItem::loadEnvironmentNode(bool makeCurrent)
     Choice choice = Choice::None;
     if (kxScenegraph::environmentGeometrySwitch() && kxDefaultEnvironment::getSwitch()) {
         osg::FCRef<osg::UEnvironmentMaterial> material;
+        const std::weak_ptr<const void> alive = life();
         choice = choose(node, material);
+        if (alive.expired())
+            return false; // the question ran an event loop, in which somebody deleted this item
         if (choice == Choice::Cancelled) {
             _nodeId = 0;
             return false;

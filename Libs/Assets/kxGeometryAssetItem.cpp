@@ -79,7 +79,7 @@ osg::ImagePtr kxGeometryAssetItem::renderPreview(osg::NodePtr node)
 /// False when the answer was to cancel.
 bool kxGeometryAssetItem::removeReferences(const osg::NodePtr &node)
 {
-    auto *service = kxKernelServiceFactory::the().findService<kxReferenceService>();
+    auto *service = kxKernelServiceFactory::the().getService<kxReferenceService>();
     if (!service)
         return true;
     const auto references = service->referenceNodes(kxTypeConverter::convertNode(node));
@@ -100,13 +100,16 @@ bool kxGeometryAssetItem::removeReferences(const osg::NodePtr &node)
 
 bool kxGeometryAssetItem::makeAssetRoot(const osg::NodePtr &node)
 {
+    const std::weak_ptr<const void> alive = life();
     const auto answer =
         kxModalQuestion::warning(kxController::getMainWindow(), tr("Asset Manager"),
                                  QString::fromUtf8(kxNodeUtils::getName(node).c_str()) + QStringLiteral(":\n") +
                                      tr("The node to be saved does not have a valid Asset Root node.\nCreate one?"),
                                  QMessageBox::Yes | QMessageBox::Cancel, QMessageBox::Yes);
+    if (answer != QMessageBox::Yes || alive.expired())
+        return false;
     osg::NodePtr root = getNode(); // it may be gone by now
-    if (answer != QMessageBox::Yes || !root)
+    if (!root)
         return false;
     insertGeometryAssetRoot(root);
     kxNodeUtils::setName(root, name(), true, nullptr);
@@ -117,8 +120,9 @@ bool kxGeometryAssetItem::makeAssetRoot(const osg::NodePtr &node)
 
 bool kxGeometryAssetItem::makeNodeValidForSave()
 {
+    const std::weak_ptr<const void> alive = life();
     osg::NodePtr node = getNode();
-    if (!node || !removeReferences(node))
+    if (!node || !removeReferences(node) || alive.expired())
         return false;
     node = getNode();
     return isValidAssetRoot(node) || (node && makeAssetRoot(node));

@@ -68,7 +68,8 @@ bool kxGeometrySceneplateCommon::loadNode()
     if (category() == Geometry && !kxGeometryAssetItem::isValidAssetRoot(root))
         insertGeometryAssetRoot(root);
     const NodeHold wrapped(root);
-    kxScenegraph::removeAssetAttachments({root}, uuid(), false);
+    if (!uuid().empty()) // which would mean all of them
+        kxScenegraph::removeAssetAttachments({root}, uuid(), false);
     kxNodeUtils::removeInvalidSynchronizations(root);
     setDefaultBRDFEnvironmentForOverrideMaterials(root);
     wrapNestedAssets(root);
@@ -94,9 +95,8 @@ bool kxGeometrySceneplateCommon::store(const kxUrlManager &manager, const QUrl &
     if (wasRegistered && registered && !manager.removeOldItemDirectory(registered, this))
         return false;
     manager.collectItems(directory, itsCategory, nullptr);
-    const kxAssetItem *stored = kxAssetItemFactory::the().findItem(id);
     writeAssetAttachment(kxNodeUtils::getNodeFromId(nodeId), id, itsCategory, directory,
-                         stored ? stored->checksum() : 0);
+                         checksumOf(directory, itsCategory));
     return true;
 }
 
@@ -121,6 +121,7 @@ bool kxGeometrySceneplateCommon::insertGeometryAssetRoot(osg::NodePtr &node)
         const osg::CPEditor edit(root, osg::Node::CoreFieldMask);
         root->setCore(osg::Transform3D::create());
     }
+    const NodeHold heldRoot(root);
     kxNodeUtils::setName(root, "Asset", true, nullptr);
     {
         const NodeHold held(node);

@@ -9,6 +9,7 @@
 #include "Assets/Internal/ImageFile.h"
 #include "Assets/Internal/LocalPath.h"
 #include "Assets/Internal/MetadataReader.h"
+#include "Assets/Internal/NodeLoading.h"
 #include "Assets/Internal/PreviewWriter.h"
 #include "Assets/Internal/StandardOutput.h"
 #include "Assets/Internal/UniqueNames.h"
@@ -457,7 +458,8 @@ bool kxLocalUrlManager::saveEnvironmentNodeAsset(const QUrl &parent, kxEnvironme
 {
     if (!item || !parent.isLocalFile())
         return false;
-    const osg::FCRef<osg::Node> node(item->getEnvironmentNode());
+    const kxAssetsInternal::NodeInUse inUse(item->getEnvironmentNode());
+    const osg::NodePtr node = inUse.get();
     if (!node || !ensureDirectoryExists(parent))
         return false;
     AssetDirectoryWriter writer(self());
@@ -476,10 +478,13 @@ bool kxLocalUrlManager::saveEnvironmentNodeAsset(const QUrl &parent, kxEnvironme
             return false;
         preparation.unprepare();
     }
+    const std::weak_ptr<const void> alive = item->life();
     if (const osg::ImagePtr preview = kxAssetsInternal::environmentPreview(material.get())) {
         printLine("saving preview of " + kxMaterials::getName(material.get()));
         saveImageFile(writer.basePath(), preview);
     }
+    if (alive.expired())
+        return false; // rendering may run an event loop, in which somebody deleted the item
     item->setDirectoryUrl(writer.directory());
     printLine("--------------");
     return true;
@@ -489,7 +494,8 @@ bool kxLocalUrlManager::saveSceneNodeAsset(const QUrl &parent, kxGeometryScenepl
 {
     if (!item || !parent.isLocalFile())
         return false;
-    const osg::FCRef<osg::Node> node(item->getNode());
+    const kxAssetsInternal::NodeInUse inUse(item->getNode());
+    const osg::NodePtr node = inUse.get();
     if (!node || !ensureDirectoryExists(parent))
         return false;
     AssetDirectoryWriter writer(self());
@@ -504,10 +510,13 @@ bool kxLocalUrlManager::saveSceneNodeAsset(const QUrl &parent, kxGeometryScenepl
             return false;
         preparation.cleanup();
     }
+    const std::weak_ptr<const void> alive = item->life();
     if (const auto preview = osg::FCRef<osg::Image>::adopt(item->renderPreview(node))) {
         printLine("saving preview of " + kxNodeUtils::getName(node));
         saveImageFile(writer.basePath(), preview);
     }
+    if (alive.expired())
+        return false; // rendering may run an event loop, in which somebody deleted the item
     item->setDirectoryUrl(writer.directory());
     printLine("--------------");
     return true;

@@ -84,6 +84,7 @@ private:
     bool isUnreadableHome(const QUrl &directory, kxAssetItem &item) const;
     void saveImageFile(const QString &basePath, const osg::ImagePtr &image) const;
 
+    /// As in the base, for operations of this class.
     kxLocalUrlManager &self() const { return const_cast<kxLocalUrlManager &>(*this); }
 
     static kxLocalUrlManager *_instance;

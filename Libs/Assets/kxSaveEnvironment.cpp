@@ -32,6 +32,10 @@ kxSaveEnvironment::~kxSaveEnvironment()
 
 bool kxSaveEnvironment::prepare(const osg::NodePtr &envNode)
 {
+    if (!_assigned) { // what copies of an idle object do is theirs
+        _replaced = std::make_shared<std::map<std::uint32_t, osg::FCRef<osg::Material>>>();
+        _environments = kxBRDFEnvironmentSetter();
+    }
     prepareLightLinkSets(envNode);
     return prepareEnvironmentSwitches(envNode);
 }

@@ -78,8 +78,8 @@ QString kxSceneplateAssetItem::mimeType()
 
 osg::ImagePtr kxSceneplateAssetItem::renderPreview(osg::NodePtr node)
 {
-    auto *plates = kxKernelServiceFactory::the().findService<kxSceneplateService>();
-    auto *nodes = kxKernelServiceFactory::the().findService<kxNodeService>();
+    auto *plates = kxKernelServiceFactory::the().getService<kxSceneplateService>();
+    auto *nodes = kxKernelServiceFactory::the().getService<kxNodeService>();
     if (!plates || !nodes)
         return nullptr;
     const QImage picture = plates->previewImage(nodes->nodeById(node ? node.getFieldContainerId() : 0));

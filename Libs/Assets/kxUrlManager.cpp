@@ -7,7 +7,6 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Kernel/kxGeometryBuffer.h"
-#include "Kernel/kxLog.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxOptimize.h"
@@ -201,6 +200,18 @@ bool kxUrlManager::updateItem(kxAssetItem *item)
     return true;
 }
 
+/// Compares places, not spellings.
+bool kxUrlManager::isBelow(QUrl url, const QUrl &directory) const
+{
+    for (QUrl parent = self().getParentDirectoryUrl(url); !parent.isEmpty() && parent != url;
+         parent = self().getParentDirectoryUrl(url)) {
+        if (isSameDirectory(parent, directory))
+            return true;
+        url = parent;
+    }
+    return false;
+}
+
 bool kxUrlManager::removeOldItemDirectory(kxAssetItem *oldItem, kxAssetItem *newItem) const
 {
     if (!oldItem || !newItem)
@@ -212,12 +223,12 @@ bool kxUrlManager::removeOldItemDirectory(kxAssetItem *oldItem, kxAssetItem *new
     const kxAssetCategoryType newCategory = newItem->category();
     const std::string uuid = newItem->uuid();
 
-    // An asset saved below its own old directory would be removed with it.
-    if (getUrlManager(newDirectory) == this && !oldDirectory.isParentOf(newDirectory) &&
-        !isSameDirectory(newDirectory, oldDirectory) && containsItem(oldDirectory, oldCategory, uuid) &&
-        containsItem(newDirectory, newCategory, uuid)) {
+    if (getUrlManager(newDirectory) == this && !isSameDirectory(newDirectory, oldDirectory) &&
+        containsItem(oldDirectory, oldCategory, uuid) && containsItem(newDirectory, newCategory, uuid)) {
         printLine("deleting: " + oldDirectory.toString().toStdString());
-        if (!removeDirectory(oldDirectory) && containsItem(oldDirectory, oldCategory, uuid)) {
+        // An asset saved below its own old directory would be removed with it.
+        const bool isInTheWay = isBelow(newDirectory, oldDirectory);
+        if (isInTheWay || (!removeDirectory(oldDirectory) && containsItem(oldDirectory, oldCategory, uuid))) {
             printLine("deleting old directory failed.");
             // Two directories with one UUID would be worse than a save that has to be repeated.
             removeDirectory(newDirectory);

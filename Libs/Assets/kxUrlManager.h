@@ -152,6 +152,7 @@ private:
     /// The listing operations are not const by their interface; they change nothing.
     kxUrlManager &self() const { return const_cast<kxUrlManager &>(*this); }
 
+    bool isBelow(QUrl url, const QUrl &directory) const;
     bool collectFromDirectory(const QUrl &url, kxAssetCategoryType category, std::set<kxAssetItem *> &items,
                               QProgressDialog *progress, bool &hasFound) const;
     template <class Accept> QUrl findDocument(const QUrl &url, Accept accept) const;

@@ -74,7 +74,7 @@ ViewState::ViewState(kxOSGWidget &view)
       _roots(idsOf(view.getRenderRoots()))
 {
     hideEnvironment();
-    const std::vector<osg::NodePtr> selected = kxSelectionManager::getSelectedNodes();
+    const std::vector<osg::NodePtr> selected = kxScenegraph::getSelectedNodes();
     _selection = idsOf(selected);
     kxSelectionManager::selectNodes(selected, false);
 }

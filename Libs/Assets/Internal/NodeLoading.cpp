@@ -34,6 +34,13 @@ NodeHold::~NodeHold()
         node->subRefWithoutDestroying();
 }
 
+NodeInUse::NodeInUse(const osg::NodePtr &node)
+{
+    if (node && node->getRefCount() == 0)
+        _unowned.emplace(node);
+    _node = osg::FCRef<osg::Node>(node);
+}
+
 bool loadWithoutRendering(const kxUrlManager &manager, const QUrl &directory, NodeKind kind, osg::NodePtr &node)
 {
     const RenderPause pause;

@@ -3,6 +3,8 @@
 
 #include "SceneGraph/Node.h"
 
+#include <optional>
+
 class QUrl;
 class kxUrlManager;
 
@@ -18,6 +20,19 @@ public:
     NodeHold &operator=(const NodeHold &) = delete;
 
 private:
+    osg::FCRef<osg::Node> _node;
+};
+
+/// Keeps a node alive while it is worked with. One that nobody owns yet is still there afterwards.
+class NodeInUse
+{
+public:
+    explicit NodeInUse(const osg::NodePtr &node);
+
+    osg::NodePtr get() const { return _node.get(); }
+
+private:
+    std::optional<NodeHold> _unowned; // goes last, and destroys nothing
     osg::FCRef<osg::Node> _node;
 };
 

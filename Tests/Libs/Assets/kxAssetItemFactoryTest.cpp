@@ -473,7 +473,7 @@ TEST_F(kxAssetItemFactoryTest, DoesWithoutASceneplateService)
     _factory.deleteItem("1");
     QCoreApplication::processEvents();
 
-    EXPECT_EQ(errors.text(), "");
+    EXPECT_EQ(errors.text(), "kxKernelServiceFactory: service 'kxSceneplateService' is NULL!\n");
 }
 
 TEST_F(kxAssetItemFactoryTest, PrintsTheItemsBelowAUrl)

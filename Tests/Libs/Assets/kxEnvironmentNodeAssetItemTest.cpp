@@ -17,6 +17,7 @@
 #include "Support/CapturedOutput.h"
 
 #include <QApplication>
+#include <QListWidget>
 #include <QPixmap>
 #include <QTimer>
 
@@ -63,6 +64,8 @@ protected:
             auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
             ASSERT_TRUE(dialog);
             ++asked;
+            if (whileAsked)
+                whileAsked(*dialog);
             accepts ? dialog->accept() : dialog->reject();
         });
     }
@@ -70,6 +73,7 @@ protected:
     Owned dawn = makeSky("dawn");
     Owned dusk = makeSky("dusk");
     int asked = 0;
+    std::function<void(QDialog &dialog)> whileAsked;
 };
 
 } // namespace
@@ -194,6 +198,108 @@ TEST_F(kxEnvironmentNodeAssetItemTest, GivesUpWhenTheQuestionIsCancelled)
     EXPECT_EQ(choices()->getMaterials().size(), 1U);
 }
 
+TEST_F(kxEnvironmentNodeAssetItemTest, GoesOnWithoutAChoiceWhenNothingIsSelected)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dusk.get());
+    addSquare(node, "Ground", dawn.get());
+    const std::string uuid = save(node);
+    whileAsked = [](QDialog &dialog) { dialog.findChild<QListWidget *>("_envList")->clearSelection(); };
+    answer(true);
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    const osg::NodePtr loaded = registered(uuid)->getEnvironmentNode();
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(choices()->getMaterials().size(), 1U);
+    EXPECT_EQ(loaded->getParent(), kxScenegraph::getRoot());
+    EXPECT_TRUE(osg::AssetAttachment::getAssetAttachment(loaded)->getUserEdited()) << "a person decided";
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, GivesUpWhenItIsDeletedWhileItAsks)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dusk.get());
+    addSquare(node, "Ground", dawn.get());
+    const std::string uuid = save(node);
+    whileAsked = [](QDialog &) { kxAssetItemFactory::the().deleteAllItems(); };
+    for (const bool accepts : {true, false}) {
+        kxUrlManager::getUrlManager(url())->collectItems(url(), Undefined, nullptr);
+        ASSERT_TRUE(registered(uuid));
+        answer(accepts);
+
+        EXPECT_FALSE(kxEnvironmentNodeAssetItem::loadEnvironmentNodeFromUUID(uuid));
+    }
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(choices()->getMaterials().size(), 1U);
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, HangsBelowTheRootWhenTheSwitchRefuses)
+{
+    const std::string uuid = save(makeEnvironment("Hills", dawn.get()));
+    {
+        const osg::CPEditor edit(places(), osg::Node::CoreFieldMask);
+        places()->setCore(osg::Group::create());
+    }
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    const osg::NodePtr loaded = registered(uuid)->getEnvironmentNode();
+    EXPECT_EQ(loaded->getParent(), kxScenegraph::getRoot());
+    EXPECT_EQ(osg::getName(materialOf(loaded)), "dawn") << "it does not follow a switch that it is not in";
+    EXPECT_EQ(choices()->getMaterials().size(), 1U);
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, TagsAllItsMaterialsAndHangsThoseOfTheChoiceOnTheSwitch)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dawn.get());
+    addSquare(node, "Dome", dawn.get());
+    const Owned paint = makeSurface("Paint");
+    addSquare(node, "Floor", paint.get());
+    const std::string uuid = save(node);
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    EXPECT_THAT(output.text(), HasSubstr("[loadEnvironmentNode] loaded mat: Paint\n"));
+    EXPECT_THAT(output.text(), HasSubstr("[loadEnvironmentNode] #loaded env mats 1\n"));
+    const osg::NodePtr loaded = registered(uuid)->getEnvironmentNode();
+    EXPECT_EQ(osg::GeometryPtr::dcast(loaded->getChild(0)->getCore())->getMaterial(), choices());
+    const osg::MaterialPtr floor = osg::GeometryPtr::dcast(loaded->getChild(1)->getCore())->getMaterial();
+    EXPECT_EQ(osg::getName(floor), "Paint");
+    EXPECT_THAT(tagsOf(floor), ElementsAre(kxAssetCategory::getTagPrefix(Environment) + "Hills"));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, MovesToAnotherFolder)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dawn.get());
+    const std::string uuid = save(node);
+    kxEnvironmentNodeAssetItem item;
+    item.initFrom(node, {}, true);
+
+    EXPECT_TRUE(item.save(url("other")));
+
+    EXPECT_FALSE(_folder.contains("ENV_Hills"));
+    EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 1);
+    EXPECT_EQ(registered(uuid)->directoryUrl(), url("other/ENV_Hills"));
+    EXPECT_TRUE(registered(uuid)->hasSameChecksum(node));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, LeavesTheSceneAsItWasWhenThePayloadCannotBeWritten)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", choices());
+    ASSERT_TRUE(kxController::addToDefaultEnvironment(dawn.get(), node, false));
+    kxEnvironmentNodeAssetItem item;
+    item.initFrom(node, {}, true);
+    writeAsset("ENV_Hills", "<category>Environments</category><uuid>" + item.uuid() + "</uuid><name>Hills</name>");
+    writeFile("ENV_Hills/Hills.osb/in the way", "x");
+    const kxLogRecorder log;
+
+    EXPECT_FALSE(item.save(url()));
+
+    EXPECT_THAT(log.lines(kxLogLevel::Error), ElementsAre(HasSubstr("Failed to write file '")));
+    EXPECT_EQ(materialOf(node), choices());
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+}
+
 TEST_F(kxEnvironmentNodeAssetItemTest, HangsBelowTheRootWithoutPlacesForEnvironments)
 {
     const std::string uuid = save(makeEnvironment("Hills", dawn.get()));
@@ -241,4 +347,23 @@ TEST_F(kxEnvironmentNodeAssetItemTest, PaintsASkyIntoTheLowerLeftCorner)
                 EXPECT_LT(y, 95) << "one pixel stays free below";
             }
     EXPECT_TRUE(isAnywhere);
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, ShrinksTheSkyThatIsTooLarge)
+{
+    QPixmap preview(40, 30); // three quarters are 30 by 23, rounded
+    preview.fill(Qt::black);
+
+    kxEnvironmentNodeAssetItem().addOverlayIcon(preview);
+
+    const QImage image = preview.toImage();
+    QRect painted;
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 40; ++x)
+            if (image.pixelColor(x, y) != QColor(Qt::black))
+                painted |= QRect(x, y, 1, 1);
+    EXPECT_GT(painted.height(), 10);
+    EXPECT_LT(painted.right(), 23);
+    EXPECT_GE(painted.top(), 30 - 23 - 1);
+    EXPECT_LT(painted.bottom(), 29);
 }

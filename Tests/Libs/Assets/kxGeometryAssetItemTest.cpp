@@ -489,3 +489,109 @@ TEST_F(kxGeometryAssetItemTest, HasNoPreviewWithoutAViewOrACamera)
     }
     EXPECT_FALSE(kxGeometryAssetItem().renderPreview(chair));
 }
+
+TEST_F(kxGeometryAssetItemTest, LeavesANodeAliveThatNobodyOwns)
+{
+    const std::string uuid = save(addChair());
+    const osg::NodePtr loaded = kxGeometryAssetItem::loadNodeFromUUID(uuid);
+    ASSERT_TRUE(loaded);
+    ASSERT_EQ(loaded->getRefCount(), 0U);
+    const std::uint32_t id = loaded.getFieldContainerId();
+
+    EXPECT_EQ(save(loaded), uuid);
+
+    ASSERT_TRUE(kxNodeUtils::getNodeFromId(id));
+    EXPECT_EQ(uuidOfNode(loaded), uuid);
+    const osg::FCRef<osg::Node> owned(loaded);
+}
+
+TEST_F(kxGeometryAssetItemTest, MarksTheRootThatItMadeForANodeWithoutParent)
+{
+    const osg::FCRef<osg::Node> group(osg::makeNodeFor(osg::Group::create()));
+    addSquare(group, "Seat", paint.get());
+    answers = {QMessageBox::Yes};
+    kxGeometryAssetItem item;
+    item.initFrom(group.get(), {}, true);
+
+    EXPECT_TRUE(item.save(url()));
+
+    const osg::FCRef<osg::Node> root(item.getNode());
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->getChild(0), group.get());
+    EXPECT_EQ(uuidOfNode(root), item.uuid());
+}
+
+TEST_F(kxGeometryAssetItemTest, GivesUpWhenItIsDeletedWhileItAsks)
+{
+    const std::string uuid = save(addChair());
+    const osg::NodePtr group = addGroup(root(), "Group");
+    registered(uuid)->setNode(group);
+    whileAsked = [] { kxAssetItemFactory::the().deleteAllItems(); };
+    answers = {QMessageBox::Yes};
+
+    EXPECT_FALSE(registered(uuid)->makeNodeValidForSave());
+
+    EXPECT_EQ(describe(group->getParent()).find("Asset"), std::string::npos) << "nothing was wrapped";
+    EXPECT_EQ(questions.size(), 1U);
+}
+
+TEST_F(kxGeometryAssetItemTest, KeepsNestedIdentitiesWhenItHasNoneItself)
+{
+    const osg::NodePtr chair = addChair();
+    const osg::NodePtr cushion = addPlaced(chair, "Cushion", {0.0, 1.0, 0.0});
+    addSquare(cushion, "Cover");
+    setUuid(cushion, "cushion-uuid");
+    const std::string uuid = save(chair);
+    kxGeometryAssetItem item;
+    item.setDirectoryUrl(registered(uuid)->directoryUrl());
+
+    ASSERT_TRUE(item.loadNode());
+
+    const osg::FCRef<osg::Node> loaded(item.getNode());
+    EXPECT_EQ(uuidOfNode(loaded->getChild(1)), "cushion-uuid");
+}
+
+TEST_F(kxGeometryAssetItemTest, LosesNothingWhenTheSavedNodeHasACloneBelowOrAboveIt)
+{
+    const osg::NodePtr chair = addChair();
+    const osg::NodePtr small = addNode(chair, chair->getCore(), "Small chair");
+    addSquare(small, "Small seat");
+
+    save(chair);
+    EXPECT_EQ(describe(chair), "Chair(Seat Small chair(Small seat))");
+    save(small);
+    EXPECT_EQ(describe(chair), "Chair(Seat Small chair(Small seat))");
+}
+
+TEST_F(kxGeometryAssetItemTest, MovesToAnotherFolder)
+{
+    const osg::NodePtr chair = addChair();
+    const std::string uuid = save(chair);
+    kxGeometryAssetItem item;
+    item.initFrom(chair, {}, true);
+
+    EXPECT_TRUE(item.save(url("other")));
+
+    EXPECT_FALSE(_folder.contains("GEO_Chair"));
+    EXPECT_TRUE(_folder.contains("other/GEO_Chair/Chair.osb"));
+    EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 1);
+    EXPECT_EQ(registered(uuid)->directoryUrl(), url("other/GEO_Chair"));
+    EXPECT_TRUE(registered(uuid)->hasSameChecksum(chair));
+}
+
+TEST_F(kxGeometryAssetItemTest, LeavesTheSceneAsItWasWhenThePayloadCannotBeWritten)
+{
+    const osg::NodePtr chair = addChair();
+    kxGeometryAssetItem item;
+    item.initFrom(chair, {}, true);
+    writeAsset("GEO_Chair", "<category>Geometries</category><uuid>" + item.uuid() + "</uuid><name>Chair</name>");
+    writeFile("GEO_Chair/Chair.osb/in the way", "x");
+    const osg::FCRef<osg::Node> before(osg::NodePtr::dcast(osg::deepClone(osg::FieldContainerPtr(chair), {})));
+    const kxLogRecorder log;
+
+    EXPECT_FALSE(item.save(url()));
+
+    EXPECT_THAT(log.lines(kxLogLevel::Error), ElementsAre(HasSubstr("Failed to write file '")));
+    EXPECT_EQ(osg::findDifference(before.get(), chair), std::nullopt);
+    EXPECT_TRUE(item.directoryUrl().isEmpty());
+}

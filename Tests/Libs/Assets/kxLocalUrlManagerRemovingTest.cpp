@@ -202,7 +202,7 @@ TEST_F(kxLocalUrlManagerRemovingProtectedTest, RemovesTheNewDirectoryWhenTheOldO
     EXPECT_NE(item(Second), nullptr);
 }
 
-TEST_F(kxLocalUrlManagerRemovingTest, DoesNotRemoveAnAssetWithTheOldDirectoryItWasSavedInto)
+TEST_F(kxLocalUrlManagerRemovingTest, KeepsTheOldAssetWhereTheNewOneWasSavedInsideIt)
 {
     writeMaterial("MAT_A", First);
     writeMaterial("MAT_A/MAT_A", First);
@@ -211,11 +211,28 @@ TEST_F(kxLocalUrlManagerRemovingTest, DoesNotRemoveAnAssetWithTheOldDirectoryItW
     newItem.setDirectoryUrl(url("MAT_A/MAT_A"));
     kxtest::CapturedOutput output;
 
-    EXPECT_TRUE(manager.removeOldItemDirectory(item(First), &newItem));
+    EXPECT_FALSE(manager.removeOldItemDirectory(item(First), &newItem));
 
-    EXPECT_EQ(output.text(), "");
-    EXPECT_TRUE(manager.containsItem(url("MAT_A/MAT_A"), Material, First));
-    EXPECT_EQ(item(First), nullptr);
+    EXPECT_EQ(output.text(),
+              "deleting: " + url("MAT_A").toString().toStdString() + "\ndeleting old directory failed.\n");
+    EXPECT_TRUE(manager.containsItem(url("MAT_A"), Material, First));
+    EXPECT_FALSE(_folder.contains("MAT_A/MAT_A"));
+    EXPECT_NE(item(First), nullptr);
+}
+
+TEST_F(kxLocalUrlManagerRemovingTest, KeepsTheOldAssetWhereTheNewOneWasSavedInsideItThroughALink)
+{
+    writeMaterial("lib/MAT_A", First);
+    writeMaterial("lib/MAT_A/MAT_A", First);
+    fs::create_directory_symlink(_folder.file("lib"), _folder.file("link"));
+    manager.collectItems(url("lib"), Undefined, nullptr);
+    PlainItem newItem(Material, First);
+    newItem.setDirectoryUrl(url("link/MAT_A/MAT_A"));
+
+    EXPECT_FALSE(manager.removeOldItemDirectory(item(First), &newItem));
+
+    EXPECT_TRUE(_folder.contains("lib/MAT_A/asset.xml"));
+    EXPECT_FALSE(_folder.contains("lib/MAT_A/MAT_A"));
 }
 
 TEST_F(kxLocalUrlManagerRemovingTest, ComparesOldAndNewPlacesThroughLinks)

@@ -213,3 +213,55 @@ TEST_F(kxSaveEnvironmentTest, RestoresOnDestructionAndOnlyOnceAmongCopies)
     kxMaterials::removeKey(dawn.get(), Key, false);
     EXPECT_EQ(osg::findDifference(before.get(), kxScenegraph::getRoot()), std::nullopt);
 }
+
+TEST_F(kxSaveEnvironmentTest, HasNothingInCommonWithCopiesFromBefore)
+{
+    addChoices();
+    kxSaveEnvironment other = preparation;
+    ASSERT_TRUE(preparation.prepare(duskNode));
+    ASSERT_TRUE(other.prepare(dawnNode));
+
+    preparation.unprepare();
+
+    EXPECT_EQ(materialOf(duskNode), defaultSwitch());
+    EXPECT_EQ(materialOf(dawnNode), dawn.get()) << "the other's to restore";
+    other.unprepare();
+    EXPECT_EQ(materialOf(dawnNode), defaultSwitch());
+}
+
+TEST_F(kxSaveEnvironmentTest, IsNotUndoneByAnIdleCopy)
+{
+    addChoices();
+    {
+        kxSaveEnvironment idle = preparation;
+        ASSERT_TRUE(preparation.prepare(duskNode));
+        idle.unprepare();
+    }
+
+    EXPECT_EQ(materialOf(duskNode), dusk.get());
+}
+
+TEST_F(kxSaveEnvironmentTest, ReplacesByTheCurrentChoiceWhereItsPlaceHasNone)
+{
+    addChoices();
+    const osg::NodePtr third = makeEnvironment("Third", defaultSwitch());
+    {
+        const osg::CPEditor edit(kxScenegraph::environmentGeometrySwitch(), osg::Node::ChildrenFieldMask);
+        kxScenegraph::environmentGeometrySwitch()->addChild(third);
+    }
+    {
+        const osg::CPEditor edit(defaultSwitch(), osg::SwitchMaterial::ChoiceFieldMask);
+        defaultSwitch()->setChoice(1);
+    }
+
+    EXPECT_TRUE(preparation.prepare(third));
+    EXPECT_EQ(materialOf(third), dawn.get());
+    preparation.unprepare();
+
+    {
+        const osg::CPEditor edit(defaultSwitch(), osg::SwitchMaterial::ChoiceFieldMask);
+        defaultSwitch()->setChoice(99);
+    }
+    EXPECT_FALSE(preparation.prepare(third)) << "the only switch has no choice";
+    EXPECT_EQ(materialOf(third), defaultSwitch());
+}
