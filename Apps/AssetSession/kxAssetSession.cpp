@@ -9,6 +9,7 @@
 #include "Kernel/kxScenegraph.h"
 #include "Rendering/kxOffscreenView.h"
 #include "Rendering/kxPreviewRenderModule.h"
+#include "Rendering/kxSceneplateTree.h"
 
 kxAssetSession::kxAssetSession()
 {
@@ -21,11 +22,14 @@ kxAssetSession::kxAssetSession()
     kxKernelServiceFactory::the().setService<kxReferenceService>(_references.get());
     _nodes = std::make_unique<kxNodeService>();
     kxKernelServiceFactory::the().setService<kxNodeService>(_nodes.get());
+    _plates = std::make_unique<kxSceneplateTree>();
+    kxKernelServiceFactory::the().setService<kxSceneplateService>(_plates.get());
     kxUrlManager::registerManager(kxLocalUrlManager::the());
 }
 
 kxAssetSession::~kxAssetSession()
 {
+    kxKernelServiceFactory::the().setService<kxSceneplateService>(nullptr);
     kxKernelServiceFactory::the().setService<kxNodeService>(nullptr);
     kxKernelServiceFactory::the().setService<kxReferenceService>(nullptr);
     kxAssetItemFactory::the().deleteAllItems();

@@ -9,6 +9,7 @@ class kxNodeService;
 class kxOffscreenView;
 class kxPreviewRenderModule;
 class kxSceneReferenceService;
+class kxSceneplateTree;
 
 /// The host in a program: kernel, an empty scene, previews, the services of the scene, a main view without a window, and
 /// the local disk as a place of assets.
@@ -28,4 +29,5 @@ private:
     std::unique_ptr<kxOffscreenView> _view;
     std::unique_ptr<kxSceneReferenceService> _references;
     std::unique_ptr<kxNodeService> _nodes;
+    std::unique_ptr<kxSceneplateTree> _plates;
 };

@@ -4,10 +4,13 @@
 std::span<const Command> allCommands()
 {
     static constexpr Command commands[] = {
-        {"import", "Keep 3D models or their materials, and HDR pictures as environments", declareImport},
+        {"import", "Keep models or their materials, and pictures as environments or plates", declareImport},
         {"list", "List assets", declareList},
         {"show", "Show everything about one asset", declareShow},
         {"load", "Write assets into a scene file", declareLoad},
+        {"save", "Save a part of a scene file as an asset", declareSave},
+        {"group", "Save several parts of a scene file as one asset", declareGroup},
+        {"tree", "Show the nodes of a scene file", declareTree},
         {"check", "Tell which assets in a scene file differ from the stored ones", declareCheck},
         {"rename", "Give an asset another name", declareRename},
         {"tag", "Show, add and remove tags", declareTag},

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxSceneOpener.h"
 #include "Kernel/kxScenegraph.h"
+#include "Kernel/kxSceneplateUtils.h"
 #include "Rendering/kxOSGWidget.h"
 #include "Rendering/kxSceneRenderer.h"
 #include "SceneGraph/CameraCore.h"
 #include "SceneGraph/EditCP.h"
-#include "SceneGraph/SceneFile.h"
 #include "kxassets/Command.h"
 #include "kxassets/Interrupt.h"
 #include "kxassets/Reporting.h"
@@ -44,28 +45,28 @@ void placeCamera(const osg::UberCameraPtr &camera, const std::vector<osg::NodePt
 
 ExitCode run(const Arguments &arguments, Context &context)
 {
-    const osg::Result<osg::SceneRoots> roots = osg::readSceneFile(arguments.scene);
-    if (!roots) {
-        complain(roots.reason());
+    const osg::Result<kxSceneOpener::Contents> scene = kxSceneOpener::open(QString::fromStdString(arguments.scene));
+    if (!scene) {
+        complain(scene.reason());
         return ExitCode::Failed;
     }
-    std::vector<osg::NodePtr> nodes;
-    for (const auto &root : roots.value())
-        if (const auto node = osg::NodePtr::dcast(root.get()))
-            nodes.push_back(node);
+    const kxSceneOpener::Contents &contents = scene.value();
     const kxOSGWidget *view = kxOSGWidget::getMGLW(-1);
-    if (nodes.empty() || !view || !view->getUberCamera()) {
+    if ((contents.nodes.empty() && contents.environments.empty() && contents.plates.empty()) || !view ||
+        !view->getUberCamera()) {
         complain("'" + arguments.scene + "' holds no node to render");
         return ExitCode::Failed;
     }
-    placeCamera(view->getUberCamera(), nodes);
+    placeCamera(view->getUberCamera(), contents.nodes);
     kxSceneRenderer::Settings settings;
     settings.width = arguments.width;
     settings.height = arguments.height;
     settings.samples = arguments.samples;
     settings.isBackgroundVisible = !arguments.isTransparent;
+    settings.plates = kxSceneplateUtils::getSceneplateRoot();
     settings.isCancelled = [] { return Interrupt::wasRequested(); };
-    const auto image = osg::FCRef<osg::Image>::adopt(kxSceneRenderer::render(nodes, view->getUberCamera(), settings));
+    const auto image = osg::FCRef<osg::Image>::adopt(
+        kxSceneRenderer::render({kxScenegraph::getRoot()}, view->getUberCamera(), settings));
     if (!image)
         return ExitCode::Failed;
     if (!image->write(arguments.output)) {
@@ -92,7 +93,9 @@ Run declareRender(CLI::App &app, Options & /*options*/)
         ->capture_default_str();
     app.add_flag("--transparent", arguments->isTransparent, "Leave the background empty");
     app.footer(
-        "The camera frames all there is.\n\n"
+        "The camera frames the models. The last environment of the scene lights it and surrounds it, where no plate "
+        "lies\n"
+        "under the image.\n\n"
         "Example: kxassets load Chair Table --library ~/Furniture -o room.osb && kxassets render room.osb -o room.png");
     return [arguments](Context &context) { return run(*arguments, context); };
 }

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxPictureImport.h"
+
+#include "AssetSession/kxNodeSaving.h"
+#include "Import/kxSceneImporter.h"
+#include "Kernel/NodeUtils.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxSceneplateUtils.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/Environment.h"
+#include "SceneGraph/Sceneplate.h"
+
+#include <QFileInfo>
+
+namespace {
+
+/// In the scene while it lives.
+class TemporaryNode
+{
+public:
+    TemporaryNode(const osg::NodeCorePtr &core, const osg::NodePtr &parent, const std::string &name)
+        : _node(NodeUtils::createNodeWithCore(core, parent, name))
+    {}
+    ~TemporaryNode()
+    {
+        const osg::NodePtr parent = _node->getParent();
+        if (!parent)
+            return;
+        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
+        parent->subChild(_node);
+    }
+    TemporaryNode(const TemporaryNode &) = delete;
+    TemporaryNode &operator=(const TemporaryNode &) = delete;
+
+    osg::NodePtr node() const { return _node.get(); }
+
+private:
+    osg::FCRef<osg::Node> _node;
+};
+
+osg::EnvironmentPtr makeEnvironment(const osg::MaterialPtr &material)
+{
+    const osg::EnvironmentPtr environment = osg::Environment::create();
+    const osg::CPEditor edit(environment, osg::Environment::MaterialFieldMask);
+    environment->setMaterial(material);
+    return environment;
+}
+
+/// The image of a sphere is its texture's, which the importer has read within its limits.
+osg::SceneplatePtr makePlate(const osg::USphereEnvironmentMaterialPtr &picture, bool isFront)
+{
+    const osg::SceneplatePtr plate = osg::Sceneplate::create();
+    const osg::CPEditor edit(plate, osg::AllFieldMask);
+    plate->setIsFront(isFront);
+    plate->setImage(picture->getImage());
+    return plate;
+}
+
+} // namespace
+
+kxPictureImport::Outcome kxPictureImport::importFile(const QString &path, const QUrl &folder) const
+{
+    Outcome outcome;
+    const auto picture = kxSceneImporter().importEnvironment(path.toStdString());
+    if (!picture) {
+        outcome.failures.push_back(picture.reason());
+        return outcome;
+    }
+    const bool isEnvironment = _kind == Kind::Environment;
+    const osg::NodeCorePtr core = isEnvironment
+                                      ? osg::NodeCorePtr(makeEnvironment(picture.value().get()))
+                                      : osg::NodeCorePtr(makePlate(picture.value().get(), _kind == Kind::Frontplate));
+    const TemporaryNode temporary(core,
+                                  isEnvironment ? kxScenegraph::getRoot() : kxSceneplateUtils::getSceneplateRoot(),
+                                  QFileInfo(path).completeBaseName().toStdString());
+    const auto saved = kxNodeSaving({}).save(temporary.node(), {}, folder);
+    if (saved)
+        outcome.saved.push_back({saved.value().uuid, saved.value().name});
+    else
+        outcome.failures.push_back(path.toStdString() + ": " + saved.reason());
+    return outcome;
+}

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxSceneOpener.h"
+
+#include "Kernel/kxController.h"
+#include "Kernel/kxFastGeometryLoader.h"
+#include "Kernel/kxMaterials.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxSceneplateUtils.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/Environment.h"
+#include "SceneGraph/SceneFile.h"
+#include "SceneGraph/Sceneplate.h"
+#include "SceneGraph/SwitchMaterial.h"
+#include "SceneGraph/UEnvironmentMaterial.h"
+
+namespace {
+
+bool holdsPlates(const osg::NodePtr &root)
+{
+    std::vector<osg::NodePtr> waiting{root};
+    while (!waiting.empty()) {
+        const osg::NodePtr node = waiting.back();
+        waiting.pop_back();
+        if (isOfType(node->getCore(), osg::Sceneplate::getClassType()))
+            return true;
+        for (std::size_t i = 0; i < node->getNChildren(); ++i)
+            waiting.push_back(node->getChild(i));
+    }
+    return false;
+}
+
+void hangBelow(const osg::NodePtr &parent, const osg::NodePtr &node)
+{
+    if (!parent || node->getParent())
+        return;
+    const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
+    parent->addChild(node);
+}
+
+/// What the node of an environment lights with; null where that is nothing.
+osg::MaterialPtr materialOf(const osg::NodePtr &environment)
+{
+    const osg::MaterialPtr own = osg::EnvironmentPtr::dcast(environment->getCore())->getMaterial();
+    if (const auto chooser = osg::SwitchMaterialPtr::dcast(own))
+        return chooser->getCurrentMaterial();
+    if (own)
+        return own;
+    for (const osg::MaterialPtr &material : kxMaterials::getMaterials(environment))
+        if (osg::UEnvironmentMaterialPtr::dcast(material))
+            return material;
+    return nullptr;
+}
+
+void place(const osg::NodePtr &node, kxSceneOpener::Contents &contents)
+{
+    kxFastGeometryLoader::enterScene(node, kxFastGeometryLoader::MergeIntoScene);
+    if (isOfType(node->getCore(), osg::Environment::getClassType())) {
+        kxController::addToDefaultEnvironment(materialOf(node), node, true);
+        hangBelow(kxScenegraph::getRoot(), node);
+        contents.environments.push_back(node);
+    } else if (holdsPlates(node)) {
+        hangBelow(kxSceneplateUtils::getSceneplateRoot(), node);
+        contents.plates.push_back(node);
+    } else {
+        hangBelow(kxScenegraph::getRoot(), node);
+        contents.nodes.push_back(node);
+    }
+}
+
+} // namespace
+
+std::vector<osg::NodePtr> kxSceneOpener::Contents::allNodes() const
+{
+    std::vector<osg::NodePtr> all = nodes;
+    all.insert(all.end(), environments.begin(), environments.end());
+    all.insert(all.end(), plates.begin(), plates.end());
+    return all;
+}
+
+osg::Result<kxSceneOpener::Contents> kxSceneOpener::open(const QString &path)
+{
+    const osg::Result<osg::SceneRoots> roots = osg::readSceneFile(path.toStdString());
+    if (!roots)
+        return osg::Failure{roots.reason()};
+    Contents contents;
+    for (const osg::FCRef<osg::FieldContainer> &root : roots.value()) {
+        if (const auto node = osg::NodePtr::dcast(root.get()))
+            place(node, contents);
+        const auto material = osg::MaterialPtr::dcast(root.get());
+        if (!material)
+            continue;
+        kxScenegraph::addToMaterialPool(material);
+        contents.materials.push_back(material);
+    }
+    return contents;
+}
