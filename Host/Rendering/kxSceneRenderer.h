@@ -9,10 +9,12 @@
 #include <functional>
 #include <vector>
 
-/// Renders pictures of nodes, lit by the scene's default environment. Main thread only; uses all cores.
+/// Renders pictures of nodes, lit by the scene's default environment and by the lights among them. Main thread only; uses all
+/// cores.
 ///
 /// Of switches the chosen child is shown. The material of a mesh is the override of the highest node above it that has one,
-/// else its own, else that of the next material group above it.
+/// else its own, else that of the next material group above it. A light lights what the light-link sets let it, those of the
+/// scene's material pool and of pools among the nodes; where no set names it, everything.
 class KX_RENDERING_EXPORT kxSceneRenderer
 {
 public:

@@ -4,9 +4,20 @@
 #include "Rendering/Internal/Bsdf.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace kxRender {
+
+struct PathWave::Encounter
+{
+    const SurfacePoint *point = nullptr;
+    Frame frame;
+    V3 position;
+    V3 side; ///< the geometric normal on the viewer's side
+    std::uint32_t lightGroup = 0;
+    bool isWithin = false;
+};
 
 namespace {
 
@@ -93,16 +104,6 @@ V3 clamped(V3 c, float limit)
     return peak > limit ? c * (limit / peak) : c;
 }
 
-/// The surface that a path meets, as its next step needs it.
-struct Encounter
-{
-    const SurfacePoint *point = nullptr;
-    Frame frame;
-    V3 position;
-    V3 side; ///< the geometric normal on the viewer's side
-    bool isWithin = false;
-};
-
 void add(PathWave::Path &path, V3 light, int surfaces)
 {
     path.color += surfaces == 0 ? light : clamped(light, MaxIndirect);
@@ -119,7 +120,7 @@ void addEnvironment(PathWave::Path &path, const EnvironmentLight *light)
     add(path, path.throughput * arrival.radiance * weight, path.bounce);
 }
 
-Meeting meet(const SurfaceLibrary &surfaces, PathWave::Path &path, const Hit &hit, Encounter &encounter,
+Meeting meet(const SurfaceLibrary &surfaces, PathWave::Path &path, const Hit &hit, PathWave::Encounter &encounter,
              SurfacePoint &scratch)
 {
     const Surface *surface = chooseLayer(surfaces, hit, path.sampler, encounter.point, scratch);
@@ -130,6 +131,7 @@ Meeting meet(const SurfaceLibrary &surfaces, PathWave::Path &path, const Hit &hi
         return Meeting::CutOut;
     }
     encounter.isWithin = isBack && isBody;
+    encounter.lightGroup = hit.lightGroup;
     encounter.position = hit.position;
     encounter.side = isBack ? -hit.geometricNormal : hit.geometricNormal;
     encounter.frame = shadingFrame(surfaces, *surface, hit, -path.direction, isBack);
@@ -137,7 +139,7 @@ Meeting meet(const SurfaceLibrary &surfaces, PathWave::Path &path, const Hit &hi
 }
 
 /// False where the path ends.
-bool scatter(PathWave::Path &path, const Encounter &encounter, const Bsdf::Sample &next)
+bool scatter(PathWave::Path &path, const PathWave::Encounter &encounter, const Bsdf::Sample &next)
 {
     if (next.pdf <= 0.0F)
         return false;
@@ -168,21 +170,70 @@ bool survivesRoulette(PathWave::Path &path, float random)
 
 /// Light that the environment sends here directly. From behind it reaches a surface only through a boundary, which the
 /// path itself follows better.
-void PathWave::askForLight(std::size_t index, std::size_t lane, V3 position, V3 side, const Frame &frame,
-                           const Bsdf &bsdf)
+void PathWave::askEnvironment(std::size_t index, std::size_t lane, const Encounter &encounter, const Bsdf &bsdf)
 {
     if (_scene.environment() == nullptr)
         return;
     const EnvironmentLight::Sample sample =
         _scene.environment()->sample(_first[LightPair][lane], _second[LightPair][lane]);
-    if (sample.pdf <= 0.0F || dot(sample.direction, side) <= 0.0F)
+    if (sample.pdf <= 0.0F || dot(sample.direction, encounter.side) <= 0.0F)
         return;
-    const auto [value, pdf] = bsdf.evaluate(frame.toLocal(sample.direction));
+    const auto [value, pdf] = bsdf.evaluate(encounter.frame.toLocal(sample.direction));
     if (maxOf(value) <= 0.0F)
         return;
     const Path &path = _paths[index];
     const V3 light = path.throughput * value * sample.radiance * (powerWeight(sample.pdf, pdf) / sample.pdf);
-    _shadows[_shadowCount++] = {beyond(position, side), sample.direction, light, index, path.bounce + 1};
+    _shadows[_shadowCount++] = {beyond(encounter.position, encounter.side),
+                                sample.direction,
+                                std::numeric_limits<float>::infinity(),
+                                light,
+                                index,
+                                path.bounce + 1};
+}
+
+/// Numbers are drawn only where lights have to be chosen, so that those of other pictures stay what they are.
+void PathWave::askLights(std::size_t index, const Encounter &encounter, const Bsdf &bsdf)
+{
+    const std::vector<std::uint32_t> &lights = _scene.lightGroup(encounter.lightGroup);
+    if (lights.size() <= MaxLights) {
+        for (const std::uint32_t light : lights)
+            askLight(index, _scene.light(light), 1.0F, encounter, bsdf);
+        return;
+    }
+    const float step = static_cast<float>(lights.size()) / static_cast<float>(MaxLights);
+    const float start = _paths[index].sampler.next1D();
+    for (std::size_t i = 0; i < MaxLights; ++i) {
+        const auto chosen = static_cast<std::size_t>((static_cast<float>(i) + start) * step);
+        askLight(index, _scene.light(lights[std::min(chosen, lights.size() - 1)]), step, encounter, bsdf);
+    }
+}
+
+/// Light from behind is left out, as that of the environment is. The direct light of the first surface holds no specks, and
+/// is not limited as that of later ones.
+void PathWave::askLight(std::size_t index, const DeltaLight &light, float weight, const Encounter &encounter,
+                        const Bsdf &bsdf)
+{
+    const DeltaLight::Arrival arrival = light.at(encounter.position);
+    if (maxOf(arrival.irradiance) <= 0.0F || dot(arrival.direction, encounter.side) <= 0.0F)
+        return;
+    const V3 value = bsdf.evaluate(encounter.frame.toLocal(arrival.direction)).first;
+    if (maxOf(value) <= 0.0F)
+        return;
+    const Path &path = _paths[index];
+    Shadow shadow{beyond(encounter.position, encounter.side),
+                  arrival.direction,
+                  arrival.distance,
+                  path.throughput * value * arrival.irradiance * weight,
+                  index,
+                  path.bounce};
+    if (std::isfinite(arrival.distance)) {
+        // Up to just before the light: what it touches does not hide it.
+        const V3 end = encounter.position + arrival.direction * arrival.distance;
+        const V3 way = beyond(end, -arrival.direction) - shadow.origin;
+        shadow.direction = normalize(way);
+        shadow.length = dot(way, arrival.direction) > 0.0F ? length(way) : 0.0F;
+    }
+    _shadows[_shadowCount++] = shadow;
 }
 
 void PathWave::addLight()
@@ -196,6 +247,7 @@ void PathWave::addLight()
         for (std::size_t lane = 0; lane < count; ++lane) {
             rays.origins[lane] = _shadows[first + lane].origin;
             rays.directions[lane] = _shadows[first + lane].direction;
+            rays.lengths[lane] = _shadows[first + lane].length;
         }
         _scene.transmittance(rays, shares);
         for (std::size_t lane = 0; lane < count; ++lane) {
@@ -225,7 +277,8 @@ bool PathWave::step(std::size_t index, std::size_t lane, const std::optional<Hit
         kxRender::add(path, path.throughput * encounter.point->emission, path.bounce);
 
     const Bsdf bsdf(*encounter.point, encounter.frame.toLocal(-path.direction), encounter.isWithin);
-    askForLight(index, lane, encounter.position, encounter.side, encounter.frame, bsdf);
+    askEnvironment(index, lane, encounter, bsdf);
+    askLights(index, encounter, bsdf);
     const Bsdf::Sample next =
         bsdf.sample(_first[ChoicePair][lane], _first[DirectionPair][lane], _second[DirectionPair][lane]);
     return scatter(path, encounter, next) && survivesRoulette(path, _second[ChoicePair][lane]) &&

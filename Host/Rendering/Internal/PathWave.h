@@ -13,7 +13,9 @@ class Bsdf;
 /// Paths that are followed in step, so that those that have not ended fill packets of rays.
 ///
 /// Each is followed backwards from the camera: at each surface towards the environment and on in a direction of the
-/// surface's choosing, the two weighted against each other. Paths do not influence each other.
+/// surface's choosing, the two weighted against each other. Lights without size are never met by chance: each surface asks
+/// for all of them, or where there are more than MaxLights for so many, spread evenly over their list from a random start.
+/// Paths do not influence each other.
 class PathWave
 {
 public:
@@ -31,6 +33,9 @@ public:
         int bounce = 0;
         int cutOuts = 0;
     };
+
+    /// The surface that a path meets, as its next step needs it.
+    struct Encounter;
 
     explicit PathWave(const RenderScene &scene, bool isBackgroundVisible)
         : _scene(scene), _isBackgroundVisible(isBackgroundVisible)
@@ -50,15 +55,17 @@ public:
 
 private:
     static constexpr std::size_t Size = 128;
+    static constexpr std::size_t MaxLights = 4;
 
     /// The random numbers of a step: of the light, of the direction, and of the lobe and the survival.
     enum Pair : std::size_t { LightPair, DirectionPair, ChoicePair };
 
-    /// A ray towards the light, and what arrives where it meets nothing.
+    /// A ray towards a light, and what arrives where it meets nothing.
     struct Shadow
     {
         V3 origin;
         V3 direction;
+        float length = 0.0F;
         V3 light;
         std::size_t path = 0;
         int bounce = 0;
@@ -69,7 +76,10 @@ private:
     std::size_t stepPacket(std::uint8_t *paths, std::size_t count, bool isCoherent);
     /// False where the path ends.
     bool step(std::size_t index, std::size_t lane, const std::optional<Hit> &hit);
-    void askForLight(std::size_t index, std::size_t lane, V3 position, V3 side, const Frame &frame, const Bsdf &bsdf);
+    void askEnvironment(std::size_t index, std::size_t lane, const Encounter &encounter, const Bsdf &bsdf);
+    void askLights(std::size_t index, const Encounter &encounter, const Bsdf &bsdf);
+    void askLight(std::size_t index, const DeltaLight &light, float weight, const Encounter &encounter,
+                  const Bsdf &bsdf);
     void addLight();
 
     const RenderScene &_scene;
@@ -79,7 +89,7 @@ private:
     Sampler::Numbers _first;
     Sampler::Numbers _second;
     std::size_t _shadowCount = 0;
-    std::array<Shadow, Size> _shadows;
+    std::array<Shadow, Size *(1 + MaxLights)> _shadows;
 };
 
 } // namespace kxRender

@@ -2,7 +2,6 @@
 #include "Rendering/Internal/RenderScene.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace kxRender {
 
@@ -12,7 +11,7 @@ namespace {
 constexpr int MaxCutOuts = 64;
 constexpr float RelativeOffset = 1e-4F;
 
-RTCRayHit rayFrom(V3 origin, V3 direction)
+RTCRayHit rayFrom(V3 origin, V3 direction, float rayLength)
 {
     RTCRayHit query{};
     query.ray.org_x = origin.x;
@@ -21,7 +20,7 @@ RTCRayHit rayFrom(V3 origin, V3 direction)
     query.ray.dir_x = direction.x;
     query.ray.dir_y = direction.y;
     query.ray.dir_z = direction.z;
-    query.ray.tfar = std::numeric_limits<float>::infinity();
+    query.ray.tfar = rayLength;
     query.ray.mask = ~0U;
     query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
     query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
@@ -41,7 +40,7 @@ void fill(const RayPacket &rays, RTCRay8 &packet, std::array<int, RayPacket::Siz
         packet.dir_z[i] = rays.directions[i].z;
     }
     std::fill_n(packet.tnear, RayPacket::Size, 0.0F);
-    std::fill_n(packet.tfar, RayPacket::Size, std::numeric_limits<float>::infinity());
+    std::copy(rays.lengths.begin(), rays.lengths.end(), packet.tfar);
     std::fill_n(packet.time, RayPacket::Size, 0.0F);
     std::fill_n(packet.mask, RayPacket::Size, ~0U);
     std::fill_n(packet.id, RayPacket::Size, 0U);
@@ -50,7 +49,7 @@ void fill(const RayPacket &rays, RTCRay8 &packet, std::array<int, RayPacket::Siz
 
 } // namespace
 
-RenderScene::RenderScene() : _device(rtcNewDevice(nullptr)), _scene(rtcNewScene(_device))
+RenderScene::RenderScene() : _device(rtcNewDevice(nullptr)), _scene(rtcNewScene(_device)), _lightGroups(1)
 {
     rtcSetSceneFlags(_scene, RTC_SCENE_FLAG_ROBUST);
 }
@@ -79,6 +78,18 @@ void RenderScene::addMesh(Mesh mesh)
     rtcReleaseGeometry(geometry);
 }
 
+void RenderScene::addLight(const DeltaLight &light)
+{
+    _lightGroups.front().push_back(static_cast<std::uint32_t>(_lights.size()));
+    _lights.push_back(light);
+}
+
+std::uint32_t RenderScene::addLightGroup(std::vector<std::uint32_t> lights)
+{
+    _lightGroups.push_back(std::move(lights));
+    return static_cast<std::uint32_t>(_lightGroups.size() - 1);
+}
+
 void RenderScene::commit()
 {
     _hasCutOuts = std::any_of(_meshes.begin(), _meshes.end(),
@@ -88,9 +99,9 @@ void RenderScene::commit()
     rtcCommitScene(_scene);
 }
 
-std::optional<Hit> RenderScene::intersect(V3 origin, V3 direction) const
+std::optional<Hit> RenderScene::intersect(V3 origin, V3 direction, float rayLength) const
 {
-    RTCRayHit query = rayFrom(origin, direction);
+    RTCRayHit query = rayFrom(origin, direction, rayLength);
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     rtcIntersect1(_scene, &context, &query);
@@ -131,6 +142,7 @@ Hit RenderScene::hitOf(std::uint32_t meshIndex, std::uint32_t triangle, float b1
 
     Hit hit{};
     hit.layers = &mesh.layers;
+    hit.lightGroup = mesh.lightGroup;
     hit.position = p0 + e1 * b1 + e2 * b2;
     hit.geometricNormal = normalize(cross(e1, e2));
     hit.normal =
@@ -173,7 +185,7 @@ void RenderScene::transmittance(const RayPacket &rays, std::array<float, RayPack
     if (_hasCutOuts) {
         for (std::size_t i = 0; i < RayPacket::Size; ++i)
             if (rays.areInUse[i])
-                shares[i] = cutOutTransmittance(rays.origins[i], rays.directions[i]);
+                shares[i] = cutOutTransmittance(rays.origins[i], rays.directions[i], rays.lengths[i]);
         return;
     }
     RTCRay8 query;
@@ -187,17 +199,22 @@ void RenderScene::transmittance(const RayPacket &rays, std::array<float, RayPack
             shares[i] = query.tfar[i] < 0.0F ? 0.0F : 1.0F;
 }
 
-float RenderScene::cutOutTransmittance(V3 origin, V3 direction) const
+float RenderScene::cutOutTransmittance(V3 origin, V3 direction, float rayLength) const
 {
     float through = 1.0F;
+    float left = rayLength;
     for (int i = 0; i < MaxCutOuts; ++i) {
-        const std::optional<Hit> hit = intersect(origin, direction);
+        const std::optional<Hit> hit = intersect(origin, direction, left);
         if (!hit)
             return through;
         through *= 1.0F - _surfaces.opacityAt(*hit->layers, hit->u, hit->v);
         if (through <= 0.0F)
             return 0.0F;
-        origin = hit->position + direction * (RelativeOffset * (1.0F + length(hit->position)));
+        const V3 next = hit->position + direction * (RelativeOffset * (1.0F + length(hit->position)));
+        left -= dot(next - origin, direction);
+        if (left <= 0.0F)
+            return through;
+        origin = next;
     }
     return 0.0F;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Rendering/Internal/DeltaLight.h"
 #include "Rendering/Internal/EnvironmentLight.h"
 #include "Rendering/Internal/Surface.h"
 #include "Rendering/Internal/Vector.h"
@@ -9,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -23,7 +25,8 @@ struct Mesh
     std::vector<std::array<float, 2>> coordinates;
     std::vector<std::uint32_t> indices;
     SurfaceLibrary::Layers layers;
-    bool needsTangents = false; ///< of its layers
+    bool needsTangents = false;   ///< of its layers
+    std::uint32_t lightGroup = 0; ///< what lights it, besides the environment; 0: all lights
 };
 
 /// What a ray met.
@@ -37,6 +40,7 @@ struct Hit
     float u;
     float v;
     const SurfaceLibrary::Layers *layers;
+    std::uint32_t lightGroup;
 };
 
 /// Rays that are traced together.
@@ -46,8 +50,16 @@ struct RayPacket
 
     std::array<V3, Size> origins;
     std::array<V3, Size> directions;
+    std::array<float, Size> lengths = endless(); ///< what lies farther is not met
     std::array<bool, Size> areInUse{};
     bool isCoherent = false; ///< they begin and point alike
+
+    static constexpr std::array<float, Size> endless()
+    {
+        std::array<float, Size> lengths{};
+        lengths.fill(std::numeric_limits<float>::infinity());
+        return lengths;
+    }
 };
 
 /// Everything that one picture needs; complete and unchanging once commit() was called, and then safe from any thread.
@@ -65,23 +77,32 @@ public:
     void addMesh(Mesh mesh);
     void setEnvironment(EnvironmentLight light) { _environment = std::move(light); }
     const EnvironmentLight *environment() const { return _environment ? &*_environment : nullptr; }
+    /// Lights have indices in the order in which they are added.
+    void addLight(const DeltaLight &light);
+    const DeltaLight &light(std::uint32_t index) const { return _lights[index]; }
+    /// What to write into meshes that only these lights light.
+    std::uint32_t addLightGroup(std::vector<std::uint32_t> lights);
+    const std::vector<std::uint32_t> &lightGroup(std::uint32_t index) const { return _lightGroups[index]; }
     void commit();
 
-    std::optional<Hit> intersect(V3 origin, V3 direction) const;
+    std::optional<Hit> intersect(V3 origin, V3 direction,
+                                 float rayLength = std::numeric_limits<float>::infinity()) const;
     /// The same for the packet's rays; what lanes that are not in use are given stays as it was.
     void intersect(const RayPacket &rays, std::array<std::optional<Hit>, RayPacket::Size> &hits) const;
-    /// The share of light that comes through in each direction: surfaces stop what they do not cut out.
+    /// The share of light that comes through along each ray: surfaces stop what they do not cut out.
     void transmittance(const RayPacket &rays, std::array<float, RayPacket::Size> &shares) const;
 
 private:
     Hit hitOf(std::uint32_t mesh, std::uint32_t triangle, float b1, float b2) const;
-    float cutOutTransmittance(V3 origin, V3 direction) const;
+    float cutOutTransmittance(V3 origin, V3 direction, float rayLength) const;
 
     RTCDevice _device;
     RTCScene _scene;
     SurfaceLibrary _surfaces;
     std::vector<std::unique_ptr<Mesh>> _meshes;
     std::optional<EnvironmentLight> _environment;
+    std::vector<DeltaLight> _lights;
+    std::vector<std::vector<std::uint32_t>> _lightGroups; ///< the first is that of all lights
     bool _hasCutOuts = false;
 };
 

@@ -2,12 +2,21 @@
 #include "Rendering/Internal/SceneBuilding.h"
 
 #include "Kernel/kxGeometryBuffer.h"
+#include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxOptimize.h"
+#include "Kernel/kxScenegraph.h"
+#include "Rendering/Internal/LightLinks.h"
 #include "SceneGraph/DeepClone.h"
 #include "SceneGraph/Geometry.h"
+#include "SceneGraph/Light.h"
 #include "SceneGraph/MaterialGroup.h"
 #include "SceneGraph/OverrideMaterialAttachment.h"
 #include "SceneGraph/Switch.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
 
 namespace kxRender {
 
@@ -20,6 +29,15 @@ struct Visit
     osg::Matrix toWorld;
     osg::MaterialPtr overriding;
     osg::MaterialPtr inherited;
+    LightLinks::Place place;
+};
+
+/// The lights of a scene, and what they light.
+struct Lighting
+{
+    std::vector<std::string> keys; ///< of the lights' nodes, in the order of their indices
+    LightLinks links;
+    std::map<LightLinks::Place, std::uint32_t> groups; ///< of the scene, as far as they were asked for
 };
 
 V3 toPoint(const osg::Matrix &m, const osg::Vec3f &p)
@@ -59,7 +77,17 @@ osg::FCRef<osg::Geometry> triangulated(const osg::GeometryPtr &geometry)
     return copy;
 }
 
-void addGeometry(RenderScene &scene, const osg::GeometryPtr &original, const Visit &visit)
+std::uint32_t lightGroupAt(RenderScene &scene, Lighting &lighting, const LightLinks::Place &place)
+{
+    const auto found = lighting.groups.find(place);
+    if (found != lighting.groups.end())
+        return found->second;
+    std::vector<std::uint32_t> lights = lighting.links.lightsAt(place, lighting.keys);
+    const std::uint32_t group = lights.size() == lighting.keys.size() ? 0 : scene.addLightGroup(std::move(lights));
+    return lighting.groups.emplace(place, group).first->second;
+}
+
+void addGeometry(RenderScene &scene, Lighting &lighting, const osg::GeometryPtr &original, const Visit &visit)
 {
     if (!original->isValid() || original->getPositions().empty())
         return;
@@ -76,6 +104,7 @@ void addGeometry(RenderScene &scene, const osg::GeometryPtr &original, const Vis
     if (!material)
         material = original->getMaterial() ? original->getMaterial() : visit.inherited;
     mesh.layers = scene.surfaces().add(material);
+    mesh.lightGroup = lightGroupAt(scene, lighting, visit.place);
     scene.addMesh(std::move(mesh));
 }
 
@@ -92,31 +121,75 @@ void pushChildren(std::vector<Visit> &waiting, const Visit &visit)
     }
 }
 
-} // namespace
+/// Of a root, with what those above it say of its placement and its light.
+Visit visitOf(const osg::NodePtr &root, const LightLinks &links)
+{
+    const osg::NodePtr parent = root->getParent();
+    Visit visit{root, parent ? parent->getToWorld() : osg::Matrix(), nullptr, nullptr, links.outside()};
+    for (osg::NodePtr above = parent; above; above = above->getParent())
+        visit.place = links.below(std::move(visit.place), above);
+    return visit;
+}
 
-void addNodes(RenderScene &scene, const std::vector<osg::NodePtr> &roots)
+/// Calls \a use for each node that is shown, parents first.
+void forEachShown(const std::vector<osg::NodePtr> &roots, const LightLinks &links,
+                  const std::function<void(const Visit &)> &use)
 {
     std::vector<Visit> waiting;
     for (const osg::NodePtr &root : roots)
-        if (root) {
-            const osg::NodePtr parent = root->getParent();
-            waiting.push_back({root, parent ? parent->getToWorld() : osg::Matrix(), nullptr, nullptr});
-        }
+        if (root)
+            waiting.push_back(visitOf(root, links));
     while (!waiting.empty()) {
-        Visit visit = waiting.back();
+        Visit visit = std::move(waiting.back());
         waiting.pop_back();
-        const osg::NodeCorePtr core = visit.node->getCore();
-        const auto record = osg::findAttachment<osg::OverrideMaterialAttachment>(visit.node);
+        const osg::NodePtr node = visit.node;
+        const osg::NodeCorePtr core = node->getCore();
+        const auto record = osg::findAttachment<osg::OverrideMaterialAttachment>(node);
         if (record && record->getMaterial() && !visit.overriding)
             visit.overriding = record->getMaterial();
         if (const auto group = osg::MaterialGroupPtr::dcast(core); group && group->getMaterial())
             visit.inherited = group->getMaterial();
-        if (const auto geometry = osg::GeometryPtr::dcast(core))
-            addGeometry(scene, geometry, visit);
+        visit.place = links.below(std::move(visit.place), node);
+        use(visit);
         if (core)
             visit.toWorld = visit.toWorld * getCoreMatrix(core);
         pushChildren(waiting, visit);
     }
+}
+
+/// Before any mesh: what lights a mesh is known when all of them are.
+Lighting addLights(RenderScene &scene, const std::vector<osg::NodePtr> &roots)
+{
+    Lighting lighting;
+    std::set<osg::NodePtr> lights;
+    std::set<osg::MaterialPoolPtr> pools;
+    if (const osg::MaterialPoolPtr pool = kxScenegraph::getMaterialPool())
+        pools.insert(pool);
+    forEachShown(roots, lighting.links, [&](const Visit &visit) {
+        if (const auto pool = osg::MaterialPoolPtr::dcast(visit.node->getCore()))
+            pools.insert(pool);
+        const auto core = osg::LightPtr::dcast(visit.node->getCore());
+        if (!core || !lights.insert(visit.node).second)
+            return;
+        if (const auto light = DeltaLight::from(*core, visit.toWorld)) {
+            scene.addLight(*light);
+            lighting.keys.push_back(kxNodeKeys::get(visit.node));
+        }
+    });
+    for (const osg::MaterialPoolPtr &pool : pools)
+        lighting.links.add(*pool);
+    return lighting;
+}
+
+} // namespace
+
+void addNodes(RenderScene &scene, const std::vector<osg::NodePtr> &roots)
+{
+    Lighting lighting = addLights(scene, roots);
+    forEachShown(roots, lighting.links, [&](const Visit &visit) {
+        if (const auto geometry = osg::GeometryPtr::dcast(visit.node->getCore()))
+            addGeometry(scene, lighting, geometry, visit);
+    });
 }
 
 } // namespace kxRender
