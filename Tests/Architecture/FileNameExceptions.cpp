@@ -67,6 +67,7 @@ const std::vector<NameException> &testsOfCapabilities()
         {"Tests/Host/Rendering/ScatteringHistogramTest.cpp", "everything that samples directions, against its density"},
         {"Tests/Host/SceneGraph/HostileScenesTest.cpp", "scene files that were made to do harm"},
         {"Tests/Apps/AssetSession/KillTest.cpp", "everything that saves, while the process is killed"},
+        {"Tests/Apps/AssetSession/ModelRoundTripTest.cpp", "the whole way of a model, through import, asset and scene"},
         {"Tests/Apps/AssetSession/FaultLoopTest.cpp", "everything that writes, while the disk fails"},
         {"Tests/Apps/kxassets/LibraryRoundTripTest.cpp",
          "the whole way of a material, through many runs of the program"},

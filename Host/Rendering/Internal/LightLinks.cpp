@@ -20,7 +20,7 @@ std::set<std::string> keysOf(const osg::MField<std::string> &field)
 void LightLinks::add(const osg::MaterialPool &pool)
 {
     for (const osg::LightLinkSetPtr &set : pool.getLightLinkSets())
-        if (set)
+        if (set && !set->getMembers().empty())
             _sets.push_back({keysOf(set->getLights()), keysOf(set->getMembers()), set->getIsExclusive()});
 }
 

@@ -14,7 +14,8 @@ namespace kxRender {
 /// Which lights light which nodes, as light-link sets say. Lights and nodes are told apart by their keys.
 ///
 /// A light that no set names lights everything. One that is named lights what lies at or below a member of any of its
-/// sets, and where all of them are exclusive everything; but nothing at or below a member of an exclusive one.
+/// sets, and where all of them are exclusive everything; but nothing at or below a member of an exclusive one. A set
+/// without members says nothing: an environment keeps such a set where all members lay outside of it.
 class LightLinks
 {
 public:
