@@ -7,9 +7,11 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 using testing::ContainsRegex;
 using testing::HasSubstr;
@@ -67,12 +69,16 @@ TEST_F(TerminalTest, EndsAtOnceWhenInterruptedTwice)
 {
     // A parser that hangs and hears nothing: the program cannot have ended by itself when the second one comes.
     const std::filesystem::path parser = _folder.file("parser");
-    std::ofstream(parser) << "#!/bin/sh\ntrap '' INT\nexec sleep 60\n";
+    const std::filesystem::path ready = _folder.file("ready");
+    std::ofstream(parser) << "#!/bin/sh\ntrap '' INT\n: > '" << ready.string() << "'\nexec sleep 60\n";
     std::filesystem::permissions(parser, std::filesystem::perms::owner_all);
     ::setenv("KX_IMPORT_WORKER", parser.c_str(), 1);
     kxtest::Terminal terminal(_folder.string(), {"import", writeModel("One"), writeModel("Two")});
     ::unsetenv("KX_IMPORT_WORKER");
     ASSERT_TRUE(terminal.waitFor("Importing: 0 of 2 files")) << terminal.shown();
+    for (int i = 0; i < 6000 && !std::filesystem::exists(ready); ++i) // until then it would end by the interrupt
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    ASSERT_TRUE(std::filesystem::exists(ready));
     terminal.interrupt();
     ASSERT_TRUE(terminal.waitFor("once more ends at once")) << terminal.shown();
 
