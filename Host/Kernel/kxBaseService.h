@@ -16,7 +16,7 @@ public:
 
     bool isInitialized() const { return _initialized; }
 
-public slots:
+public Q_SLOTS:
     /// Initialises the service the first time; further calls do nothing. Connect kxKernelService::ready() to it.
     void init();
 

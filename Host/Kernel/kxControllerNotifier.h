@@ -14,7 +14,7 @@ public:
     explicit kxControllerNotifier(QObject *parent = nullptr);
     ~kxControllerNotifier() override;
 
-signals:
+Q_SIGNALS:
     /// The views are to render the scene now. Never emitted while render updates are off.
     void renderUpdateRequested();
 

@@ -13,7 +13,7 @@ public:
     explicit kxKernelService(QObject *parent = nullptr);
     ~kxKernelService() override;
 
-signals:
+Q_SIGNALS:
     /// The kernel is up and everything registered so far has run. Emitted again after a library that was loaded later has
     /// registered its services, so that theirs are initialised as well.
     void ready();

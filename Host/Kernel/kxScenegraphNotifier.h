@@ -14,7 +14,7 @@ public:
     explicit kxScenegraphNotifier(QObject *parent = nullptr);
     ~kxScenegraphNotifier() override;
 
-signals:
+Q_SIGNALS:
     /// There is another document, or none any more; nothing of the former one is to be used.
     void documentChanged();
     /// Views that show the scene's structure are to refresh. Never emitted while updates are off.

@@ -9,7 +9,7 @@ kxdNode::~kxdNode() = default;
 
 osg::NodePtr kxdNode::node() const
 {
-    return kxNodeUtils::getNodeFromId(id());
+    return kxNodeUtils::getNodeFromId(getObjectId());
 }
 
 kxdReferenceNode::~kxdReferenceNode() = default;

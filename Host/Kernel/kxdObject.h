@@ -20,7 +20,7 @@ public:
     explicit kxdObject(std::uint32_t id) : _containerId(id) {}
     ~kxdObject() override;
 
-    std::uint32_t id() const { return _containerId; }
+    std::uint32_t getObjectId() const { return _containerId; }
 
 private:
     std::uint32_t _containerId;

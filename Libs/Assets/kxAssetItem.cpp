@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxAssetItem.h"
 
+#include "Assets/Internal/Unloading.h"
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxPreviewImageLoader.h"
 #include "Assets/kxUrlManager.h"
@@ -20,6 +21,23 @@
 kxPreviewImageLoader *kxAssetItem::s_previewLoader = nullptr;
 
 namespace {
+
+/// Has the loader deleted when the library is unloaded.
+class PreviewsAtUnload
+{
+public:
+    explicit PreviewsAtUnload(void (*remove)()) : _remove(remove) {}
+    ~PreviewsAtUnload()
+    {
+        if (kxAssetsInternal::doesProgramGoOn())
+            _remove();
+    }
+    PreviewsAtUnload(const PreviewsAtUnload &) = delete;
+    PreviewsAtUnload &operator=(const PreviewsAtUnload &) = delete;
+
+private:
+    void (*_remove)();
+};
 
 /// Puts \a name into the elements called "name": the first that begins with text has it replaced, and ends the walk;
 /// one that does not gets the text appended, and the walk goes on.
@@ -42,6 +60,13 @@ void renameIn(QDomDocument &document, const QString &name)
 
 kxPreviewImageLoader *kxAssetItem::getPreviewImageLoader()
 {
+    // Before the loader, whose first instance makes what drains the pool: what is made later goes earlier.
+    static const PreviewsAtUnload unloading([] {
+        if (s_previewLoader)
+            s_previewLoader->deliverAll();
+        delete s_previewLoader;
+        s_previewLoader = nullptr;
+    });
     if (!s_previewLoader)
         s_previewLoader = new kxPreviewImageLoader(nullptr);
     return s_previewLoader;

@@ -3,6 +3,7 @@
 
 #include "Assets/Internal/RegisteredItems.h"
 #include "Assets/Internal/StandardOutput.h"
+#include "Assets/Internal/Unloading.h"
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
 #include "Assets/kxEnvironmentNodeAssetItem.h"
@@ -69,7 +70,11 @@ kxAssetItemFactory::kxAssetItemFactory()
     QObject::connect(_notificationTimer.get(), &QTimer::timeout, &notifySceneplateService);
 }
 
-kxAssetItemFactory::~kxAssetItemFactory() = default;
+kxAssetItemFactory::~kxAssetItemFactory()
+{
+    if (kxAssetsInternal::doesProgramGoOn())
+        deleteAllItems();
+}
 
 kxAssetItem *kxAssetItemFactory::findItem(const std::string &uuid) const
 {

@@ -67,7 +67,8 @@ private:
     friend class kxAssetItemFactoryTest;
 
     kxAssetItemFactory();
-    /// Items that are still registered stay undeleted: what they refer to may be gone by then.
+    /// When the library is unloaded the items are deleted. When the program ends, those that are still registered stay
+    /// undeleted: what they refer to may be gone by then.
     ~kxAssetItemFactory();
 
     /// Takes ownership, but for null and an object that is registered already: false.

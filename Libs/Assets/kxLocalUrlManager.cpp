@@ -13,6 +13,7 @@
 #include "Assets/Internal/PreviewWriter.h"
 #include "Assets/Internal/StandardOutput.h"
 #include "Assets/Internal/UniqueNames.h"
+#include "Assets/Internal/Unloading.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxEnvironmentNodeAssetItem.h"
 #include "Assets/kxGeometrySceneplateCommon.h"
@@ -43,6 +44,7 @@ using kxAssetsInternal::DirectoryMover;
 using kxAssetsInternal::entryPath;
 using kxAssetsInternal::isReadByQt;
 using kxAssetsInternal::isTaken;
+using kxAssetsInternal::KeptUntilUnload;
 using kxAssetsInternal::PayloadAfterwards;
 using kxAssetsInternal::printLine;
 using kxAssetsInternal::readWithHost;
@@ -84,8 +86,10 @@ bool hasUnreadableMetadata(const QString &directory)
 kxLocalUrlManager *kxLocalUrlManager::the()
 {
     Q_ASSERT(!QCoreApplication::instance() || QThread::currentThread() == QCoreApplication::instance()->thread());
-    if (!_instance)
-        _instance = new kxLocalUrlManager;
+    class Instance final : public kxLocalUrlManager // whose constructor is for derived classes
+    {};
+    static KeptUntilUnload<Instance> manager;
+    _instance = manager.get();
     return _instance;
 }
 

@@ -5,7 +5,9 @@
 #include "Assets/Internal/kxLoadImage.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QImage>
+#include <QMetaMethod>
 #include <QThread>
 #include <QThreadPool>
 
@@ -45,6 +47,12 @@ kxPreviewImageLoader::~kxPreviewImageLoader()
     _pending.clear();
 }
 
+void kxPreviewImageLoader::deliverAll()
+{
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+}
+
 void kxPreviewImageLoader::loadImageFromDir(const QUrl &directory)
 {
     Q_ASSERT(isMainThread());
@@ -64,7 +72,8 @@ void kxPreviewImageLoader::previewReady(const QUrl &directory, QImage *image)
     kxAssetsInternal::takeOver(image);
     // Forgotten only afterwards: while it is being announced, the directory still counts as loading.
     if (image) {
-        if (image->isNull())
+        // Without a receiver the image would be nobody's.
+        if (image->isNull() || !isSignalConnected(QMetaMethod::fromSignal(&kxPreviewImageLoader::previewLoaded)))
             delete image;
         else
             emit previewLoaded(directory, image);

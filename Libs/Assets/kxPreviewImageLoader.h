@@ -25,12 +25,14 @@ public:
     /// Asks for the preview of the asset in \a directory and returns at once.
     /// Without a readable preview nothing is emitted, and the directory may be asked for again.
     void loadImageFromDir(const QUrl &directory);
+    /// Waits for all tasks and hands over what they loaded. For the end: the main thread stands still meanwhile.
+    void deliverAll();
 
-signals:
-    /// The receiver owns \a image.
+Q_SIGNALS:
+    /// The receiver owns \a image. There is one receiver, or none: then the image is deleted.
     void previewLoaded(const QUrl &directory, QImage *image);
 
-private slots:
+private Q_SLOTS:
     void previewReady(const QUrl &directory, QImage *image);
 
 private:

@@ -29,7 +29,7 @@ public:
     void nodesChanged() override {}
     QImage previewImage(const kxdNodePtr &node) override
     {
-        asked.push_back(node ? node->id() : 0);
+        asked.push_back(node ? node->getObjectId() : 0);
         return picture;
     }
 

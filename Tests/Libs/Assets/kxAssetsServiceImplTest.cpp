@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManagerModule.h"
+#include "Kernel/kxAssetsService.h"
+#include "Kernel/kxKernelServiceFactory.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxTypeConverter.h"
+#include "NodeFixture.h"
+#include "SceneGraph/EditCP.h"
+#include "Support/CapturedOutput.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+
+class kxAssetsServiceImplTest : public NodeFixture
+{
+protected:
+    kxAssetsServiceImplTest()
+    {
+        kxKernelServiceFactory::the().startKernel();
+        service = kxKernelServiceFactory::the().getService<kxAssetsService>();
+        _connection = QObject::connect(service, &kxAssetsService::assetsChanged, service, [this] { ++changes; });
+    }
+    ~kxAssetsServiceImplTest() override { QObject::disconnect(_connection); }
+
+    static osg::NodePtr root() { return kxScenegraph::getRoot(); }
+    static osg::NodePtr addAsset(const osg::NodePtr &parent, const std::string &uuid)
+    {
+        const osg::NodePtr node = addGroup(parent, uuid);
+        setUuid(node, uuid);
+        return node;
+    }
+    static kxdNodePtr script(const osg::NodePtr &node) { return kxTypeConverter::convertNode(node); }
+    /// For scripts, of a node that is gone.
+    static kxdNodePtr gone()
+    {
+        const osg::FCRef<osg::Node> node(osg::makeNodeFor(osg::Group::create()));
+        return script(node.get());
+    }
+    static std::vector<std::uint32_t> idsOf(const std::vector<kxdNodePtr> &nodes)
+    {
+        std::vector<std::uint32_t> ids;
+        for (const kxdNodePtr &node : nodes)
+            ids.push_back(node->getObjectId());
+        return ids;
+    }
+    static bool isEdited(const osg::NodePtr &node)
+    {
+        return osg::AssetAttachment::getAssetAttachment(node)->getUserEdited();
+    }
+
+    kxAssetsService *service = nullptr;
+    AssetManagerModule manager;
+    int changes = 0;
+    osg::NodePtr chair = addAsset(root(), "chair");
+    osg::NodePtr table = addAsset(root(), "table");
+    osg::NodePtr plain = addGroup(root(), "plain");
+
+private:
+    QMetaObject::Connection _connection;
+};
+
+} // namespace
+
+TEST_F(kxAssetsServiceImplTest, IsMadeByTheKernelAndFoundByTypeAndByName)
+{
+    ASSERT_TRUE(service);
+    EXPECT_EQ(kxKernelServiceFactory::the().getService("kxAssetsService"), service);
+    EXPECT_EQ(kxKernelServiceFactory::the().getService("kxAssetsServiceImpl"), service);
+    EXPECT_TRUE(service->isInitialized()) << "since the kernel is up";
+}
+
+TEST_F(kxAssetsServiceImplTest, TakesTheReferencesOfTheseNodesOnly)
+{
+    const osg::NodePtr below = addAsset(chair, "cushion");
+
+    service->removeAssetReference({script(chair), nullptr, gone(), script(plain)});
+
+    EXPECT_EQ(uuidOfNode(chair), "none");
+    EXPECT_EQ(uuidOfNode(below), "cushion");
+    EXPECT_EQ(uuidOfNode(table), "table");
+    EXPECT_EQ(changes, 1);
+    service->removeAssetReference({});
+    EXPECT_EQ(changes, 1) << "nothing was to be done";
+    EXPECT_THAT(manager.calls, IsEmpty());
+}
+
+TEST_F(kxAssetsServiceImplTest, SelectsTheFirstFoundAssetInPlaceOfTheOthersAndAddsTheRest)
+{
+    manager.known = {"table", "lamp"};
+    const osg::NodePtr lamp = addAsset(root(), "lamp");
+    {
+        const auto attachment = osg::AssetAttachment::getAssetAttachment(chair);
+        const osg::CPEditor edit(attachment, osg::AssetAttachment::UrlFieldMask);
+        attachment->setUrl("file:///möbel/GEO_chair");
+    }
+
+    const QStringList errors =
+        service->selectAssets({script(chair), nullptr, script(plain), script(table), gone(), script(lamp)});
+
+    ASSERT_THAT(manager.selections, SizeIs(3));
+    EXPECT_EQ(manager.selections[0].uuid, "chair");
+    EXPECT_TRUE(manager.selections[0].clearsSelection);
+    EXPECT_EQ(manager.selections[1].uuid, "table");
+    EXPECT_TRUE(manager.selections[1].clearsSelection) << "nothing was found before";
+    EXPECT_EQ(manager.selections[2].uuid, "lamp");
+    EXPECT_FALSE(manager.selections[2].clearsSelection);
+    EXPECT_EQ(errors, QStringList{QString::fromUtf8(
+                          "Could not find asset.\nLast known storage location: file:///möbel/GEO_chair.")});
+    EXPECT_EQ(changes, 0);
+    EXPECT_THAT(service->selectAssets({}), IsEmpty());
+}
+
+TEST_F(kxAssetsServiceImplTest, DoesNotReplaceInTheUrlWhatLooksLikeAPlace)
+{
+    {
+        const auto attachment = osg::AssetAttachment::getAssetAttachment(chair);
+        const osg::CPEditor edit(attachment, osg::AssetAttachment::UrlFieldMask);
+        attachment->setUrl("file:///100%1/%2");
+    }
+
+    EXPECT_EQ(service->selectAssets({script(chair)}),
+              QStringList{"Could not find asset.\nLast known storage location: file:///100%1/%2."});
+}
+
+TEST_F(kxAssetsServiceImplTest, TakesNoAnswerForNotFoundAndReportsOneOfTheWrongType)
+{
+    manager.answerSelection = [](kxMessage &) {};
+    EXPECT_THAT(service->selectAssets({script(chair)}), SizeIs(1));
+
+    manager.answerSelection = [](kxMessage &message) { message.set("found", 1); };
+    kxtest::CapturedOutput errors(kxtest::CapturedOutput::StandardError);
+    EXPECT_THAT(service->selectAssets({script(chair)}), SizeIs(1));
+    EXPECT_EQ(errors.text(), "kxMessage::get : Attribute 'found' has wrong type (is:'int' != req:'bool')!\n");
+}
+
+TEST_F(kxAssetsServiceImplTest, AsksToOverwriteByTheIdsInTheirOrder)
+{
+    service->overwriteAssets({script(table), script(plain), script(chair)});
+
+    EXPECT_THAT(manager.overwritten, ElementsAre(ElementsAre(table.getFieldContainerId(), plain.getFieldContainerId(),
+                                                             chair.getFieldContainerId())));
+    EXPECT_EQ(changes, 0);
+    service->overwriteAssets({});
+    EXPECT_THAT(manager.overwritten, SizeIs(1));
+}
+
+TEST_F(kxAssetsServiceImplTest, FindsAllNodesOfTheSameAssets)
+{
+    const osg::NodePtr second = addAsset(plain, "chair");
+    const std::uint32_t a = chair.getFieldContainerId();
+    const std::uint32_t b = second.getFieldContainerId();
+
+    EXPECT_THAT(idsOf(service->findAssetNodes({script(chair), script(plain), script(second)}, script(root()))),
+                ElementsAre(a, b, a, b));
+    EXPECT_THAT(idsOf(service->findAssetNodes({script(chair)}, script(plain))), ElementsAre(b));
+    EXPECT_THAT(service->findAssetNodes({script(chair)}, nullptr), IsEmpty());
+    EXPECT_THAT(service->findAssetNodes({script(chair)}, gone()), IsEmpty());
+    EXPECT_THAT(service->findAssetNodes({}, script(root())), IsEmpty());
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(kxAssetsServiceImplTest, MarksAssetsAsEdited)
+{
+    service->markAssetsEdited({script(chair), nullptr, script(plain)});
+
+    EXPECT_TRUE(isEdited(chair));
+    EXPECT_FALSE(isEdited(table));
+    EXPECT_EQ(changes, 1);
+    service->markAssetsEdited({});
+    EXPECT_EQ(changes, 2) << "also for nothing";
+}
+
+TEST_F(kxAssetsServiceImplTest, AsksOnceForTheChangesOfAllAssets)
+{
+    service->queryAssetChanges({script(chair), script(table), script(chair), script(plain), nullptr});
+
+    ASSERT_THAT(manager.queried, SizeIs(1));
+    EXPECT_EQ(manager.queried[0], (std::set{osg::AssetAttachment::getAssetAttachment(chair),
+                                            osg::AssetAttachment::getAssetAttachment(table)}));
+    EXPECT_EQ(changes, 1);
+    service->queryAssetChanges({script(plain)});
+    service->queryAssetChanges({});
+    EXPECT_THAT(manager.queried, SizeIs(1));
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(kxAssetsServiceImplTest, LoadsSceneplatesThroughTheInterfaceObject)
+{
+    service->loadSceneplateAssets({"b", QString::fromUtf8("ä")}, script(plain));
+    service->loadSceneplateAssets({"c"}, gone());
+    service->loadSceneplateAssets({}, nullptr);
+
+    EXPECT_THAT(manager.plates, ElementsAre(Pair("b", plain.getFieldContainerId()),
+                                            Pair(QString::fromUtf8("ä"), plain.getFieldContainerId()), Pair("c", 0U)));
+    EXPECT_THAT(manager.calls, ElementsAre("loadSceneplateAsset", "loadSceneplateAsset", "broadcast 32768",
+                                           "loadSceneplateAsset", "broadcast 32768"));
+    EXPECT_EQ(changes, 0);
+}
