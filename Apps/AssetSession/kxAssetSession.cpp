@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetSession.h"
 
+#include "AssetSession/kxAssetManagerModule.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxLocalUrlManager.h"
 #include "Kernel/kxKernelServiceFactory.h"
@@ -24,6 +25,7 @@ kxAssetSession::kxAssetSession()
     kxKernelServiceFactory::the().setService<kxNodeService>(_nodes.get());
     _plates = std::make_unique<kxSceneplateTree>();
     kxKernelServiceFactory::the().setService<kxSceneplateService>(_plates.get());
+    _manager = std::make_unique<kxAssetManagerModule>();
     kxUrlManager::registerManager(kxLocalUrlManager::the());
 }
 

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+class kxAssetManagerModule;
 class kxNodeService;
 class kxOffscreenView;
 class kxPreviewRenderModule;
@@ -24,10 +25,13 @@ public:
     kxAssetSession(const kxAssetSession &) = delete;
     kxAssetSession &operator=(const kxAssetSession &) = delete;
 
+    kxAssetManagerModule &manager() const { return *_manager; }
+
 private:
     std::unique_ptr<kxPreviewRenderModule> _previews;
     std::unique_ptr<kxOffscreenView> _view;
     std::unique_ptr<kxSceneReferenceService> _references;
     std::unique_ptr<kxNodeService> _nodes;
     std::unique_ptr<kxSceneplateTree> _plates;
+    std::unique_ptr<kxAssetManagerModule> _manager;
 };

@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
+#include "AssetSession/kxAssetOperations.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
-#include "Assets/kxUrlManager.h"
-#include "Kernel/kxController.h"
-#include "Kernel/kxMaterials.h"
-#include "Kernel/kxMessage.h"
-#include "SceneGraph/Image.h"
 #include "kxassets/Command.h"
 #include "kxassets/CommonOptions.h"
 #include "kxassets/Interrupt.h"
@@ -17,8 +13,6 @@
 #include "kxassets/ResultStream.h"
 
 #include <CLI/CLI.hpp>
-#include <QFileInfo>
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -34,40 +28,6 @@ struct Arguments
     PreviewOptions preview;
 };
 
-/// The file that is looked for as the preview of the asset in this directory; empty when there is no asset.
-QString previewFile(kxUrlManager &manager, const QUrl &directory)
-{
-    for (const char *pattern : {"*.osb", "*.xml"})
-        for (const QUrl &file : manager.files(directory, {QLatin1String(pattern)}, QDir::NoSort)) {
-            const QFileInfo info(file.toLocalFile());
-            return info.dir().filePath(info.completeBaseName() + QStringLiteral(".png"));
-        }
-    return {};
-}
-
-bool hasPreview(kxAssetItem &item)
-{
-    QImage image;
-    kxUrlManager *manager = kxUrlManager::getUrlManager(item.directoryUrl());
-    return manager && manager->loadImageFromDir(item.directoryUrl(), &image) && !image.isNull();
-}
-
-/// Why there is no new preview, or "". The material's own file stays untouched, so that nothing counts as changed.
-std::string renderPreview(kxMaterialAssetItem &item)
-{
-    if (!item.loadMaterial())
-        return "'" + item.name() + "' cannot be loaded; 'kxassets verify' tells more";
-    kxMessage message;
-    message.set("materials", std::vector<osg::MaterialPtr>{item.getMaterial()});
-    message.set("showProgress", false);
-    kxController::call("renderPreviewImages", message);
-    const osg::ImagePtr image = kxMaterials::getPreviewImage(item.getMaterial());
-    const QString file = previewFile(*kxUrlManager::getUrlManager(item.directoryUrl()), item.directoryUrl());
-    if (!image || file.isEmpty() || !image->write(file.toStdString()))
-        return "the preview of '" + item.name() + "' could not be written";
-    return {};
-}
-
 /// The UUIDs; what is no material of the library goes to \a failures.
 std::vector<std::string> chosen(const kxAssetLibrary &library, const Arguments &arguments,
                                 std::vector<std::string> &failures)
@@ -82,7 +42,8 @@ std::vector<std::string> chosen(const kxAssetLibrary &library, const Arguments &
     }
     if (arguments.assets.empty())
         for (kxAssetItem *item : library.items())
-            if (dynamic_cast<kxMaterialAssetItem *>(item) && (arguments.isAll || !hasPreview(*item)))
+            if (dynamic_cast<kxMaterialAssetItem *>(item) &&
+                (arguments.isAll || !kxAssetOperations::hasPreview(item->uuid())))
                 uuids.push_back(item->uuid());
     return uuids;
 }
@@ -103,13 +64,11 @@ ExitCode run(const Arguments &arguments, Context &context)
     QJsonArray rendered;
     for (std::size_t i = 0; i < uuids.size() && !Interrupt::wasRequested(); ++i) {
         progress.show(i, uuids.size());
-        auto *item = dynamic_cast<kxMaterialAssetItem *>(kxAssetItemFactory::the().findItem(uuids[i]));
+        kxAssetItem *item = kxAssetItemFactory::the().findItem(uuids[i]);
         if (!item)
             continue;
-        const std::string reason = renderPreview(*item);
-        item->invalidateMaterial();
-        if (!reason.empty()) {
-            failures.push_back(reason);
+        if (const osg::Result<void> done = kxAssetOperations::renderPreview(uuids[i]); !done) {
+            failures.push_back(done.reason());
             continue;
         }
         rendered.append(

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
+#include "AssetSession/kxAssetOperations.h"
+#include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
-#include "Assets/kxMaterialAssetItem.h"
-#include "Assets/kxUrlManager.h"
 #include "kxassets/Command.h"
 #include "kxassets/CommonOptions.h"
 #include "kxassets/LibraryAccess.h"
@@ -13,7 +13,6 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include <algorithm>
 #include <memory>
 
 namespace {
@@ -25,20 +24,6 @@ struct Arguments
     bool isDryRun = false;
 };
 
-/// The name of a composite outside of \a removed that is made of the asset; "" when there is none.
-std::string userOf(const kxAssetLibrary &library, const std::string &uuid, const std::vector<std::string> &removed)
-{
-    for (kxAssetItem *item : library.items()) {
-        const auto *material = dynamic_cast<kxMaterialAssetItem *>(item);
-        if (!material || std::find(removed.begin(), removed.end(), item->uuid()) != removed.end())
-            continue;
-        const std::vector<std::string> parts = material->subMaterialUUIDs();
-        if (std::find(parts.begin(), parts.end(), uuid) != parts.end())
-            return item->name();
-    }
-    return {};
-}
-
 /// Why the asset stays, or "".
 std::string removeAsset(const kxAssetLibrary &library, const std::string &uuid, const std::vector<std::string> &all,
                         const Arguments &arguments)
@@ -46,15 +31,10 @@ std::string removeAsset(const kxAssetLibrary &library, const std::string &uuid, 
     kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
     if (!item)
         return {};
-    if (const std::string user = arguments.isForced ? "" : userOf(library, uuid, all); !user.empty())
+    if (const std::string user = arguments.isForced ? "" : kxAssetOperations::userOf(library, uuid, all); !user.empty())
         return "'" + item->name() + "' stays, because '" + user + "' is made of it; --force removes it all the same";
-    if (arguments.isDryRun)
-        return {};
-    const QUrl directory = item->directoryUrl();
-    if (!kxUrlManager::getUrlManager(directory)->removeDirectory(directory))
-        return "'" + item->name() + "' could not be removed as a whole: " + directory.toLocalFile().toStdString();
-    kxAssetItemFactory::the().deleteItem(uuid);
-    return {};
+    const osg::Result<void> removed = arguments.isDryRun ? osg::Result<void>() : kxAssetOperations::remove(uuid);
+    return removed ? std::string() : removed.reason();
 }
 
 ExitCode run(const Arguments &arguments, Context &context)

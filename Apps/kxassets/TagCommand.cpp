@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxAssetLibrary.h"
+#include "AssetSession/kxAssetOperations.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
-#include "Kernel/kxMaterialTags.h"
-#include "Kernel/kxMaterials.h"
-#include "SceneGraph/EditCP.h"
-#include "SceneGraph/TagAttachment.h"
 #include "kxassets/Command.h"
 #include "kxassets/CommonOptions.h"
 #include "kxassets/LibraryAccess.h"
@@ -16,7 +13,6 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include <algorithm>
 #include <memory>
 
 namespace {
@@ -30,40 +26,13 @@ struct Arguments
     bool clears = false;
 
     bool changes() const { return clears || !added.empty() || !removed.empty() || !set.empty(); }
-};
-
-void edit(const osg::MaterialPtr &material, const Arguments &arguments)
-{
-    if (const osg::TagAttachmentPtr tags = osg::findAttachment<osg::TagAttachment>(material)) {
-        std::vector<std::string> kept = tags->getMaterials().values();
-        std::erase_if(kept, [&arguments](const std::string &tag) {
-            return arguments.clears || !arguments.set.empty() ||
-                   std::find(arguments.removed.begin(), arguments.removed.end(), tag) != arguments.removed.end();
-        });
-        const osg::CPEditor editor(tags, osg::TagAttachment::MaterialsFieldMask);
-        tags->editMaterials() = kept;
+    kxAssetOperations::TagEdit edit() const
+    {
+        kxAssetOperations::TagEdit edit{set, removed, clears || !set.empty()};
+        edit.added.insert(edit.added.end(), added.begin(), added.end());
+        return edit;
     }
-    for (const auto *list : {&arguments.set, &arguments.added})
-        for (const std::string &tag : *list)
-            kxMaterialTags::addTag(material, tag);
-}
-
-/// Why it could not be done, or "".
-std::string retag(kxMaterialAssetItem &item, const Arguments &arguments)
-{
-    const std::string name = item.name();
-    const QUrl folder = item.parentDirectoryUrl();
-    if (!item.loadMaterial())
-        return "'" + name + "' cannot be loaded; 'kxassets verify' tells more";
-    // What cannot be loaded of a composite is left out, and would be gone for good.
-    if (kxMaterials::getSubMaterials(item.getMaterial()).size() != item.subMaterialUUIDs().size())
-        return "'" + name + "' cannot be loaded as a whole; 'kxassets verify' tells more";
-    edit(item.getMaterial(), arguments);
-    // The item is replaced in the registry, and not to be used afterwards.
-    if (item.save(folder))
-        return {};
-    return "'" + name + "' could not be saved in " + folder.toLocalFile().toStdString();
-}
+};
 
 ExitCode run(const Arguments &arguments, Context &context)
 {
@@ -80,8 +49,10 @@ ExitCode run(const Arguments &arguments, Context &context)
             continue;
         }
         const std::string uuid = item.value()->uuid();
-        if (const std::string reason = arguments.changes() ? retag(*item.value(), arguments) : ""; !reason.empty()) {
-            failures.push_back(reason);
+        const osg::Result<void> retagged =
+            arguments.changes() ? kxAssetOperations::retag(uuid, arguments.edit()) : osg::Result<void>();
+        if (!retagged) {
+            failures.push_back(retagged.reason());
             continue;
         }
         if (kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid)) {
