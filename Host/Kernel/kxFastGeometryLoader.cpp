@@ -45,11 +45,13 @@ void mergePools(const osg::NodePtr &root)
         if (node != root && isOfType(node->getCore(), osg::MaterialPool::getClassType()))
             pools.push_back(node);
     });
-    for (const osg::NodePtr &node : pools) {
+    for (const osg::NodePtr &node : pools)
         moveInto(scene, *osg::MaterialPoolPtr::dcast(node->getCore()));
-        const osg::NodePtr parent = node->getParent();
+    // The lowest first: a pool takes those below it along.
+    for (auto node = pools.rbegin(); node != pools.rend(); ++node) {
+        const osg::NodePtr parent = (*node)->getParent();
         const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
-        parent->subChild(node);
+        parent->subChild(*node);
     }
 }
 

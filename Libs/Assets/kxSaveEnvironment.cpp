@@ -21,9 +21,7 @@ constexpr const char *MarkerValue = "IsDefaultEnvironmentSwitchChild";
 
 } // namespace
 
-kxSaveEnvironment::kxSaveEnvironment()
-    : _replaced(std::make_shared<std::map<std::uint32_t, osg::FCRef<osg::Material>>>())
-{}
+kxSaveEnvironment::kxSaveEnvironment() : _replaced(std::make_shared<std::map<std::uint32_t, Assignment>>()) {}
 
 kxSaveEnvironment::~kxSaveEnvironment()
 {
@@ -33,7 +31,7 @@ kxSaveEnvironment::~kxSaveEnvironment()
 bool kxSaveEnvironment::prepare(const osg::NodePtr &envNode)
 {
     if (!_assigned) { // what copies of an idle object do is theirs
-        _replaced = std::make_shared<std::map<std::uint32_t, osg::FCRef<osg::Material>>>();
+        _replaced = std::make_shared<std::map<std::uint32_t, Assignment>>();
         _environments = kxBRDFEnvironmentSetter();
     }
     prepareLightLinkSets(envNode);
@@ -130,7 +128,7 @@ void kxSaveEnvironment::replaceSwitches(const osg::NodePtr &envNode, const Choic
         for (const osg::NodePtr &node : kxMaterials::getNodesWithMaterial(chooser, envNode)) {
             printLine("[prepareEnvironmentSwitches] replace mat on " + kxNodeUtils::getName(node) + " by " +
                       kxMaterials::getName(choice));
-            (*_replaced)[node.getFieldContainerId()] = osg::FCRef<osg::Material>(chooser);
+            (*_replaced)[node.getFieldContainerId()] = {chooser, node->getCore()};
             kxNodeUtils::setMaterial(node, choice, false, true);
         }
     }
@@ -164,13 +162,16 @@ void kxSaveEnvironment::unprepareEnvironmentSwitches()
 {
     const auto replaced = std::move(*_replaced);
     _replaced->clear();
-    for (const auto &[id, material] : replaced) {
+    for (const auto &[id, assignment] : replaced) {
+        const osg::MaterialPtr material = assignment.material.get();
         const osg::NodePtr node = kxNodeUtils::getNodeFromId(id);
-        if (!node)
+        if (!node) {
+            const osg::FCRef<osg::Node> standIn(osg::makeNodeFor(assignment.core.get()));
+            kxNodeUtils::setMaterial(standIn.get(), material, false, true);
             continue;
-        printLine("restore assignment on " + kxNodeUtils::getName(node) + " ---> " +
-                  kxMaterials::getName(material.get()));
-        kxNodeUtils::setMaterial(node, material.get(), false, true);
+        }
+        printLine("restore assignment on " + kxNodeUtils::getName(node) + " ---> " + kxMaterials::getName(material));
+        kxNodeUtils::setMaterial(node, material, false, true);
     }
     _environments.reset();
     _assigned.reset();

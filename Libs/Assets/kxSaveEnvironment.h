@@ -43,8 +43,14 @@ private:
                                              Choices &choices) const;
     void replaceSwitches(const osg::NodePtr &envNode, const Choices &choices);
 
+    struct Assignment
+    {
+        osg::FCRef<osg::Material> material;
+        osg::FCRef<osg::NodeCore> core; ///< lives on in clones where the node goes
+    };
+
     /// By the nodes' ids; shared with copies.
-    std::shared_ptr<std::map<std::uint32_t, osg::FCRef<osg::Material>>> _replaced;
+    std::shared_ptr<std::map<std::uint32_t, Assignment>> _replaced;
     kxBRDFEnvironmentSetter _environments;
     osg::FCRef<osg::UEnvironmentMaterial> _assigned;
     osg::FCRef<osg::Node> _lightLinkNode;
