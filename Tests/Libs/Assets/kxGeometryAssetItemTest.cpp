@@ -321,6 +321,26 @@ TEST_F(kxGeometryAssetItemTest, WrapsNestedAssetsAndKeepsTheirIdentity)
     EXPECT_EQ(uuidOfNode(loaded->getChild(0)->getChild(0)), "none");
 }
 
+TEST_F(kxGeometryAssetItemTest, LoadsPoolsWithinPools)
+{
+    // The inner one went with the outer one, and was then taken out once more.
+    const osg::NodePtr chair = addChair();
+    const osg::NodePtr outer = addNode(chair, osg::MaterialPool::create(), "Outer");
+    const auto inner = osg::MaterialPool::create();
+    {
+        const osg::CPEditor edit(inner, osg::MaterialPool::MaterialsFieldMask);
+        inner->editMaterials().push_back(makeSurface("Spare").get());
+    }
+    addNode(outer, inner, "Inner");
+    const std::string uuid = save(chair);
+    kxScenegraph::newDocument();
+
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+
+    EXPECT_EQ(describe(loaded), "Chair(Seat)");
+    EXPECT_EQ(osg::getName(kxScenegraph::getMaterialPool()->getMaterials().values().back()), "Spare");
+}
+
 TEST_F(kxGeometryAssetItemTest, LightsLoadedOverridesByTheDefaultEnvironment)
 {
     const osg::NodePtr chair = addChair();
@@ -421,6 +441,19 @@ TEST_F(kxGeometryAssetItemTest, LeavesTheSceneAsItWas)
     EXPECT_EQ(osg::findDifference(before.get(), root(), {&osg::AssetAttachment::getClassType()}), std::nullopt);
     EXPECT_EQ(chair->getRefCount(), count);
     EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), living);
+}
+
+TEST_F(kxGeometryAssetItemTest, LeavesClonesAloneThatLieAboveOrBelow)
+{
+    // They were made to correspond as well: the saved node went with its place, or grew without an end.
+    const osg::NodePtr outer = addPlaced(root(), "Outer", {1.0, 0.0, 0.0});
+    const osg::NodePtr inner = addNode(addGroup(outer, "Middle"), outer->getCore(), "Inner");
+    addGroup(inner, "Leaf");
+
+    save(inner);
+    EXPECT_EQ(describe(outer), "Outer(Middle(Inner(Leaf)))");
+    save(outer);
+    EXPECT_EQ(describe(outer), "Outer(Middle(Inner(Leaf)))");
 }
 
 TEST_F(kxGeometryAssetItemTest, RendersTheNodeAloneAndRestoresTheView)

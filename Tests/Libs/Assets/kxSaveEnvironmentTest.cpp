@@ -265,3 +265,20 @@ TEST_F(kxSaveEnvironmentTest, ReplacesByTheCurrentChoiceWhereItsPlaceHasNone)
     EXPECT_FALSE(preparation.prepare(third)) << "the only switch has no choice";
     EXPECT_EQ(materialOf(third), defaultSwitch());
 }
+
+TEST_F(kxSaveEnvironmentTest, RestoresTheCoreOfANodeThatWentForItsClones)
+{
+    addChoices();
+    const osg::NodePtr clone = addNode(kxScenegraph::getRoot(), dawnNode->getCore(), "Clone");
+    ASSERT_TRUE(preparation.prepare(dawnNode));
+    EXPECT_EQ(materialOf(clone), dawn.get());
+    {
+        const osg::NodePtr places = kxScenegraph::environmentGeometrySwitch();
+        const osg::CPEditor edit(places, osg::Node::ChildrenFieldMask);
+        places->subChild(dawnNode);
+    }
+
+    preparation.unprepare();
+
+    EXPECT_EQ(materialOf(clone), defaultSwitch()) << "it once kept the choice";
+}

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxSaveNode.h"
 
+#include "ActionModule.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxMaterials.h"
-#include "Kernel/kxMessage.h"
-#include "Kernel/kxModuleBase.h"
 #include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxScenegraph.h"
 #include "NodeFixture.h"
@@ -18,29 +17,6 @@
 #include <optional>
 
 namespace {
-
-/// Writes "actions" where it is asked to, as the module that owns actions does.
-class ActionModule final : public kxModuleBase
-{
-public:
-    std::vector<std::uint32_t> asked;
-
-private:
-    void doReceive(const kxMessage &message) override
-    {
-        if (message.code() != 0x100000000 || !message.get<bool>("addActionAttachment").value_or(false))
-            return;
-        const auto node = message.get<osg::NodePtr>("node").value_or(nullptr);
-        asked.push_back(node.getFieldContainerId());
-        const auto text = osg::JsonAttachment::create();
-        {
-            const osg::CPEditor edit(text, osg::JsonAttachment::TextFieldMask);
-            text->setText("actions");
-        }
-        const osg::CPEditor edit(node, osg::AttachmentContainer::AttachmentsFieldMask);
-        node->addAttachment(text);
-    }
-};
 
 class kxSaveNodeTest : public NodeFixture
 {
