@@ -22,7 +22,7 @@ class Answerer
 public:
     explicit Answerer(const kxNodeSaving::Answers &answers)
     {
-        kxModalQuestion::setAnswerer([this, answers](const kxModalQuestion::Question &question) {
+        _before = kxModalQuestion::setAnswerer([this, answers](const kxModalQuestion::Question &question) {
             const bool isRootQuestion = question.buttons.testFlag(QMessageBox::Yes);
             const bool isAgreed = isRootQuestion ? answers.makesAssetRoot : answers.makesReferencesOrdinary;
             if (isAgreed)
@@ -34,7 +34,7 @@ public:
             return isAgreed ? (isRootQuestion ? QMessageBox::Yes : QMessageBox::Ok) : QMessageBox::Cancel;
         });
     }
-    ~Answerer() { kxModalQuestion::setAnswerer({}); }
+    ~Answerer() { kxModalQuestion::setAnswerer(_before); }
     Answerer(const Answerer &) = delete;
     Answerer &operator=(const Answerer &) = delete;
 
@@ -43,6 +43,7 @@ public:
     const std::string &obstacle() const { return _obstacle; }
 
 private:
+    kxModalQuestion::Answerer _before;
     std::vector<std::string> _remarks;
     std::string _obstacle;
 };

@@ -47,7 +47,7 @@ class EnvironmentChooser
 public:
     explicit EnvironmentChooser(const std::string &name)
     {
-        kxModalQuestion::setDialogAnswerer([this, name = QString::fromStdString(name)](QDialog &dialog) {
+        _before = kxModalQuestion::setDialogAnswerer([this, name = QString::fromStdString(name)](QDialog &dialog) {
             auto *list = dialog.findChild<QListWidget *>();
             const auto matching =
                 list && !name.isEmpty() ? list->findItems(name, Qt::MatchExactly) : QList<QListWidgetItem *>();
@@ -60,7 +60,7 @@ public:
             return static_cast<int>(QDialog::Rejected);
         });
     }
-    ~EnvironmentChooser() { kxModalQuestion::setDialogAnswerer({}); }
+    ~EnvironmentChooser() { kxModalQuestion::setDialogAnswerer(_before); }
     EnvironmentChooser(const EnvironmentChooser &) = delete;
     EnvironmentChooser &operator=(const EnvironmentChooser &) = delete;
 
@@ -68,6 +68,7 @@ public:
     const std::string &names() const { return _names; }
 
 private:
+    kxModalQuestion::DialogAnswerer _before;
     std::string _names;
 };
 

@@ -14,7 +14,7 @@ struct Policy
 {
     kxModalQuestion::Mode mode = kxModalQuestion::Mode::Person;
     kxModalQuestion::Answerer answerer;
-    std::function<int(QDialog &dialog)> dialogAnswerer;
+    kxModalQuestion::DialogAnswerer dialogAnswerer;
 };
 
 Policy &policy()
@@ -69,19 +69,19 @@ void kxModalQuestion::setMode(Mode mode)
     policy().mode = mode;
 }
 
-void kxModalQuestion::setAnswerer(Answerer answerer)
+kxModalQuestion::Answerer kxModalQuestion::setAnswerer(Answerer answerer)
 {
-    policy().answerer = std::move(answerer);
+    return std::exchange(policy().answerer, std::move(answerer));
 }
 
-void kxModalQuestion::setDialogAnswerer(std::function<int(QDialog &dialog)> answerer)
+kxModalQuestion::DialogAnswerer kxModalQuestion::setDialogAnswerer(DialogAnswerer answerer)
 {
-    policy().dialogAnswerer = std::move(answerer);
+    return std::exchange(policy().dialogAnswerer, std::move(answerer));
 }
 
 int kxModalQuestion::exec(QDialog &dialog)
 {
-    if (const auto answerer = policy().dialogAnswerer) // a copy, as below
+    if (const DialogAnswerer answerer = policy().dialogAnswerer) // a copy, as below
         return answerer(dialog);
     if (policy().mode == Mode::Person)
         return dialog.exec();

@@ -29,6 +29,7 @@ public:
     };
 
     using Answerer = std::function<QMessageBox::StandardButton(const Question &question)>;
+    using DialogAnswerer = std::function<int(QDialog &dialog)>;
 
     enum class Mode {
         Person,  ///< shows the box; the mode at first
@@ -40,13 +41,13 @@ public:
     static Mode mode();
     static void setMode(Mode mode);
 
-    /// Has \a answerer answer instead of the mode, until an empty one is set. For tests and for batch programs that know
-    /// their answers.
-    static void setAnswerer(Answerer answerer);
+    /// Has \a answerer answer instead of the mode, until another or an empty one is set; the answer is the one before. For
+    /// tests and for batch programs that know their answers.
+    static Answerer setAnswerer(Answerer answerer);
 
     /// Has \a answerer fill in dialogs and say how they end (QDialog::Accepted or QDialog::Rejected) instead of the mode,
-    /// until an empty one is set.
-    static void setDialogAnswerer(std::function<int(QDialog &dialog)> answerer);
+    /// until another or an empty one is set; the answer is the one before.
+    static DialogAnswerer setDialogAnswerer(DialogAnswerer answerer);
     /// Runs a dialog with a person, and answers how it ended. A headless program rejects it, and logs that.
     static int exec(QDialog &dialog);
 

@@ -89,7 +89,7 @@ public:
     void setLastModified(const QDateTime &time);
 
     /// Expires with the item; for callers of what may run an event loop, in which others may delete it.
-    std::weak_ptr<const void> life() const { return _life.token; }
+    std::weak_ptr<const void> life() const { return _life.watch(); }
 
 protected:
     /// Back to the state of a new item, but for the modification time.
@@ -121,15 +121,26 @@ protected:
                                                         const QUrl &directory, std::uint32_t checksum);
 
 private:
-    /// Every item has its own; copies are items of their own.
-    struct Life
+    /// Every item has its own, made when somebody asks for it; copies are items of their own.
+    class Life
     {
+    public:
         Life() = default;
-        Life(const Life &) : Life() {}
-        Life &operator=(const Life &) { return *this; }
+        Life(const Life & /*other*/) {}
+        Life(Life && /*other*/) noexcept {}
+        Life &operator=(const Life & /*other*/) { return *this; } // NOLINT(cert-oop54-cpp): nothing is assigned
+        Life &operator=(Life && /*other*/) noexcept { return *this; }
         ~Life() = default;
 
-        std::shared_ptr<const char> token = std::make_shared<const char>();
+        std::weak_ptr<const void> watch() const
+        {
+            if (!_token)
+                _token = std::make_shared<const char>();
+            return _token;
+        }
+
+    private:
+        mutable std::shared_ptr<const char> _token;
     };
 
     static kxPreviewImageLoader *s_previewLoader;

@@ -8,6 +8,7 @@
 #include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxSceneplateAssetItem.h"
 #include "Kernel/NodeUtils.h"
+#include "Kernel/kxModalQuestion.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSceneplateUtils.h"
@@ -163,6 +164,22 @@ TEST_F(kxNodeSavingTest, LeavesAloneWhatItIsNotToChange)
     ASSERT_TRUE(ordinary);
     EXPECT_THAT(ordinary.value().remarks, testing::ElementsAre("references to other files became ordinary nodes"));
     EXPECT_FALSE(osg::findAttachment<osg::ReferenceAttachment>(chair));
+}
+
+TEST_F(kxNodeSavingTest, LeavesWhoAnswersOtherQuestionsInPlace)
+{
+    int asked = 0;
+    kxModalQuestion::setAnswerer([&asked](const kxModalQuestion::Question &) {
+        ++asked;
+        return QMessageBox::Ok;
+    });
+
+    EXPECT_TRUE(saving.save(add(osg::Group::create(), root(), "Group"), "", library()));
+
+    EXPECT_EQ(asked, 0);
+    kxModalQuestion::information(nullptr, "Title", "Text");
+    EXPECT_EQ(asked, 1);
+    kxModalQuestion::setAnswerer({});
 }
 
 TEST_F(kxNodeSavingTest, SavesSeveralNodesAsOneAssetAndPutsThemBack)

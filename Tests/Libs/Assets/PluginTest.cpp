@@ -15,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <dlfcn.h>
 
 namespace {
@@ -110,16 +111,17 @@ TEST_F(PluginTest, OffersItsServicesWhenItIsLoadedIntoARunningKernel)
 
 TEST_F(PluginTest, WaitsForTheKernelWhereThatIsNotUpYet)
 {
-    if (kxKernelServiceFactory::the().isKernelUp())
-        GTEST_SKIP() << "one kernel for each process: to be run alone";
-    const Plugin plugin;
-    EXPECT_TRUE(findInterface());
-    EXPECT_FALSE(findService());
-
-    kxKernelServiceFactory::the().startKernel();
-
-    ASSERT_TRUE(findService());
-    EXPECT_TRUE(findService()->isInitialized());
+    // In a process of its own: there is one kernel for each, and it may be up here.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            const Plugin plugin;
+            const bool isEarly = findInterface() && !findService() && !kxKernelServiceFactory::the().isKernelUp();
+            kxKernelServiceFactory::the().startKernel();
+            const bool isThere = findService() && findService()->isInitialized();
+            std::_Exit(isEarly && isThere ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(PluginTest, LeavesTheSceneAsItIsWhenItGoes)
