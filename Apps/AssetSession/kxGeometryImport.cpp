@@ -7,9 +7,13 @@
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/Transform.h"
 #include "SceneGraph/Transform3D.h"
 
 #include <QFileInfo>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -42,6 +46,39 @@ private:
     osg::FCRef<osg::Node> _node;
 };
 
+constexpr double Tolerance = 1e-6;
+
+void setPlacement(const osg::NodePtr &node, const osg::Matrix &matrix)
+{
+    const auto parts = osg::decompose(matrix);
+    const auto core = osg::Transform3DPtr::dcast(node->getCore());
+    const osg::CPEditor edit(core, osg::AllFieldMask);
+    core->setTranslation(parts.translation);
+    core->setRotationAsQuaternion(parts.rotation);
+    core->setScale(parts.scale);
+}
+
+bool isNearlyEqual(const osg::Matrix &a, const osg::Matrix &b)
+{
+    return std::equal(a.values.begin(), a.values.end(), b.values.begin(),
+                      [](double x, double y) { return std::abs(x - y) <= Tolerance; });
+}
+
+/// A node with the exact frame where translation, rotation and scale cannot express it, as with shear; \a place stands
+/// nowhere then. Null where they can.
+osg::NodePtr frameThatIsLost(const osg::NodePtr &place, const osg::Matrix &frame)
+{
+    if (isNearlyEqual(osg::getCoreMatrix(place->getCore()), frame))
+        return nullptr;
+    setPlacement(place, osg::Matrix());
+    const osg::TransformPtr core = osg::Transform::create();
+    {
+        const osg::CPEditor edit(core, osg::Transform::MatrixFieldMask);
+        core->setMatrix(frame);
+    }
+    return osg::makeNodeFor(core);
+}
+
 /// The first level that has several nodes: many files have a single root with all the rest below it.
 std::vector<osg::FCRef<osg::Node>> partsOf(osg::NodePtr node)
 {
@@ -62,15 +99,15 @@ void kxGeometryImport::save(const osg::NodePtr &node, const std::string &name, c
     // The frame of what lies above a part is kept: it would stand elsewhere otherwise.
     TemporaryPlace place(name);
     const osg::NodePtr parent = node->getParent();
-    if (parent) {
-        const auto parts = osg::decompose(parent->getToWorld());
-        const auto core = osg::Transform3DPtr::dcast(place.node()->getCore());
-        const osg::CPEditor edit(core, osg::AllFieldMask);
-        core->setTranslation(parts.translation);
-        core->setRotationAsQuaternion(parts.rotation);
-        core->setScale(parts.scale);
+    const osg::Matrix frame = parent ? parent->getToWorld() : osg::Matrix();
+    setPlacement(place.node(), frame);
+    if (osg::NodePtr exact = frameThatIsLost(place.node(), frame)) {
+        place.add(exact);
+        const osg::CPEditor edit(exact, osg::Node::ChildrenFieldMask);
+        exact->addChild(node);
+    } else {
+        place.add(node);
     }
-    place.add(node);
     kxGeometryAssetItem item;
     item.initFrom(place.node(), {}, false);
     if (item.save(folder))

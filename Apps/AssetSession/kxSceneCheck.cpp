@@ -10,12 +10,14 @@
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/Compare.h"
+#include "SceneGraph/Environment.h"
 #include "SceneGraph/ImageAttachment.h"
 #include "SceneGraph/KeyAttachment.h"
 #include "SceneGraph/MultiPassMaterial.h"
 #include "SceneGraph/Node.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/SwitchMaterial.h"
+#include "SceneGraph/TagAttachment.h"
 
 #include <algorithm>
 #include <optional>
@@ -91,24 +93,64 @@ void compareContents(kxAssetItem &item, const osg::MaterialPtr &material, kxScen
     entry.detail = *difference;
 }
 
-/// Where the node differs from what its asset loads as. Where its own placement puts it is the scene's business.
+/// What loading and saving themselves put on nodes and materials.
+const std::vector<const osg::FieldContainerType *> &ownAttachments()
+{
+    static const std::vector<const osg::FieldContainerType *> types = {
+        &osg::AssetAttachment::getClassType(), &osg::ImageAttachment::getClassType(),
+        &osg::KeyAttachment::getClassType(), &osg::TagAttachment::getClassType()};
+    return types;
+}
+
+/// Takes away the note by which an environment asset names the one of its materials that can be switched to.
+void removeMarks(const osg::NodePtr &node)
+{
+    for (const osg::MaterialPtr &material : kxMaterials::getMaterials(node))
+        kxMaterials::removeKey(material, "EnvironmentAssetMaterial", false);
+}
+
+/// Null where it cannot be loaded. It belongs to no scene.
+osg::FCRef<osg::Node> loadStored(kxAssetItem &item)
+{
+    osg::NodePtr node;
+    if (auto *nodeItem = dynamic_cast<kxGeometrySceneplateCommon *>(&item))
+        return nodeItem->loadNode() ? osg::FCRef<osg::Node>(nodeItem->getNode()) : osg::FCRef<osg::Node>();
+    // Not through the item, which would add an environment to those of the scene.
+    kxUrlManager *manager = kxUrlManager::getUrlManager(item.directoryUrl());
+    if (manager && manager->loadNodeFromDir(item.directoryUrl(), node))
+        return osg::FCRef<osg::Node>(node);
+    return {};
+}
+
+std::optional<std::string> differenceOfEnvironment(const osg::NodePtr &stored, const osg::NodePtr &node)
+{
+    removeMarks(stored);
+    removeMarks(node);
+    return osg::findDifference(stored, node, ownAttachments());
+}
+
+/// Where its own placement puts a node is the scene's business.
+std::optional<std::string> differenceOfChildren(const osg::NodePtr &stored, const osg::NodePtr &node)
+{
+    if (stored->getNChildren() != node->getNChildren())
+        return "it has another number of children";
+    std::optional<std::string> difference;
+    for (std::size_t i = 0; !difference && i < stored->getNChildren(); ++i)
+        difference = osg::findDifference(stored->getChild(i), node->getChild(i), ownAttachments());
+    return difference;
+}
+
+/// Where the node differs from what its asset loads as.
 void compareContents(kxAssetItem &item, const osg::NodePtr &node, kxSceneCheck::Entry &entry)
 {
-    auto *nodeItem = dynamic_cast<kxGeometrySceneplateCommon *>(&item);
-    if (!nodeItem)
-        return; // an environment is spread over the scene's switches when it is loaded
-    if (!nodeItem->loadNode()) {
+    const osg::FCRef<osg::Node> stored = loadStored(item);
+    if (!stored) {
         entry.state = kxSceneCheck::State::StoredUnreadable;
         return;
     }
-    const osg::FCRef<osg::Node> stored(nodeItem->getNode());
-    std::optional<std::string> difference;
-    if (stored->getNChildren() != node->getNChildren())
-        difference = "it has another number of children";
-    for (std::size_t i = 0; !difference && i < stored->getNChildren(); ++i)
-        difference = osg::findDifference(stored->getChild(i), node->getChild(i),
-                                         {&osg::AssetAttachment::getClassType(), &osg::ImageAttachment::getClassType(),
-                                          &osg::KeyAttachment::getClassType()});
+    const bool isEnvironment = osg::isOfType(node->getCore(), osg::Environment::getClassType());
+    const std::optional<std::string> difference =
+        isEnvironment ? differenceOfEnvironment(stored.get(), node) : differenceOfChildren(stored.get(), node);
     if (!difference)
         return;
     entry.state = kxSceneCheck::State::EditedInScene;

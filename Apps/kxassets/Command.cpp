@@ -22,6 +22,7 @@ std::span<const Command> allCommands()
         {"render", "Render a picture of a scene file", declareRender},
         {"sheet", "Draw a contact sheet", declareSheet},
         {"verify", "Look for damage in a library", declareVerify},
+        {"script", "Run a Python script", declareScript},
         {"compact", "Compress a scene file", declareCompact},
     };
     return commands;

@@ -59,6 +59,7 @@ Run declareRemove(CLI::App &app, Options &options);
 Run declareRename(CLI::App &app, Options &options);
 Run declareRender(CLI::App &app, Options &options);
 Run declareSave(CLI::App &app, Options &options);
+Run declareScript(CLI::App &app, Options &options);
 Run declareSheet(CLI::App &app, Options &options);
 Run declareShow(CLI::App &app, Options &options);
 Run declareTag(CLI::App &app, Options &options);

@@ -21,6 +21,9 @@ public:
     /// Writes the text as it is.
     void write(const std::string &text);
 
+    /// Where the results go, for a process that goes on with them.
+    int descriptor() const { return _descriptor; }
+
     /// Why results are missing from the output, or "".
     const std::string &failure() const { return _failure; }
 

@@ -53,6 +53,7 @@ const std::vector<NameException> &sourcesWithoutHeader()
         {"Apps/kxassets/RenameCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/RenderCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/SaveCommand.cpp", "a sub-command, declared with all others in Command.h"},
+        {"Apps/kxassets/ScriptCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/SheetCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/ShowCommand.cpp", "a sub-command, declared with all others in Command.h"},
         {"Apps/kxassets/TagCommand.cpp", "a sub-command, declared with all others in Command.h"},

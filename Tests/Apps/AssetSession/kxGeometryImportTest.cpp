@@ -103,3 +103,27 @@ TEST_F(kxGeometryImportTest, SaysWhyAFileCannotBeImported)
     EXPECT_NE(outcome.failures[0].find("none.obj"), std::string::npos);
     EXPECT_FALSE(QFile::exists(library().toLocalFile()));
 }
+
+TEST_F(kxGeometryImportTest, KeepsAShearedFrameAboveAPart)
+{
+    // A triangle twice below a node whose matrix shears x by y.
+    model = QString::fromStdString(_folder.write(
+        "sheared.gltf",
+        R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],)"
+        R"("nodes":[{"name":"Frame","children":[1,2],"matrix":[1,0,0,0, 1,1,0,0, 0,0,1,0, 0,0,5,1]},)"
+        R"({"name":"A","mesh":0},{"name":"B","mesh":0,"translation":[2,0,0]}],)"
+        R"("meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],)"
+        R"("accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3","min":[0,0,0],"max":[1,1,0]}],)"
+        R"("bufferViews":[{"buffer":0,"byteLength":36}],"buffers":[{"byteLength":36,"uri":)"
+        R"("data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"}]})"));
+
+    const auto outcome = importModel(true);
+
+    ASSERT_EQ(outcome.saved.size(), 2U) << (outcome.failures.empty() ? "" : outcome.failures[0]);
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(outcome.saved[0].uuid));
+    const osg::Volume box = loaded->getWorldVolume();
+    EXPECT_DOUBLE_EQ(box.min()[0], 0.0);
+    EXPECT_DOUBLE_EQ(box.max()[0], 2.0) << "the upper corner leans to the side; the box of the corners reaches there";
+    EXPECT_DOUBLE_EQ(box.max()[1], 1.0);
+    EXPECT_DOUBLE_EQ(box.max()[2], 5.0);
+}

@@ -2,19 +2,25 @@
 #include "AssetSession/kxSceneCheck.h"
 
 #include "AssetSession/kxAssetSession.h"
+#include "AssetSession/kxNodeSaving.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Kernel/NodeUtils.h"
+#include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxMaterialTags.h"
+#include "Kernel/kxScenegraph.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/Environment.h"
 #include "SceneGraph/Geometry.h"
 #include "SceneGraph/NameAttachment.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/Transform3D.h"
 #include "SceneGraph/UBRDFMaterial.h"
+#include "SceneGraph/UEnvironmentSwitchMaterial.h"
+#include "SceneGraph/USphereEnvironmentMaterial.h"
 #include "Support/TemporaryFolder.h"
 
 #include "SmallMaterials.h"
@@ -223,4 +229,29 @@ TEST_F(kxSceneCheckTest, ComparesNodesButForTheirPlacement)
     EXPECT_EQ(check().detail, "it has another number of children");
     kxAssetItemFactory::the().deleteAllItems();
     EXPECT_EQ(check().state, State::MissingInLibrary);
+}
+TEST_F(kxSceneCheckTest, ComparesEnvironmentsWithTheirMaterials)
+{
+    const auto sky = osg::USphereEnvironmentMaterial::create();
+    const auto core = osg::Environment::create();
+    {
+        const osg::CPEditor edit(core, osg::Environment::MaterialFieldMask);
+        core->setMaterial(sky);
+    }
+    const osg::NodePtr node = NodeUtils::createNodeWithCore(core, kxScenegraph::getRoot(), "Dawn");
+    ASSERT_TRUE(kxNodeSaving({}).save(node, "", QUrl::fromLocalFile(QString::fromStdString(_folder.file("lib")))));
+    const auto state = [&] {
+        EXPECT_TRUE(osg::writeSceneFile(_folder.file("scene.osb"), {node}));
+        const auto entries = kxSceneCheck::check(QString::fromStdString(_folder.file("scene.osb")));
+        return entries && entries.value().size() == 1 ? entries.value()[0].state : State::MissingInLibrary;
+    };
+    const std::size_t environments = kxDefaultEnvironment::getSwitch()->getMaterials().size();
+
+    EXPECT_EQ(state(), State::Same);
+    {
+        const osg::CPEditor edit(sky, osg::USphereEnvironmentMaterial::IsVisibleFieldMask);
+        sky->setIsVisible(false);
+    }
+    EXPECT_EQ(state(), State::EditedInScene);
+    EXPECT_EQ(kxDefaultEnvironment::getSwitch()->getMaterials().size(), environments) << "looking adds none";
 }
