@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Support/EditAuditListener.h"
-#include "Support/LeakCheck.h"
 
 #include <QApplication>
 #include <QStandardPaths>
@@ -17,7 +16,5 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QStandardPaths::setTestModeEnabled(true); // settings of the person who runs the tests stay untouched
     kxtest::installEditAuditListener();
-    const int result = RUN_ALL_TESTS();
-    kxtest::checkForLeaks();
-    return result;
+    return RUN_ALL_TESTS();
 }
