@@ -98,7 +98,7 @@ std::string kxNodePath::of(const osg::NodePtr &node, const std::vector<osg::Node
         const bool isRoot = std::find(roots.begin(), roots.end(), current) != roots.end();
         const std::string step =
             stepTo(current, isRoot || !current->getParent() ? roots : childrenOf(current->getParent()));
-        path = path.empty() ? step : step + '/' + path;
+        path.insert(0, path.empty() ? step : step + '/');
         if (isRoot)
             return path;
     }

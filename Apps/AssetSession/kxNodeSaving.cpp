@@ -26,8 +26,8 @@ public:
             const bool isRootQuestion = question.buttons.testFlag(QMessageBox::Yes);
             const bool isAgreed = isRootQuestion ? answers.makesAssetRoot : answers.makesReferencesOrdinary;
             if (isAgreed)
-                _remarks.push_back(isRootQuestion ? "put below a new node by which it can be placed"
-                                                  : "references to other files became ordinary nodes");
+                _remarks.emplace_back(isRootQuestion ? "put below a new node by which it can be placed"
+                                                     : "references to other files became ordinary nodes");
             else
                 _obstacle = isRootQuestion ? "it is no node that can be placed and has children"
                                            : "it holds references to other files, which assets cannot hold";

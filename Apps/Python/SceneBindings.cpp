@@ -151,7 +151,7 @@ osg::FCRef<osg::UberCamera> cameraFor(const std::vector<osg::NodePtr> &nodes, co
     osg::Volume box;
     for (const osg::NodePtr &node : nodes)
         box.extend(node->getWorldVolume());
-    const osg::FCRef<osg::UberCamera> camera(osg::UberCamera::create());
+    osg::FCRef<osg::UberCamera> camera(osg::UberCamera::create());
     const osg::CPEditor edit(camera.get(), osg::AllFieldMask);
     // Three quarters from the front and above, where most things show what they are.
     camera->setFrom({1.0, 0.7, 1.6});
@@ -166,6 +166,7 @@ osg::FCRef<osg::UberCamera> cameraFor(const std::vector<osg::NodePtr> &nodes, co
     return camera;
 }
 
+// NOLINTNEXTLINE(readability-function-size): an argument for each keyword
 py::object render(const py::object &nodes, int width, int height, int samples, bool isTransparent,
                   const std::optional<Point> &from, const std::optional<Point> &at,
                   const std::optional<double> &fieldOfView, const py::object &progress)

@@ -60,7 +60,8 @@ ExitCode run(const Arguments &arguments, Context &context)
         }
         removed.append(QJsonObject{{"uuid", QString::fromStdString(uuid)}, {"name", QString::fromStdString(name)}});
         if (!context.options.isJson)
-            context.results.line(uuid + (arguments.isDryRun ? "  would be removed  " : "  removed  ") + name);
+            context.results.line(
+                std::string(uuid).append(arguments.isDryRun ? "  would be removed  " : "  removed  ").append(name));
     }
     if (context.options.isJson)
         printJson(context, removed);

@@ -31,7 +31,7 @@ QString moduleFolder()
 {
     const QDir programs(QCoreApplication::applicationDirPath());
     for (const char *place : {"../python", KX_PYTHON_FOLDER}) {
-        const QString folder = QDir::cleanPath(programs.absoluteFilePath(QLatin1String(place)));
+        QString folder = QDir::cleanPath(programs.absoluteFilePath(QLatin1String(place)));
         if (!QDir(folder).entryList({QStringLiteral("kx.*.so")}, QDir::Files).isEmpty())
             return folder;
     }

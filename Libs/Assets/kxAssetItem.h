@@ -128,7 +128,8 @@ private:
         Life() = default;
         Life(const Life & /*other*/) {}
         Life(Life && /*other*/) noexcept {}
-        Life &operator=(const Life & /*other*/) { return *this; } // NOLINT(cert-oop54-cpp): nothing is assigned
+        // NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp): nothing is assigned
+        Life &operator=(const Life & /*other*/) { return *this; }
         Life &operator=(Life && /*other*/) noexcept { return *this; }
         ~Life() = default;
 

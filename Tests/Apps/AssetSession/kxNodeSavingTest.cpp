@@ -32,7 +32,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 class kxNodeSavingTest : public testing::Test
 {

@@ -356,6 +356,7 @@ TEST_F(kxAssetItemFactoryTest, DeletesASetInItsOrder)
 {
     const std::set<kxAssetItem *> items = {add(Material, "2"), add(Geometry, "3"), add(Sceneplate, "1")};
     std::vector<std::string> uuids;
+    uuids.reserve(items.size());
     for (kxAssetItem *item : items)
         uuids.push_back(item->uuid());
 

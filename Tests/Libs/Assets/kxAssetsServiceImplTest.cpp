@@ -48,6 +48,7 @@ protected:
     static std::vector<std::uint32_t> idsOf(const std::vector<kxdNodePtr> &nodes)
     {
         std::vector<std::uint32_t> ids;
+        ids.reserve(nodes.size());
         for (const kxdNodePtr &node : nodes)
             ids.push_back(node->getObjectId());
         return ids;
