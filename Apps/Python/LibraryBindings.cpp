@@ -96,6 +96,7 @@ std::shared_ptr<Library> openLibrary(const py::object &path, bool isMade, const 
 
 void closeLibrary(const std::shared_ptr<Library> &library)
 {
+    const LibraryCall call;
     for (kxAssetItem *item : library->library.items())
         kxAssetItemFactory::the().deleteItem(item->uuid());
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Python/LibraryCall.h"
 
-#include "Kernel/kxLogSink.h"
+#include "Kernel/kxLog.h"
 
 #include <utility>
 
@@ -28,8 +28,9 @@ std::string joined(const std::vector<std::string> &lines)
 
 } // namespace
 
-LibraryCall::LibraryCall() : _output(stdout)
+LibraryCall::LibraryCall() : _output(stdout), _isLogShown(kxLog::isStandardErrorEnabled())
 {
+    kxLog::enableStandardError(false); // Python says it, once
     // The stream, not the descriptor, which is the script's own.
     stdout = nowhere();
 }
@@ -37,11 +38,14 @@ LibraryCall::LibraryCall() : _output(stdout)
 LibraryCall::~LibraryCall()
 {
     stdout = _output;
+    kxLog::enableStandardError(_isLogShown);
     if (std::uncaught_exceptions() > 0 || PyErr_Occurred())
         return;
-    for (const std::string &line : _log.lines(kxLogLevel::Warning))
-        if (PyErr_WarnEx(PyExc_RuntimeWarning, line.c_str(), 1) != 0)
-            PyErr_Clear(); // warnings as errors cannot leave a destructor
+    // Errors that were not thrown are of a part of the work, of which the rest was done.
+    for (const kxLogLevel level : {kxLogLevel::Warning, kxLogLevel::Error})
+        for (const std::string &line : _log.lines(level))
+            if (PyErr_WarnEx(PyExc_RuntimeWarning, line.c_str(), 1) != 0)
+                PyErr_Clear(); // warnings as errors cannot leave a destructor
 }
 
 void LibraryCall::fail(const std::string &otherwise) const

@@ -49,6 +49,7 @@ public:
 
 private:
     std::FILE *_output;
+    bool _isLogShown;
     kxLogRecorder _log;
 };
 

@@ -2,8 +2,10 @@
 #include "Python/Session.h"
 
 #include "AssetSession/kxAssetSession.h"
+#include "Kernel/kxLog.h"
 #include "Kernel/kxModalQuestion.h"
 #include "Kernel/kxScenegraph.h"
+#include "Python/LibraryCall.h"
 
 #include <QApplication>
 
@@ -13,6 +15,15 @@
 namespace kxPython {
 
 namespace {
+
+/// What Qt has to say of its surroundings helps no script.
+void logQtMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
+{
+    if (type == QtFatalMsg || type == QtCriticalMsg)
+        kxLog::error("%s", text.toUtf8().constData());
+    else
+        kxLog::debug("%s", text.toUtf8().constData());
+}
 
 struct Host
 {
@@ -40,6 +51,7 @@ void Session::ensure()
         // A script must run where there is no display, and asks nobody.
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(&logQtMessage);
         host()->application = std::make_unique<QApplication>(host()->argumentCount, host()->arguments.data());
         kxModalQuestion::setMode(kxModalQuestion::Mode::Headless);
     }
@@ -50,6 +62,7 @@ void Session::close()
 {
     if (!host())
         return;
+    const LibraryCall call;
     host()->session.reset();
     host()->application.reset();
     host().reset();

@@ -161,3 +161,12 @@ def test_prints_nothing_of_its_own(library, chair, capfd):
     library.save(chair).load()
     print("mine")
     assert capfd.readouterr().out == "mine\n"
+
+
+def test_says_warnings_and_errors_once(library, model, capfd):
+    (model.parent / "paint.mtl").unlink()
+    with pytest.warns(RuntimeWarning, match="'paint.mtl' is missing"):
+        library.import_file(model, "geometry")
+    with pytest.raises(kx.Error):
+        kx.scene.open(library.path / "none.osb")
+    assert capfd.readouterr() == ("", "")
