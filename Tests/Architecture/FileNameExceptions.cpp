@@ -71,6 +71,7 @@ const std::vector<NameException> &sourcesWithoutHeader()
 const std::vector<NameException> &testsOfCapabilities()
 {
     static const std::vector<NameException> table = {
+        {"Tests/Docs/HostDocumentTest.cpp", "the program of a document"},
         {"Tests/Libs/Assets/PluginTest.cpp", "the library as a whole, loaded and unloaded"},
         {"Tests/Apps/AssetSession/PreviewThreadsTest.cpp", "everything that has threads, at once"},
         {"Tests/Host/Rendering/GoldenPictureTest.cpp", "what the renderer makes, as it was once looked at"},
