@@ -4,7 +4,7 @@
 #include "Support/TemporaryFolder.h"
 
 #define main exampleHost
-#include "host.h"
+#include "host.inc"
 #undef main
 
 #include <QTimer>
