@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxGeometryImport.h"
 
+#include "AssetSession/Internal/TemporaryNode.h"
 #include "Assets/kxGeometryAssetItem.h"
 #include "Import/kxSceneImporter.h"
-#include "Kernel/NodeUtils.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/EditCP.h"
@@ -16,35 +16,6 @@
 #include <cmath>
 
 namespace {
-
-/// Below the scene's root while it lives.
-class TemporaryPlace
-{
-public:
-    explicit TemporaryPlace(const std::string &name)
-        : _node(NodeUtils::createNodeWithCore(osg::Transform3D::create(), kxScenegraph::getRoot(), name))
-    {}
-    ~TemporaryPlace()
-    {
-        const osg::NodePtr parent = _node->getParent();
-        if (!parent)
-            return;
-        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
-        parent->subChild(_node);
-    }
-    TemporaryPlace(const TemporaryPlace &) = delete;
-    TemporaryPlace &operator=(const TemporaryPlace &) = delete;
-
-    const osg::NodePtr &node() const { return _node; }
-    void add(const osg::NodePtr &child)
-    {
-        const osg::CPEditor edit(_node.get(), osg::Node::ChildrenFieldMask);
-        _node->addChild(child);
-    }
-
-private:
-    osg::FCRef<osg::Node> _node;
-};
 
 constexpr double Tolerance = 1e-6;
 
@@ -97,7 +68,7 @@ std::vector<osg::FCRef<osg::Node>> partsOf(osg::NodePtr node)
 void kxGeometryImport::save(const osg::NodePtr &node, const std::string &name, const QUrl &folder, Outcome &outcome)
 {
     // The frame of what lies above a part is kept: it would stand elsewhere otherwise.
-    TemporaryPlace place(name);
+    kxAssetSessionInternal::TemporaryNode place(osg::Transform3D::create(), kxScenegraph::getRoot(), name);
     const osg::NodePtr parent = node->getParent();
     const osg::Matrix frame = parent ? parent->getToWorld() : osg::Matrix();
     setPlacement(place.node(), frame);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetSession/kxPictureImport.h"
 
+#include "AssetSession/Internal/TemporaryNode.h"
 #include "AssetSession/kxNodeSaving.h"
 #include "Import/kxSceneImporter.h"
-#include "Kernel/NodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSceneplateUtils.h"
 #include "SceneGraph/EditCP.h"
@@ -13,30 +13,6 @@
 #include <QFileInfo>
 
 namespace {
-
-/// In the scene while it lives.
-class TemporaryNode
-{
-public:
-    TemporaryNode(const osg::NodeCorePtr &core, const osg::NodePtr &parent, const std::string &name)
-        : _node(NodeUtils::createNodeWithCore(core, parent, name))
-    {}
-    ~TemporaryNode()
-    {
-        const osg::NodePtr parent = _node->getParent();
-        if (!parent)
-            return;
-        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
-        parent->subChild(_node);
-    }
-    TemporaryNode(const TemporaryNode &) = delete;
-    TemporaryNode &operator=(const TemporaryNode &) = delete;
-
-    osg::NodePtr node() const { return _node.get(); }
-
-private:
-    osg::FCRef<osg::Node> _node;
-};
 
 osg::EnvironmentPtr makeEnvironment(const osg::MaterialPtr &material)
 {
@@ -70,9 +46,9 @@ kxPictureImport::Outcome kxPictureImport::importFile(const QString &path, const 
     const osg::NodeCorePtr core = isEnvironment
                                       ? osg::NodeCorePtr(makeEnvironment(picture.value().get()))
                                       : osg::NodeCorePtr(makePlate(picture.value().get(), _kind == Kind::Frontplate));
-    const TemporaryNode temporary(core,
-                                  isEnvironment ? kxScenegraph::getRoot() : kxSceneplateUtils::getSceneplateRoot(),
-                                  QFileInfo(path).completeBaseName().toStdString());
+    const kxAssetSessionInternal::TemporaryNode temporary(
+        core, isEnvironment ? kxScenegraph::getRoot() : kxSceneplateUtils::getSceneplateRoot(),
+        QFileInfo(path).completeBaseName().toStdString());
     const auto saved = kxNodeSaving({}).save(temporary.node(), {}, folder);
     if (saved)
         outcome.saved.push_back({saved.value().uuid, saved.value().name});
