@@ -9,6 +9,7 @@
 #include "Kernel/kxController.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxMessage.h"
+#include "Kernel/kxMessageCodes.h"
 #include "Kernel/kxModalQuestion.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
@@ -26,8 +27,6 @@
 #include <set>
 
 namespace {
-
-constexpr std::uint64_t SceneViewsMessage = 0x8000;
 
 using Assets = std::set<osg::AssetAttachmentPtr>;
 
@@ -164,7 +163,7 @@ void kxAssetManagerModule::loadSceneplate(kxMessage &message)
 
 void kxAssetManagerModule::doReceive(const kxMessage &message)
 {
-    if (message.code() != SceneViewsMessage)
+    if (message.code() != kxMessageCodes::SceneViews)
         return;
     kxScenegraph::update(false);
     kxController::updateRender(false);

@@ -1,11 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "AssetSession/kxAssetLibrary.h"
-#include "AssetSession/kxNodePath.h"
-#include "AssetSession/kxNodeSaving.h"
-#include "AssetSession/kxSceneOpener.h"
 #include "kxassets/Command.h"
-#include "kxassets/LibraryAccess.h"
-#include "kxassets/Reporting.h"
 #include "kxassets/SaveOptions.h"
 
 #include <CLI/CLI.hpp>
@@ -22,25 +16,16 @@ struct Arguments
 
 ExitCode run(const Arguments &arguments, Context &context)
 {
-    const auto library = openLibrary(context.options, false);
-    if (!library)
+    const auto opened = arguments.save.open(false, context);
+    if (!opened)
         return ExitCode::Failed;
-    const osg::Result<QUrl> folder = library->folder(QString::fromStdString(arguments.save.folder));
-    const auto scene = kxSceneOpener::open(QString::fromStdString(arguments.save.scene));
-    if (!folder || !scene) {
-        complain(!folder ? folder.reason() : scene.reason());
-        return ExitCode::Failed;
-    }
     std::vector<osg::NodePtr> nodes;
     for (const std::string &path : arguments.nodes) {
-        const osg::Result<osg::NodePtr> node = kxNodePath::find(path, scene.value().allNodes());
-        if (!node) {
-            complain(node.reason());
+        nodes.push_back(opened->find(path));
+        if (!nodes.back())
             return ExitCode::Failed;
-        }
-        nodes.push_back(node.value());
     }
-    return SaveOptions::report(arguments.save.answers().saveGroup(nodes, arguments.save.name, folder.value()), context);
+    return SaveOptions::report(arguments.save.answers().saveGroup(nodes, arguments.save.name, opened->folder), context);
 }
 
 } // namespace

@@ -1,11 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "AssetSession/kxAssetLibrary.h"
-#include "AssetSession/kxNodePath.h"
-#include "AssetSession/kxNodeSaving.h"
-#include "AssetSession/kxSceneOpener.h"
 #include "kxassets/Command.h"
-#include "kxassets/LibraryAccess.h"
-#include "kxassets/Reporting.h"
 #include "kxassets/SaveOptions.h"
 
 #include <CLI/CLI.hpp>
@@ -23,24 +17,13 @@ struct Arguments
 
 ExitCode run(const Arguments &arguments, Context &context)
 {
-    const auto library = openLibrary(context.options, arguments.isUpdate);
-    if (!library)
+    const auto opened = arguments.save.open(arguments.isUpdate, context);
+    const osg::NodePtr node = opened ? opened->find(arguments.node) : osg::NodePtr();
+    if (!node)
         return ExitCode::Failed;
-    const osg::Result<QUrl> folder = library->folder(QString::fromStdString(arguments.save.folder));
-    const auto scene = kxSceneOpener::open(QString::fromStdString(arguments.save.scene));
-    if (!folder || !scene) {
-        complain(!folder ? folder.reason() : scene.reason());
-        return ExitCode::Failed;
-    }
-    const osg::Result<osg::NodePtr> node = kxNodePath::find(arguments.node, scene.value().allNodes());
-    if (!node) {
-        complain(node.reason());
-        return ExitCode::Failed;
-    }
     const kxNodeSaving saving = arguments.save.answers();
-    return SaveOptions::report(arguments.isUpdate ? saving.update(node.value())
-                                                  : saving.save(node.value(), arguments.save.name, folder.value()),
-                               context);
+    return SaveOptions::report(
+        arguments.isUpdate ? saving.update(node) : saving.save(node, arguments.save.name, opened->folder), context);
 }
 
 } // namespace

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "kxassets/SaveOptions.h"
 
+#include "AssetSession/kxNodePath.h"
+#include "AssetSession/kxSceneOpener.h"
 #include "kxassets/Command.h"
 #include "kxassets/CommonOptions.h"
+#include "kxassets/LibraryAccess.h"
 #include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
 
@@ -20,6 +23,28 @@ void SaveOptions::declare(CLI::App &app, Options &options)
                  "Do not save what cannot be placed; without it, it is put below a new node that can");
     declareLibrary(app, options);
     declareJson(app, options);
+}
+
+std::optional<SaveOptions::Opened> SaveOptions::open(bool libraryMustExist, Context &context) const
+{
+    const auto library = openLibrary(context.options, libraryMustExist);
+    if (!library)
+        return std::nullopt;
+    const osg::Result<QUrl> target = library->folder(QString::fromStdString(folder));
+    const auto opened = kxSceneOpener::open(QString::fromStdString(scene));
+    if (target && opened)
+        return Opened{target.value(), opened.value().allNodes()};
+    complain(!target ? target.reason() : opened.reason());
+    return std::nullopt;
+}
+
+osg::NodePtr SaveOptions::Opened::find(const std::string &path) const
+{
+    const osg::Result<osg::NodePtr> node = kxNodePath::find(path, nodes);
+    if (node)
+        return node.value();
+    complain(node.reason());
+    return nullptr;
 }
 
 kxNodeSaving SaveOptions::answers() const

@@ -110,16 +110,22 @@ void setText(const osg::JsonAttachmentPtr &attachment, const QJsonObject &object
     attachment->setText(QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString());
 }
 
-/// Makes an attachment only where there is something to say.
-void write(const osg::NodePtr &node, const QJsonArray &all)
+bool holdsActions(const osg::NodePtr &node)
 {
+    const auto attachment = osg::findAttachment<osg::JsonAttachment>(node);
+    return attachment && objectOf(attachment->getText()).contains("actions");
+}
+
+/// Expects that there is something to say, or something to take away.
+void write(const osg::NodePtr &node)
+{
+    const QJsonArray all = describeAll(node);
     osg::JsonAttachmentPtr attachment = osg::findAttachment<osg::JsonAttachment>(node);
     QJsonObject object = attachment ? objectOf(attachment->getText()) : QJsonObject();
-    if (all.isEmpty() && !object.contains("actions"))
-        return;
-    object["actions"] = all;
     if (all.isEmpty())
         object.remove("actions");
+    else
+        object["actions"] = all;
     if (!attachment) {
         attachment = osg::JsonAttachment::create();
         const osg::CPEditor edit(node, osg::AttachmentContainer::AttachmentsFieldMask);
@@ -175,15 +181,13 @@ void kxActions::removeAll(const osg::NodePtr &node)
 
 void kxActions::attachTo(const osg::NodePtr &node)
 {
-    std::vector<osg::NodePtr> outdated; // what was written with a part alone
+    std::vector<osg::NodePtr> outdated; // the node, and what was written with a part alone
     kxKernelInternal::forEachNode(node, [&](const osg::NodePtr &current) {
-        if (current != node && osg::findAttachment<osg::JsonAttachment>(current))
+        if (holdsActions(current) || (current == node && !describeAll(node).isEmpty()))
             outdated.push_back(current);
     });
-    for (const osg::NodePtr &part : outdated)
-        write(part, describeAll(part));
-    if (node)
-        write(node, describeAll(node));
+    for (const osg::NodePtr &current : outdated)
+        write(current);
 }
 
 void kxActions::readFrom(const osg::NodePtr &node)

@@ -20,8 +20,7 @@ bool isIn(const osg::SceneplatePtr &plate, kxSceneplatePainter::Layers layers)
 bool isShown(const osg::NodePtr &parent, std::size_t child)
 {
     const auto chooser = osg::SwitchPtr::dcast(parent->getCore());
-    return !chooser || chooser->getChoice() == osg::Switch::All ||
-           chooser->getChoice() == static_cast<std::int32_t>(child);
+    return !chooser || chooser->shows(child);
 }
 
 /// The plates that are drawn, in their order, until \a visit answers false. Without recursion: trees may be deeper than the

@@ -136,9 +136,7 @@ Volume Node::getWorldVolume() const
             volume.extend(geometry->getVolume().transformed(visit.toWorld));
         const SwitchPtr chooser = dcast<SwitchPtr>(visit.node->getCore());
         for (std::size_t i = 0; i < visit.node->getNChildren(); ++i) {
-            const bool isShown =
-                !chooser || chooser->getChoice() == Switch::All || chooser->getChoice() == static_cast<std::int32_t>(i);
-            if (const NodePtr child = visit.node->getChild(i); child && isShown)
+            if (const NodePtr child = visit.node->getChild(i); child && (!chooser || chooser->shows(i)))
                 pending.push_back({child.get(), visit.toWorld * getCoreMatrix(child->getCore())});
         }
     }

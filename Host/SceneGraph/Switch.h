@@ -3,6 +3,7 @@
 
 #include "SceneGraph/Group.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace osg {
@@ -16,6 +17,12 @@ class KX_SCENEGRAPH_EXPORT Switch final : public Group
 
 public:
     static constexpr std::int32_t All = -2; ///< every child is shown
+
+    /// Whether the child at this place is shown.
+    bool shows(std::size_t child) const
+    {
+        return getChoice() == All || getChoice() == static_cast<std::int32_t>(child);
+    }
 };
 
 using SwitchPtr = Switch::Ptr;

@@ -5,6 +5,7 @@
 #include "Kernel/kxController.h"
 #include "Kernel/kxInterfaceFactory.h"
 #include "Kernel/kxMessage.h"
+#include "Kernel/kxMessageCodes.h"
 #include "Kernel/kxModuleBase.h"
 
 #include <QString>
@@ -12,8 +13,6 @@
 #include <cstdint>
 
 namespace {
-
-constexpr std::uint64_t SceneViewsMessage = 0x8000;
 
 kxAssetsInterfaceImpl instance;
 
@@ -41,5 +40,5 @@ void kxAssetsInterfaceImpl::loadSceneplateAssets(const std::vector<std::string> 
         message.set("parentid", parentId);
         kxController::call("loadSceneplateAsset", message);
     }
-    kxModuleBase::sendMessage(kxMessage(SceneViewsMessage), false);
+    kxModuleBase::sendMessage(kxMessage(kxMessageCodes::SceneViews), false);
 }

@@ -4,6 +4,7 @@
 #include "Kernel/NodeUtils.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxMessage.h"
+#include "Kernel/kxMessageCodes.h"
 #include "Kernel/kxModuleBase.h"
 #include "Kernel/kxNodeUtils.h"
 #include "SceneGraph/EditCP.h"
@@ -13,8 +14,6 @@
 #include <boost/any.hpp>
 
 namespace {
-
-constexpr std::uint64_t ActionsMessage = 0x100000000;
 
 /// While it lives, a BRDF material without environment stays without one.
 class IgnoredDefaultEnvironment
@@ -64,7 +63,7 @@ void kxSaveNode::prepare(const osg::NodePtr &node)
     if (hasCameras || hasConstraints)
         _poolNode = NodeUtils::createNodeWithCore(_pool.get(), node, "").getFieldContainerId();
 
-    kxMessage message(ActionsMessage);
+    kxMessage message(kxMessageCodes::NodeIsWritten);
     message.set("node", boost::any(node), true);
     message.set("addActionAttachment", true, true);
     kxModuleBase::sendMessage(message, false);

@@ -10,6 +10,7 @@ const std::vector<NameException> &headersWithoutSource()
         {"Apps/kxassets/ExitCode.h", "an enumeration"},
         {"Host/Import/kxImportedScene.h", "plain values"},
         {"Host/Kernel/Internal/LoadProgress.h", "one-line functions"},
+        {"Host/Kernel/kxMessageCodes.h", "constants"},
         {"Host/Kernel/kxNodePtr.h", "a name for a type"},
         {"Host/Kernel/kxRaytracingUtils.h", "two values with one-line functions"},
         {"Host/Kernel/kxSceneplateTypes.h", "an enumeration"},

@@ -4,14 +4,11 @@
 #include "Kernel/kxActions.h"
 #include "Kernel/kxKernelRegister.h"
 #include "Kernel/kxMessage.h"
-
-#include <cstdint>
+#include "Kernel/kxMessageCodes.h"
 
 namespace kxKernelInternal {
 
 namespace {
-
-constexpr std::uint64_t ActionsMessage = 0x100000000;
 
 const kxKernelRegister registration([] { static const ActionModule module; });
 
@@ -19,7 +16,7 @@ const kxKernelRegister registration([] { static const ActionModule module; });
 
 void ActionModule::doReceive(const kxMessage &message)
 {
-    if (message.code() == ActionsMessage && message.get<bool>("addActionAttachment").value_or(false))
+    if (message.code() == kxMessageCodes::NodeIsWritten && message.get<bool>("addActionAttachment").value_or(false))
         kxActions::attachTo(message.get<osg::NodePtr>("node").value_or(osg::NodePtr()));
 }
 

@@ -112,8 +112,7 @@ void pushChildren(std::vector<Visit> &waiting, const Visit &visit)
 {
     const auto chooser = osg::SwitchPtr::dcast(visit.node->getCore());
     for (std::size_t i = visit.node->getNChildren(); i > 0; --i) {
-        if (chooser && chooser->getChoice() != osg::Switch::All &&
-            chooser->getChoice() != static_cast<std::int32_t>(i - 1))
+        if (chooser && !chooser->shows(i - 1))
             continue;
         Visit child = visit;
         child.node = visit.node->getChild(i - 1);

@@ -110,6 +110,17 @@ TEST_F(kxActionsTest, BringsTheTextOfPartsUpToDate)
     EXPECT_EQ(textOf(handle), "{}") << "an action that was taken away does not come back with a file";
 }
 
+TEST_F(kxActionsTest, LeavesTextOfPartsAloneThatHoldsNoActions)
+{
+    setText(handle, R"({"author":"Jo"})");
+    kxActions::add(handle, {"click", "turn", nullptr, ""});
+
+    kxActions::attachTo(door);
+
+    EXPECT_EQ(textOf(handle), R"({"author":"Jo"})");
+    EXPECT_NE(textOf(door), "none");
+}
+
 TEST_F(kxActionsTest, ReadsWhatItWrote)
 {
     kxActions::add(handle, {"click", "turn", door, "90"});
