@@ -628,3 +628,132 @@ TEST_F(kxGeometryAssetItemTest, LeavesTheSceneAsItWasWhenThePayloadCannotBeWritt
     EXPECT_EQ(osg::findDifference(before.get(), chair), std::nullopt);
     EXPECT_TRUE(item.directoryUrl().isEmpty());
 }
+
+TEST_F(kxGeometryAssetItemTest, LoadsNothingWithoutACategory)
+{
+    class Uncategorised final : public kxGeometryAssetItem
+    {
+    public:
+        Uncategorised() { setCategory(Undefined); }
+    };
+    const std::string uuid = save(addChair());
+    Uncategorised item;
+    item.setDirectoryUrl(registered(uuid)->directoryUrl());
+    kxController::enableRenderUpdate(true);
+    const kxLogRecorder log;
+
+    EXPECT_FALSE(item.loadNode());
+
+    EXPECT_THAT(log.lines(kxLogLevel::Error), ElementsAre("Bad category in loadNode"));
+    EXPECT_TRUE(kxController::isRenderUpdateEnabled());
+    EXPECT_FALSE(item.getNode());
+}
+
+TEST_F(kxGeometryAssetItemTest, GivesNestedAssetsARootNamedLikeTheirItem)
+{
+    const osg::NodePtr wheel = addPlaced(root(), "Rad", {0.0, 0.0, 0.0});
+    addSquare(wheel, "Tyre");
+    const std::string wheelUuid = save(wheel);
+    const osg::NodePtr chair = addChair();
+    const osg::NodePtr known = addGroup(chair, "Group");
+    addSquare(known, "Tyre");
+    setUuid(known, wheelUuid);
+    const osg::NodePtr stranger = addGroup(chair, "Other");
+    setUuid(stranger, "stranger-uuid");
+    const osg::NodePtr placed = addPlaced(chair, "Placed", {1.0, 0.0, 0.0});
+    addSquare(placed, "Cushion");
+    setUuid(placed, "placed-uuid");
+
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(save(chair)));
+
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(describe(loaded), "Chair(Seat Rad(Group(Tyre)) Asset(Other) Placed(Cushion))");
+    EXPECT_EQ(uuidOfNode(loaded->getChild(1)), wheelUuid);
+    EXPECT_EQ(uuidOfNode(loaded->getChild(1)->getChild(0)), "none") << "it sits on the root only";
+    EXPECT_EQ(uuidOfNode(loaded->getChild(2)), "stranger-uuid");
+    EXPECT_EQ(uuidOfNode(loaded->getChild(3)), "placed-uuid") << "a valid root stays as it is";
+}
+
+TEST_F(kxGeometryAssetItemTest, TakesItsOwnIdentityFromWhatLiesBelowAndNoOther)
+{
+    const osg::NodePtr chair = addChair();
+    const std::string uuid = save(chair);
+    const osg::NodePtr own = addPlaced(chair, "Own", {0.0, 0.0, 0.0});
+    addSquare(own, "A");
+    setUuid(own, uuid);
+    const osg::NodePtr other = addPlaced(chair, "Other", {0.0, 0.0, 0.0});
+    addSquare(other, "B");
+    setUuid(other, "other-uuid");
+    ASSERT_EQ(save(chair), uuid);
+
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+
+    EXPECT_EQ(uuidOfNode(loaded), uuid);
+    EXPECT_EQ(uuidOfNode(loaded->getChild(1)), "none");
+    EXPECT_EQ(uuidOfNode(loaded->getChild(2)), "other-uuid");
+}
+
+TEST_F(kxGeometryAssetItemTest, KeepsReferencesRemovedWhenTheSecondQuestionIsCancelled)
+{
+    kxSceneReferenceService references;
+    kxKernelServiceFactory::the().setService<kxReferenceService>(&references);
+    const osg::NodePtr group = addGroup(root(), "Gruppe ü");
+    {
+        const osg::CPEditor edit(group, osg::AttachmentContainer::AttachmentsFieldMask);
+        group->addAttachment(osg::ReferenceAttachment::create());
+    }
+    answers = {QMessageBox::Ok, QMessageBox::Cancel};
+    kxGeometryAssetItem item;
+    item.initFrom(group, {}, true);
+
+    EXPECT_FALSE(item.makeNodeValidForSave());
+
+    EXPECT_EQ(questions.size(), 2U);
+    EXPECT_FALSE(osg::findAttachment<osg::ReferenceAttachment>(group));
+    EXPECT_EQ(group->getParent(), root()) << "no root was made";
+    EXPECT_EQ(item.getNode(), group);
+    kxKernelServiceFactory::the().setService<kxReferenceService>(nullptr);
+}
+
+TEST_F(kxGeometryAssetItemTest, AsksByTheNodesNameAndNamesTheRootLikeTheItem)
+{
+    const osg::NodePtr group = addGroup(root(), "Before");
+    kxGeometryAssetItem item;
+    item.initFrom(group, {}, true);
+    kxNodeUtils::setName(group, "Später", false, nullptr);
+    answers = {QMessageBox::Yes};
+
+    EXPECT_TRUE(item.makeNodeValidForSave());
+
+    ASSERT_EQ(questions.size(), 1U);
+    EXPECT_EQ(questions[0].text, QString::fromUtf8("Später:\nThe node to be saved does not have a valid Asset Root "
+                                                   "node.\nCreate one?"));
+    EXPECT_EQ(osg::getName(item.getNode()), "Before");
+    EXPECT_EQ(item.getNode()->getChild(0), group);
+}
+
+TEST_F(kxGeometryAssetItemTest, LeavesOverrideMaterialsAloneWithoutADefaultEnvironment)
+{
+    const osg::NodePtr chair = addChair();
+    const osg::FCRef<osg::UberMaterial> uber(osg::UberMaterial::create());
+    const osg::FCRef<osg::UBRDFMaterial> layer(osg::UBRDFMaterial::create());
+    {
+        const osg::CPEditor edit(uber.get(), osg::UberMaterial::BRDFMaterialsFieldMask);
+        uber->editBRDFMaterials().push_back(layer.get());
+    }
+    kxMaterials::setOverrideMaterial(chair->getChild(0), uber.get());
+    const std::string uuid = save(chair);
+    {
+        const osg::NodePtr places = kxScenegraph::environmentGeometrySwitch();
+        const osg::CPEditor edit(root(), osg::Node::ChildrenFieldMask);
+        root()->subChild(places);
+    }
+    ASSERT_FALSE(kxDefaultEnvironment::getDefault());
+
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+
+    std::set<osg::MaterialPtr> overrides;
+    kxMaterials::getOverrideMaterialsRecursive(loaded, overrides, false);
+    ASSERT_EQ(overrides.size(), 1U);
+    EXPECT_FALSE(osg::UberMaterialPtr::dcast(*overrides.begin())->getBRDFMaterials()[0]->getEnvironment());
+}

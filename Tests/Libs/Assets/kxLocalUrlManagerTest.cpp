@@ -3,10 +3,17 @@
 
 #include "Assets/kxAssetItemFactory.h"
 #include "FileSizeLimit.h"
+#include "Kernel/kxController.h"
+#include "Kernel/kxControllerNotifier.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxModalQuestion.h"
 #include "LibraryFixture.h"
 #include "PlainItem.h"
+#include "SceneGraph/Group.h"
+#include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/Node.h"
+#include "SceneGraph/SceneFile.h"
+#include "SceneGraph/UBRDFMaterial.h"
 #include "Support/CapturedOutput.h"
 
 #include <QDomDocument>
@@ -591,7 +598,7 @@ TEST_F(kxLocalUrlManagerTest, AnswersFromTheFileSystem)
     EXPECT_EQ(manager.expand(url("a/$KX_TEST_VARIABLE")), url("a/expanded"));
 }
 
-TEST_F(kxLocalUrlManagerTest, LoadsTheFirstMaterialOfAFile)
+TEST_F(kxLocalUrlManagerTest, SaysWhyAMaterialCannotBeLoaded)
 {
     writeFile("broken.osb", "x");
     kxLogRecorder log;
@@ -602,6 +609,49 @@ TEST_F(kxLocalUrlManagerTest, LoadsTheFirstMaterialOfAFile)
 
     EXPECT_FALSE(material);
     EXPECT_EQ(log.lines(kxLogLevel::Error).size(), 2U) << "one line each";
+}
+
+TEST_F(kxLocalUrlManagerTest, LoadsTheFirstMaterialOfAFile)
+{
+    const osg::FCRef<osg::Material> red(osg::UBRDFMaterial::create());
+    const osg::FCRef<osg::Material> blue(osg::UBRDFMaterial::create());
+    osg::setName(red.get(), "Red");
+    osg::setName(blue.get(), "Blue");
+    ASSERT_TRUE(osg::writeSceneFile(_folder.file("two.osb"), {red.get(), blue.get()}));
+    const osg::FCRef<osg::Node> node(osg::makeNodeFor(osg::Group::create()));
+    ASSERT_TRUE(osg::writeSceneFile(_folder.file("node.osb"), {node.get()}));
+
+    osg::MaterialPtr material;
+    ASSERT_TRUE(manager.loadMaterialFromFile(url("two.osb"), material));
+    const auto loaded = osg::FCRef<osg::Material>::adopt(material);
+    EXPECT_EQ(osg::getName(loaded.get()), "Red");
+    EXPECT_EQ(loaded->getRefCount(), 1) << "the caller's";
+
+    osg::MaterialPtr kept = loaded.get();
+    EXPECT_FALSE(manager.loadMaterialFromFile(url("node.osb"), kept));
+    EXPECT_EQ(kept, loaded.get()) << "left as it was";
+}
+
+TEST_F(kxLocalUrlManagerTest, ShowsProgressOnlyWhereThatIsWanted)
+{
+    const osg::FCRef<osg::Material> red(osg::UBRDFMaterial::create());
+    ASSERT_TRUE(osg::writeSceneFile(_folder.file("red.osb"), {red.get()}));
+    int shown = 0;
+    const auto connection =
+        QObject::connect(&kxController::notifier(), &kxControllerNotifier::fileLoadingStarted, [&shown] { ++shown; });
+    const auto load = [this] {
+        osg::MaterialPtr material;
+        EXPECT_TRUE(manager.loadMaterialFromFile(url("red.osb"), material));
+        const auto loaded = osg::FCRef<osg::Material>::adopt(material);
+    };
+
+    load();
+    EXPECT_EQ(shown, 0);
+    manager.setShowMaterialLoadProgress(true);
+    load();
+    EXPECT_EQ(shown, 1);
+    manager.setShowMaterialLoadProgress(false);
+    QObject::disconnect(connection);
 }
 
 TEST_F(kxLocalUrlManagerTest, WritesDocumentsThroughALinkAndKeepsIt)

@@ -182,3 +182,16 @@ TEST_F(kxSceneplateAssetItemTest, SaysWhatItCannotFind)
     EXPECT_EQ(output.text(), "[loadNodeFromUUID] did not find sceneplate item with uuid 'nobody'\n");
     EXPECT_EQ(log.lines(), std::vector<std::string>{"CAST FAILS! loadNodeFromUUID"});
 }
+
+TEST_F(kxSceneplateAssetItemTest, WrapsNothingWhenItIsLoaded)
+{
+    const osg::NodePtr group = addGroup(kxSceneplateUtils::getSceneplateRoot(), "Plates");
+    const osg::NodePtr nested = addGroup(group, "Nested");
+    setUuid(nested, "nested-uuid");
+
+    const osg::FCRef<osg::Node> loaded(kxSceneplateAssetItem::loadNodeFromUUID(save(group)));
+
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(describe(loaded), "Plates(Nested)");
+    EXPECT_EQ(uuidOfNode(loaded->getChild(0)), "nested-uuid");
+}
