@@ -30,6 +30,23 @@ function(kx_add_library name)
   )
 endfunction()
 
+# kx_add_parts(AssetManagerParts SOURCES ... [LIBRARIES ...])
+#
+# Makes what a program consists of, but for its main function, a static library with the alias kx::AssetManagerParts, so that
+# tests can use it. It is not installed.
+function(kx_add_parts name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+  _kx_expect_parsed("${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
+
+  set(target kx${name})
+  add_library(${target} STATIC ${arg_SOURCES})
+  add_library(kx::${name} ALIAS ${target})
+  target_include_directories(${target} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/..")
+  target_link_libraries(${target} PUBLIC ${arg_LIBRARIES})
+  _kx_apply_settings(${target})
+  _kx_apply_qt(${target} "" ${arg_LIBRARIES})
+endfunction()
+
 # All programs and nothing else: what a user needs.
 add_custom_target(programs)
 
