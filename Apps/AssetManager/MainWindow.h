@@ -2,13 +2,76 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QUndoStack>
 
-/// The window of the desktop Asset Manager.
+#include <memory>
+
+class AssetBrowser;
+class DetailsPane;
+class FolderTree;
+class LibrarySide;
+class QLabel;
+class kxAssetManagerModule;
+
+/// The window of the desktop Asset Manager: libraries on the one hand, the scene on the other, and what goes between them.
 class MainWindow final : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    MainWindow();
+    /// The module has to live longer.
+    explicit MainWindow(kxAssetManagerModule &manager);
     ~MainWindow() override;
+
+    /// Opens these libraries, or where there are none those of the last time.
+    void openLibraries(const QStringList &paths);
+
+    LibrarySide &libraries() { return *_libraries; }
+    AssetBrowser &browser() { return *_browser; }
+    DetailsPane &details() { return *_details; }
+    FolderTree &folders() { return *_folders; }
+    QUndoStack &undoStack() { return _undo; }
+
+    /// Whether everything that was begun by itself has ended: reading, and the previews that are to be seen.
+    bool isIdle() const;
+
+    /// Shows sentences about what went wrong, without waiting for a person.
+    void report(const QStringList &messages);
+
+public Q_SLOTS:
+    void addLibrary();
+    void removeLibrary();
+    void createFolder();
+    void importFiles(const QStringList &files, const QString &folder);
+    void renameChosen();
+    void deleteChosen();
+    void showTrash();
+
+private:
+    void makeLibraryDocks();
+    void makeMenus();
+    void makeFileMenu();
+    void makeEditMenu();
+    void makeViewMenu();
+    void makeHelpMenu();
+    void connectLibraries();
+    void connectManager(kxAssetManagerModule &manager);
+    void chooseFilesToImport();
+    void showAssetMenu(const QPoint &position);
+    void showFolderMenu(const QPoint &position);
+    void updateStatus();
+    QStringList selectedIds() const;
+    /// Where new things go: the chosen folder, else the first library.
+    QString targetFolder() const;
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    bool event(QEvent *event) override;
+
+    QUndoStack _undo;
+    std::unique_ptr<LibrarySide> _libraries;
+    AssetBrowser *_browser = nullptr;
+    DetailsPane *_details = nullptr;
+    FolderTree *_folders = nullptr;
+    QLabel *_count = nullptr;
 };

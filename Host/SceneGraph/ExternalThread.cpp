@@ -55,4 +55,14 @@ void ExternalThread::subRef()
     }
 }
 
+KnownThread::KnownThread() : _thread(ExternalThread::get(nullptr))
+{
+    ExternalThread::initialize(_thread, 0);
+}
+
+KnownThread::~KnownThread()
+{
+    _thread->subRef();
+}
+
 } // namespace osg

@@ -29,4 +29,17 @@ private:
     bool _isInitialized = false;
 };
 
+/// Makes the thread that it is made on known, for as long as it lives.
+class KX_SCENEGRAPH_EXPORT KnownThread
+{
+public:
+    KnownThread();
+    ~KnownThread();
+    KnownThread(const KnownThread &) = delete;
+    KnownThread &operator=(const KnownThread &) = delete;
+
+private:
+    ExternalThread *_thread;
+};
+
 } // namespace osg

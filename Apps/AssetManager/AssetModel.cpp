@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/AssetModel.h"
+
+#include "AssetManager/AssetStates.h"
+#include "AssetManager/DragData.h"
+#include "AssetSession/kxAssetLibrary.h"
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+
+#include <QFileInfo>
+#include <QMimeData>
+
+#include <algorithm>
+#include <unordered_set>
+
+struct AssetModel::Known : AssetEntry
+{
+    explicit Known(const QCollatorSortKey &nameKey) : key(nameKey) {}
+
+    QCollatorSortKey key; ///< of the name
+};
+
+AssetModel::AssetModel(const AssetStates *states, QObject *parent) : QAbstractTableModel(parent), _states(states)
+{
+    _collator.setNumericMode(true);
+    _collator.setCaseSensitivity(Qt::CaseInsensitive);
+    if (states)
+        connect(states, &AssetStates::changed, this, [this] {
+            if (!_rows.empty())
+                emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {StateRole, Qt::ToolTipRole});
+        });
+}
+
+AssetModel::~AssetModel() = default;
+
+const AssetEntry *AssetModel::find(const std::string &uuid) const
+{
+    const auto found = _entries.find(uuid);
+    return found == _entries.end() ? nullptr : found->second.get();
+}
+
+QModelIndex AssetModel::indexOf(const std::string &uuid) const
+{
+    const auto found = std::find(_rows.begin(), _rows.end(), find(uuid));
+    return found == _rows.end() ? QModelIndex() : index(static_cast<int>(found - _rows.begin()), 0);
+}
+
+std::vector<std::string> AssetModel::uuids(const std::function<bool(const AssetEntry &)> &isWanted) const
+{
+    std::vector<std::string> found;
+    for (const Known *entry : _sorted)
+        if (isWanted(*entry))
+            found.push_back(entry->uuid);
+    return found;
+}
+
+std::vector<std::pair<QString, int>> AssetModel::tagCounts() const
+{
+    QHash<QString, int> counts;
+    for (const AssetEntry *entry : _rows)
+        for (const QString &tag : entry->tags)
+            ++counts[tag];
+    std::vector<std::pair<QString, int>> sorted;
+    for (auto count = counts.cbegin(); count != counts.cend(); ++count)
+        sorted.emplace_back(count.key(), count.value());
+    std::sort(sorted.begin(), sorted.end(), [](const auto &a, const auto &b) {
+        return a.second != b.second ? a.second > b.second : a.first < b.first;
+    });
+    return sorted;
+}
+
+/// Brings what is known of the asset up to date; it is in \a changed when it is still there.
+void AssetModel::read(const std::string &uuid, std::vector<Known *> &changed)
+{
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+    if (!item)
+        return;
+    const QString name = QString::fromStdString(item->name());
+    auto known = std::make_unique<Known>(_collator.sortKey(name));
+    known->uuid = uuid;
+    known->category = item->category();
+    known->name = name;
+    known->type = item->data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole).toString();
+    known->tags = kxAssetLibrary::tagsOf(*item);
+    known->directory = item->directoryUrl().toLocalFile();
+    known->folder = QFileInfo(known->directory).path();
+    known->modified = item->lastModified().toMSecsSinceEpoch();
+    const QString id = QString::fromStdString(uuid);
+    known->isFavourite = _favourites.contains(id);
+    known->recentRank = _recent.indexOf(id) + 1;
+    known->searched = AssetFilter::folded(name + '\n' + known->tags.join('\n') + '\n' + known->type);
+    changed.push_back(known.get());
+    _entries[uuid] = std::move(known);
+}
+
+void AssetModel::takeOut(const std::vector<Known *> &entries)
+{
+    const std::unordered_set<const Known *> gone(entries.begin(), entries.end());
+    if (!gone.empty())
+        std::erase_if(_sorted, [&gone](const Known *entry) { return gone.count(entry) != 0; });
+}
+
+void AssetModel::mergeIn(std::vector<Known *> &entries)
+{
+    const Order isBefore = order();
+    std::sort(entries.begin(), entries.end(), isBefore);
+    const auto middle = static_cast<std::ptrdiff_t>(_sorted.size());
+    _sorted.insert(_sorted.end(), entries.begin(), entries.end());
+    std::inplace_merge(_sorted.begin(), _sorted.begin() + middle, _sorted.end(), isBefore);
+}
+
+void AssetModel::refresh(const std::vector<std::string> &uuids)
+{
+    updateRows([&] {
+        std::vector<Known *> former;
+        std::vector<std::unique_ptr<Known>> kept; // until nothing points at them any more
+        for (const std::string &uuid : uuids)
+            if (const auto found = _entries.find(uuid); found != _entries.end()) {
+                former.push_back(found->second.get());
+                kept.push_back(std::move(found->second));
+                _entries.erase(found);
+            }
+        takeOut(former);
+        std::vector<Known *> changed;
+        for (const std::string &uuid : uuids)
+            if (!_entries.count(uuid))
+                read(uuid, changed);
+        mergeIn(changed);
+        rebuildRows();
+    });
+}
+
+void AssetModel::refreshAll()
+{
+    std::vector<std::string> all;
+    for (const auto &entry : _entries)
+        all.push_back(entry.first);
+    for (int i = 0; i < kxAssetItemFactory::the().itemCount(); ++i)
+        all.push_back(kxAssetItemFactory::the().itemFromIndex(i)->uuid());
+    refresh(all);
+}
+
+void AssetModel::setFavourites(const QStringList &uuids)
+{
+    _favourites = uuids;
+    updateRows([this] {
+        for (const auto &[uuid, entry] : _entries)
+            entry->isFavourite = false;
+        for (const QString &uuid : _favourites)
+            if (const auto found = _entries.find(uuid.toStdString()); found != _entries.end())
+                found->second->isFavourite = true;
+        rebuildRows();
+    });
+}
+
+void AssetModel::setRecent(const QStringList &uuids)
+{
+    _recent = uuids;
+    updateRows([this] {
+        for (const auto &[uuid, entry] : _entries)
+            entry->recentRank = 0;
+        for (int i = 0; i < _recent.size(); ++i)
+            if (const auto found = _entries.find(_recent[i].toStdString()); found != _entries.end())
+                found->second->recentRank = i + 1;
+        rebuildRows();
+    });
+}
+
+void AssetModel::setFilter(const AssetFilter &filter)
+{
+    const bool hasOtherColumns = filter.category != _filter.category;
+    if (hasOtherColumns)
+        beginResetModel();
+    updateRows([&] {
+        _filter = filter;
+        rebuildRows();
+    });
+    if (hasOtherColumns)
+        endResetModel();
+}
+
+void AssetModel::rebuildRows()
+{
+    _rows.clear();
+    for (const Known *entry : _sorted)
+        if (_filter.accepts(*entry))
+            _rows.push_back(entry);
+    if (_filter.special == AssetFilter::Special::Recent)
+        std::stable_sort(_rows.begin(), _rows.end(),
+                         [](const AssetEntry *a, const AssetEntry *b) { return a->recentRank > b->recentRank; });
+}
+
+/// Changes rows and has what points at rows, such as the selection, follow.
+void AssetModel::updateRows(const std::function<void()> &change)
+{
+    emit layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    std::vector<std::string> pointed;
+    for (const QModelIndex &index : before)
+        pointed.push_back(entry(index.row()).uuid);
+    change();
+    if (!before.isEmpty()) {
+        std::unordered_map<const AssetEntry *, int> rows;
+        for (std::size_t row = 0; row < _rows.size(); ++row)
+            rows.emplace(_rows[row], static_cast<int>(row));
+        for (int i = 0; i < before.size(); ++i) {
+            const auto row = rows.find(find(pointed[static_cast<std::size_t>(i)]));
+            changePersistentIndex(before[i],
+                                  row == rows.end() ? QModelIndex() : index(row->second, before[i].column()));
+        }
+    }
+    emit layoutChanged();
+    emit countChanged();
+}
+
+AssetModel::Order AssetModel::order() const
+{
+    const auto byName = [](const Known *a, const Known *b) {
+        const int comparison = a->key.compare(b->key);
+        return comparison != 0 ? comparison < 0 : a->uuid < b->uuid; // everybody sees the same order
+    };
+    const auto by = [byName](auto key) -> Order {
+        return [byName, key](const Known *a, const Known *b) {
+            const auto &left = key(a);
+            const auto &right = key(b);
+            return left != right ? left < right : byName(a, b);
+        };
+    };
+    Order ascending = byName;
+    if (_sortColumn == kxAssetCategory::getTypeColumn())
+        ascending = by([](const Known *entry) -> const QString & { return entry->type; });
+    else if (_sortColumn == kxAssetCategory::getLastModifiedColumn())
+        ascending = by([](const Known *entry) -> const qint64 & { return entry->modified; });
+    else if (_sortColumn == kxAssetCategory::getStorageLocationColumn())
+        ascending = by([](const Known *entry) -> const QString & { return entry->folder; });
+    else if (_sortColumn == kxAssetCategory::getTagsColumn())
+        ascending = by([](const Known *entry) { return entry->tags.join(','); });
+    if (_sortOrder == Qt::AscendingOrder)
+        return ascending;
+    return [ascending](const Known *a, const Known *b) { return ascending(b, a); };
+}
+
+void AssetModel::sort(int column, Qt::SortOrder order)
+{
+    updateRows([&] {
+        _sortColumn = std::max(column, 0);
+        _sortOrder = order;
+        std::sort(_sorted.begin(), _sorted.end(), this->order());
+        rebuildRows();
+    });
+}
+
+int AssetModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(_rows.size());
+}
+
+int AssetModel::columnCount(const QModelIndex &parent) const
+{
+    if (parent.isValid())
+        return 0;
+    const kxAssetCategoryType widest = _filter.category == Undefined ? Material : _filter.category;
+    return kxAssetCategory::getColumnCount(widest);
+}
+
+QVariant AssetModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= rowCount())
+        return {};
+    const AssetEntry &shown = entry(index.row());
+    switch (role) {
+    case UuidRole: return QString::fromStdString(shown.uuid);
+    case CategoryRole: return static_cast<int>(shown.category);
+    case DirectoryRole: return shown.directory;
+    case FavouriteRole: return shown.isFavourite;
+    case StateRole: return _states ? static_cast<int>(_states->stateOf(shown.uuid)) : 0;
+    case Qt::ToolTipRole: return toolTip(shown);
+    case Qt::AccessibleTextRole: return QString(shown.name + ", " + shown.type);
+    case Qt::EditRole: return shown.name;
+    case Qt::DisplayRole: break;
+    default: return {};
+    }
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(shown.uuid);
+    return item ? item->data(index.column(), role) : QVariant();
+}
+
+QString AssetModel::toolTip(const AssetEntry &entry) const
+{
+    QStringList lines{QStringLiteral("<b>%1</b>").arg(entry.name.toHtmlEscaped()), entry.type.toHtmlEscaped(),
+                      entry.folder.toHtmlEscaped()};
+    if (!entry.tags.isEmpty())
+        lines.append(tr("Tags: %1").arg(entry.tags.join(", ").toHtmlEscaped()));
+    if (_states)
+        for (const QString &reason : _states->reasonsOf(entry.uuid))
+            lines.append(reason.toHtmlEscaped());
+    return lines.join(QStringLiteral("<br>"));
+}
+
+QVariant AssetModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal)
+        return {};
+    if (_filter.category == Undefined && section == 0)
+        return role == Qt::DisplayRole ? QVariant(tr("Name")) : QVariant();
+    return kxAssetCategory::getHeaderData(_filter.category == Undefined ? Material : _filter.category, section, role);
+}
+
+Qt::ItemFlags AssetModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    const Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled;
+    return index.column() == 0 ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool AssetModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    const QString name = value.toString().trimmed();
+    if (role != Qt::EditRole || !index.isValid() || name.isEmpty() || name == entry(index.row()).name)
+        return false;
+    emit renameRequested(QString::fromStdString(entry(index.row()).uuid), name);
+    return true;
+}
+
+QStringList AssetModel::mimeTypes() const
+{
+    QStringList types;
+    for (const kxAssetCategoryType category : kxAssetCategory::getAllCategories())
+        types.append(DragData::mimeTypeOf(category));
+    return types;
+}
+
+QMimeData *AssetModel::mimeData(const QModelIndexList &indexes) const
+{
+    std::vector<DragData::Asset> assets;
+    for (const QModelIndex &index : indexes)
+        if (index.column() == 0)
+            assets.push_back({entry(index.row()).category, entry(index.row()).uuid});
+    auto data = std::make_unique<QMimeData>();
+    DragData::setAssets(*data, assets);
+    return data.release(); // the caller's
+}

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "AssetManager/AssetFilter.h"
+
+#include <QAbstractTableModel>
+#include <QCollator>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class AssetStates;
+
+/// The registered assets that a filter accepts, in the order of a column. Main thread only.
+///
+/// It holds a copy of what is shown of each asset, so that filtering a hundred thousand is a matter of milliseconds; whoever
+/// changes assets says so with refresh(). Assets are named by UUID, since items come and go.
+class AssetModel final : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Role { UuidRole = Qt::UserRole + 1, CategoryRole, DirectoryRole, StateRole, FavouriteRole };
+
+    /// \a states may be null and has to live longer than the model.
+    explicit AssetModel(const AssetStates *states, QObject *parent = nullptr);
+    ~AssetModel() override;
+
+    /// Reads these assets again from the registry, adds those that are new and removes those that are gone. Selections stay.
+    void refresh(const std::vector<std::string> &uuids);
+    /// The same for all.
+    void refreshAll();
+    /// What is marked, and what was used lately, the latest last.
+    void setFavourites(const QStringList &uuids);
+    void setRecent(const QStringList &uuids);
+
+    void setFilter(const AssetFilter &filter);
+    const AssetFilter &filter() const { return _filter; }
+
+    /// The entry of a row; expects that the row exists.
+    const AssetEntry &entry(int row) const { return *_rows[static_cast<std::size_t>(row)]; }
+    /// Null when it is not known.
+    const AssetEntry *find(const std::string &uuid) const;
+    QModelIndex indexOf(const std::string &uuid) const;
+    /// Those with \a isWanted, whatever the filter says.
+    std::vector<std::string> uuids(const std::function<bool(const AssetEntry &)> &isWanted) const;
+    int knownCount() const { return static_cast<int>(_entries.size()); }
+    /// How often each tag occurs among the rows; the most frequent first.
+    std::vector<std::pair<QString, int>> tagCounts() const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    void sort(int column, Qt::SortOrder order) override;
+    QStringList mimeTypes() const override;
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    Qt::DropActions supportedDragActions() const override { return Qt::CopyAction | Qt::MoveAction; }
+
+Q_SIGNALS:
+    /// A person typed another name for an asset.
+    void renameRequested(const QString &uuid, const QString &name);
+    /// The number of rows may be another.
+    void countChanged();
+
+private:
+    struct Known;
+    using Order = std::function<bool(const Known *, const Known *)>;
+
+    void read(const std::string &uuid, std::vector<Known *> &changed);
+    void takeOut(const std::vector<Known *> &entries);
+    void mergeIn(std::vector<Known *> &entries);
+    Order order() const;
+    void rebuildRows();
+    void updateRows(const std::function<void()> &change);
+    QString toolTip(const AssetEntry &entry) const;
+
+    const AssetStates *_states;
+    AssetFilter _filter;
+    QCollator _collator;
+    std::unordered_map<std::string, std::unique_ptr<Known>> _entries;
+    std::vector<Known *> _sorted; ///< all, in order
+    std::vector<const AssetEntry *> _rows;
+    QStringList _favourites;
+    QStringList _recent;
+    int _sortColumn = 0;
+    Qt::SortOrder _sortOrder = Qt::AscendingOrder;
+};

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/AssetStates.h"
+
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+#include "Kernel/kxMaterials.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxScenegraphNotifier.h"
+#include "SceneGraph/AssetAttachment.h"
+#include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/SceneListener.h"
+
+namespace {
+
+constexpr int QuietTime = 250; // milliseconds
+
+void add(std::map<std::string, unsigned> &states, const osg::AttachmentContainerPtr &container)
+{
+    const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(container);
+    if (!attachment || attachment->getUuid().empty())
+        return;
+    unsigned &state = states[attachment->getUuid()];
+    state |= AssetStates::InScene;
+    if (attachment->getUserEdited())
+        state |= AssetStates::EditedInScene;
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(attachment->getUuid());
+    if (item && item->checksum() != attachment->getChecksum())
+        state |= AssetStates::StoredNewer;
+}
+
+} // namespace
+
+class AssetStates::Watch final : public osg::SceneListener
+{
+public:
+    explicit Watch(AssetStates &states) : _states(states) { osg::FieldContainerFactory::the().addListener(*this); }
+    ~Watch() override { osg::FieldContainerFactory::the().removeListener(*this); }
+    Watch(const Watch &) = delete;
+    Watch &operator=(const Watch &) = delete;
+
+    void containerChanged(osg::FieldContainer & /*container*/, osg::FieldMask /*fields*/) override
+    {
+        _states.updateSoon();
+    }
+    void containerDestroyed(osg::FieldContainer & /*container*/) override { _states.updateSoon(); }
+
+private:
+    AssetStates &_states;
+};
+
+AssetStates::AssetStates(QObject *parent) : QObject(parent)
+{
+    _timer.setSingleShot(true);
+    _timer.setInterval(QuietTime);
+    connect(&_timer, &QTimer::timeout, this, &AssetStates::update);
+    connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::documentChanged, this, &AssetStates::updateSoon);
+    _watch = std::make_unique<Watch>(*this);
+}
+
+AssetStates::~AssetStates() = default;
+
+void AssetStates::updateSoon()
+{
+    _timer.start();
+}
+
+void AssetStates::update()
+{
+    std::map<std::string, unsigned> states;
+    for (const osg::NodePtr &root : {kxScenegraph::getRoot(), kxScenegraph::getSceneplateRoot()})
+        if (root)
+            for (const kxNodePtr &node : kxScenegraph::getAssetNodes(root))
+                add(states, node);
+    for (const osg::MaterialPtr &material : kxMaterials::getAllAssetMaterials())
+        add(states, material);
+    if (states == _states)
+        return;
+    _states = std::move(states);
+    emit changed();
+}
+
+void AssetStates::setBroken(const std::string &uuid, const QString &reason)
+{
+    const auto former = _broken.find(uuid);
+    if ((former == _broken.end() ? QString() : former->second) == reason)
+        return;
+    if (reason.isEmpty())
+        _broken.erase(uuid);
+    else
+        _broken[uuid] = reason;
+    emit changed();
+}
+
+unsigned AssetStates::stateOf(const std::string &uuid) const
+{
+    const auto found = _states.find(uuid);
+    const unsigned state = found == _states.end() ? 0U : found->second;
+    return _broken.count(uuid) != 0 ? state | Broken : state;
+}
+
+QStringList AssetStates::reasonsOf(const std::string &uuid) const
+{
+    const unsigned state = stateOf(uuid);
+    QStringList reasons;
+    if ((state & InScene) != 0)
+        reasons.append(tr("It is used in the scene."));
+    if ((state & EditedInScene) != 0)
+        reasons.append(tr("The copy in the scene was changed and differs from the stored asset."));
+    if ((state & StoredNewer) != 0)
+        reasons.append(tr("The stored asset was saved again after it was loaded into the scene."));
+    if (const auto broken = _broken.find(uuid); broken != _broken.end())
+        reasons.append(broken->second);
+    return reasons;
+}

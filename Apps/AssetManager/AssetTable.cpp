@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/AssetTable.h"
+
+#include "AssetManager/AssetDrag.h"
+#include "AssetManager/AssetModel.h"
+#include "AssetManager/AssetStates.h"
+#include "AssetManager/PreviewCache.h"
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+
+#include <QHeaderView>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+namespace {
+
+constexpr int RowHeight = 40;
+
+} // namespace
+
+/// Shows the preview before the name.
+class AssetTable::NameDelegate final : public QStyledItemDelegate
+{
+public:
+    NameDelegate(const PreviewCache &previews, QObject *parent) : QStyledItemDelegate(parent), _previews(previews) {}
+
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->features |= QStyleOptionViewItem::HasDecoration;
+        option->decorationSize = {RowHeight - 4, RowHeight - 4};
+        const QString uuid = index.data(AssetModel::UuidRole).toString();
+        QPixmap preview = _previews.find(uuid);
+        if (preview.isNull())
+            return;
+        preview = preview.scaled(option->decorationSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid.toStdString()))
+            item->addOverlayIcon(preview);
+        option->icon = QIcon(preview);
+        if ((index.data(AssetModel::StateRole).toUInt() & AssetStates::InScene) != 0)
+            option->font.setBold(true);
+    }
+
+private:
+    const PreviewCache &_previews;
+};
+
+AssetTable::AssetTable(PreviewCache &previews, QWidget *parent) : QTableView(parent), _previews(previews)
+{
+    setObjectName(QStringLiteral("assetTable"));
+    setAccessibleName(tr("Assets as a list"));
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::EditKeyPressed);
+    setDragEnabled(true);
+    setDragDropMode(QAbstractItemView::DragOnly);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setShowGrid(false);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    setFrameShape(QFrame::NoFrame);
+    setItemDelegateForColumn(0, new NameDelegate(previews, this));
+    // Heights of their own would have each of a hundred thousand lines asked for.
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(RowHeight);
+    verticalHeader()->hide();
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
+    setSortingEnabled(true);
+}
+
+AssetTable::~AssetTable() = default;
+
+void AssetTable::setModel(QAbstractItemModel *model)
+{
+    QTableView::setModel(model);
+    connect(model, &QAbstractItemModel::modelReset, this, &AssetTable::layOutColumns);
+    layOutColumns();
+}
+
+void AssetTable::layOutColumns()
+{
+    const int widths[] = {260, 130, 140, 260};
+    for (int column = 0; column < 4 && column < model()->columnCount(); ++column)
+        setColumnWidth(column, widths[column]);
+}
+
+void AssetTable::startDrag(Qt::DropActions /*actions*/)
+{
+    AssetDrag::exec(*this, _previews);
+}

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/DirectoryMove.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <filesystem>
+#include <system_error>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path pathOf(const QString &path)
+{
+    return {path.toStdU16String()};
+}
+
+/// To a hidden sibling first, so that half a copy is never taken for an asset.
+std::error_code copyAndRemove(const fs::path &from, const fs::path &to)
+{
+    std::error_code error;
+    const fs::path unfinished = to.parent_path() / (".unfinished-" + to.filename().string());
+    std::error_code ignored;
+    fs::copy(from, unfinished, fs::copy_options::recursive | fs::copy_options::copy_symlinks, error);
+    if (!error)
+        fs::rename(unfinished, to, error);
+    if (error) {
+        fs::remove_all(unfinished, ignored);
+        return error;
+    }
+    // Out of the way as a whole before anything of it is removed: there is never only a part of it.
+    const fs::path leaving = from.parent_path() / (".leaving-" + from.filename().string());
+    fs::rename(from, leaving, error);
+    fs::remove_all(error ? to : leaving, ignored);
+    return error;
+}
+
+QString reasonOf(const std::error_code &error, const QString &name)
+{
+    const auto tr = [](const char *text) { return QCoreApplication::translate("DirectoryMove", text); };
+    if (error == std::errc::no_such_file_or_directory)
+        return tr(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: it is not there any more.")).arg(name);
+    if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
+        error == std::errc::read_only_file_system)
+        return tr(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: you may not write there.")).arg(name);
+    if (error == std::errc::no_space_on_device)
+        return tr(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: the disk is full.")).arg(name);
+    return tr(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: %2"))
+        .arg(name, QString::fromStdString(error.message()));
+}
+
+} // namespace
+
+QString DirectoryMove::move(const QString &from, const QString &to)
+{
+    std::error_code error;
+    fs::rename(pathOf(from), pathOf(to), error);
+    if (error == std::errc::cross_device_link)
+        error = copyAndRemove(pathOf(from), pathOf(to));
+    return error ? reasonOf(error, QFileInfo(from).fileName()) : QString();
+}

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/FolderTree.h"
+
+#include "AssetManager/DragData.h"
+#include "AssetManager/FolderModel.h"
+
+#include <QDragMoveEvent>
+#include <QHeaderView>
+#include <QMimeData>
+
+FolderTree::FolderTree(FolderModel &model, QWidget *parent) : QTreeView(parent)
+{
+    setObjectName(QStringLiteral("folderTree"));
+    setAccessibleName(tr("Libraries and folders"));
+    setModel(&model);
+    header()->hide();
+    setUniformRowHeights(true);
+    setEditTriggers(QAbstractItemView::EditKeyPressed);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDropIndicatorShown(true);
+    setDragDropMode(QAbstractItemView::DragDrop);
+    setDefaultDropAction(Qt::MoveAction);
+    setDragDropOverwriteMode(true); // into folders, never between them: their order is that of their names
+    setAutoExpandDelay(600);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint &position) { emit menuRequested(viewport()->mapToGlobal(position)); });
+    setFrameShape(QFrame::NoFrame);
+}
+
+QString FolderTree::folder() const
+{
+    return currentIndex().data(FolderModel::PathRole).toString();
+}
+
+void FolderTree::setFolder(const QString &path)
+{
+    const QModelIndex index = static_cast<const FolderModel *>(model())->indexOf(path);
+    if (!index.isValid())
+        return;
+    setCurrentIndex(index);
+    scrollTo(index);
+}
+
+void FolderTree::editName()
+{
+    if (currentIndex().isValid())
+        edit(currentIndex());
+}
+
+void FolderTree::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTreeView::currentChanged(current, previous);
+    emit folderChanged(current.data(FolderModel::PathRole).toString());
+}
+
+void FolderTree::dragMoveEvent(QDragMoveEvent *event)
+{
+    QTreeView::dragMoveEvent(event);
+    // Assets and folders go, files from outside are read and stay.
+    if (event->isAccepted() && event->mimeData()->hasUrls() && DragData::folders(*event->mimeData()).isEmpty())
+        event->setDropAction(Qt::CopyAction);
+}

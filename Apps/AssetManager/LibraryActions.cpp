@@ -1,0 +1,398 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/LibraryActions.h"
+
+#include "AssetManager/AssetModel.h"
+#include "AssetManager/DirectoryMove.h"
+#include "AssetManager/FolderModel.h"
+#include "AssetManager/LibraryCommands.h"
+#include "AssetManager/Trash.h"
+#include "AssetSession/kxAssetOperations.h"
+#include "AssetSession/kxNodeSaving.h"
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxMaterialAssetItem.h"
+#include "Assets/kxUrlManager.h"
+#include "Kernel/kxNodeUtils.h"
+#include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/NameAttachment.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QUndoStack>
+#include <QUrl>
+
+#include <map>
+#include <set>
+
+namespace {
+
+kxAssetItem *itemOf(const QString &uuid)
+{
+    return kxAssetItemFactory::the().findItem(uuid.toStdString());
+}
+
+QString nameOf(const QString &path)
+{
+    return QFileInfo(path).fileName();
+}
+
+/// Registers what lies in a directory that was brought to its place.
+void collect(const QString &directory)
+{
+    const QUrl url = QUrl::fromLocalFile(directory);
+    if (const kxUrlManager *manager = kxUrlManager::getUrlManager(url))
+        manager->collectItems(url, Undefined, nullptr);
+}
+
+/// What lay at or below \a from lies in the same way below \a to now.
+void follow(const LibraryActions::Move &move)
+{
+    for (const std::string &uuid : move.uuids) {
+        kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+        const QString directory = item ? item->directoryUrl().toLocalFile() : QString();
+        if (item && AssetFilter::isIn(directory, move.from))
+            item->setDirectoryUrl(QUrl::fromLocalFile(move.to + directory.mid(move.from.size())));
+        else
+            collect(move.to);
+    }
+}
+
+} // namespace
+
+LibraryActions::LibraryActions(AssetModel &model, FolderModel &folders, QUndoStack &undo, QObject *parent)
+    : QObject(parent), _model(model), _folders(folders), _undo(undo)
+{}
+
+LibraryActions::~LibraryActions() = default;
+
+void LibraryActions::report(const QStringList &failures)
+{
+    if (!failures.isEmpty())
+        emit failed(failures);
+}
+
+QString LibraryActions::libraryOf(const QString &path) const
+{
+    return _folders.libraryOf(path);
+}
+
+std::vector<std::string> LibraryActions::assetsIn(const QString &path) const
+{
+    return _model.uuids([&](const AssetEntry &entry) { return AssetFilter::isIn(entry.directory, path); });
+}
+
+QString LibraryActions::carryOut(const Move &move)
+{
+    if (QFileInfo::exists(move.to))
+        return tr("\"%1\" could not be put back: something else is at its place now.").arg(nameOf(move.from));
+    if (const QString reason = DirectoryMove::move(move.from, move.to); !reason.isEmpty())
+        return reason;
+    if (Trash::isTrash(move.to))
+        for (const std::string &uuid : move.uuids)
+            kxAssetItemFactory::the().deleteItem(uuid);
+    else
+        follow(move);
+    emit assetsChanged(move.uuids);
+    emit foldersChanged({QFileInfo(move.from).path(), QFileInfo(move.to).path()});
+    return {};
+}
+
+void LibraryActions::perform(Batch &batch, const Move &move)
+{
+    if (const QString reason = carryOut(move); !reason.isEmpty())
+        batch.failures.append(reason);
+    else
+        batch.done.push_back(move);
+    emit progressed(static_cast<int>(batch.done.size()) + batch.failures.size(), batch.total, batch.text);
+}
+
+void LibraryActions::finish(Batch batch)
+{
+    emit progressed(batch.total, batch.total, batch.text);
+    if (!batch.done.empty())
+        _undo.push(std::make_unique<MoveCommand>(*this, batch.text, std::move(batch.done)).release()); // the stack's
+    report(batch.failures);
+}
+
+void LibraryActions::renameAsset(const QString &uuid, const QString &name)
+{
+    kxAssetItem *item = itemOf(uuid);
+    if (!item)
+        return;
+    const QString former = QString::fromStdString(item->name());
+    if (const QString reason = rename(uuid, name); !reason.isEmpty())
+        report({reason});
+    else
+        _undo.push(std::make_unique<RenameCommand>(*this, uuid, former, name).release());
+}
+
+QString LibraryActions::rename(const QString &uuid, const QString &name)
+{
+    kxAssetItem *item = itemOf(uuid);
+    if (!item)
+        return tr("An asset was not renamed: it is not in an open library any more.");
+    const QString former = QString::fromStdString(item->name());
+    const bool isRenamed = item->changeName(name);
+    emit assetsChanged({uuid.toStdString()});
+    return isRenamed ? QString() : tr("\"%1\" could not be renamed. May its folder be written?").arg(former);
+}
+
+void LibraryActions::renameFolder(const QString &path, const QString &name)
+{
+    const QString to = QFileInfo(path).path() + '/' + name;
+    if (name.contains('/') || name.startsWith('.'))
+        report({tr("A folder cannot be called \"%1\".").arg(name)});
+    else if (QFileInfo::exists(to))
+        report({tr("There is something called \"%1\" already.").arg(name)});
+    else {
+        Batch batch{tr("Rename of \"%1\"").arg(nameOf(path)), 1, {}, {}};
+        perform(batch, {path, to, assetsIn(path)});
+        finish(batch);
+    }
+}
+
+QString LibraryActions::createFolder(const QString &parent)
+{
+    kxUrlManager *manager = kxUrlManager::getUrlManager(QUrl::fromLocalFile(parent));
+    if (!manager)
+        return {};
+    const QString name = manager->getUniqueDirectoryName(QUrl::fromLocalFile(parent), tr("New folder"));
+    const QString path = parent + '/' + name;
+    if (!QDir().mkpath(path)) {
+        report({tr("No folder could be made in \"%1\". May it be written?").arg(nameOf(parent))});
+        return {};
+    }
+    emit foldersChanged({parent});
+    return path;
+}
+
+std::vector<std::pair<QString, std::vector<std::string>>>
+LibraryActions::directoriesOf(const QStringList &uuids) const
+{
+    std::vector<std::pair<QString, std::vector<std::string>>> directories;
+    std::set<QString> known;
+    for (const QString &uuid : uuids) {
+        const AssetEntry *entry = _model.find(uuid.toStdString());
+        if (entry && known.insert(entry->directory).second)
+            directories.emplace_back(entry->directory, std::vector<std::string>());
+    }
+    // Several assets may share a directory, and then go together.
+    std::map<QString, std::vector<std::string> *> uuidsOf;
+    for (auto &[directory, assets] : directories)
+        uuidsOf[directory] = &assets;
+    _model.uuids([&](const AssetEntry &entry) {
+        if (const auto found = uuidsOf.find(entry.directory); found != uuidsOf.end())
+            found->second->push_back(entry.uuid);
+        return false;
+    });
+    return directories;
+}
+
+void LibraryActions::moveInto(const QString &folder, const QString &directory, const std::vector<std::string> &uuids,
+                              Batch &batch)
+{
+    if (QFileInfo(directory).path() == folder)
+        return;
+    const QUrl target = QUrl::fromLocalFile(folder);
+    kxUrlManager *manager = kxUrlManager::getUrlManager(target);
+    if (!manager || manager->containsItems(target, Undefined))
+        batch.failures.append(tr("\"%1\" is no folder for assets.").arg(nameOf(folder)));
+    else
+        perform(batch,
+                {directory, folder + '/' + manager->getUniqueDirectoryName(target, nameOf(directory)), uuids});
+}
+
+void LibraryActions::moveAssets(const QStringList &uuids, const QString &folder)
+{
+    Batch batch{tr("Move of %n asset(s)", nullptr, uuids.size()), uuids.size(), {}, {}};
+    for (const auto &[directory, assets] : directoriesOf(uuids))
+        moveInto(folder, directory, assets, batch);
+    finish(batch);
+}
+
+void LibraryActions::moveFolders(const QStringList &paths, const QString &folder)
+{
+    Batch batch{tr("Move of %n folder(s)", nullptr, paths.size()), paths.size(), {}, {}};
+    for (const QString &path : paths) {
+        if (AssetFilter::isIn(folder, path))
+            batch.failures.append(tr("\"%1\" cannot be moved into itself.").arg(nameOf(path)));
+        else if (QFileInfo(path).path() != folder && QFileInfo::exists(folder + '/' + nameOf(path)))
+            mergeFolder(path, folder, batch.failures);
+        else
+            moveInto(folder, path, assetsIn(path), batch);
+    }
+    finish(batch);
+}
+
+void LibraryActions::mergeFolder(const QString &path, const QString &folder, QStringList &failures)
+{
+    const std::vector<std::string> uuids = assetsIn(path);
+    const QUrl target = QUrl::fromLocalFile(folder);
+    const kxUrlManager *manager = kxUrlManager::getUrlManager(target);
+    QUrl result;
+    if (!manager || !manager->move(QUrl::fromLocalFile(path), target, result, false))
+        failures.append(tr("\"%1\" was not moved.").arg(nameOf(path)));
+    collect(folder + '/' + nameOf(path));
+    emit assetsChanged(uuids);
+    emit foldersChanged({QFileInfo(path).path(), folder});
+}
+
+void LibraryActions::trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch)
+{
+    const QString place = Trash(_folders.libraryOf(directory)).makePlaceFor(directory);
+    if (place.isEmpty())
+        batch.failures.append(
+            tr("\"%1\" could not be deleted. May the library be written?").arg(nameOf(directory)));
+    else
+        perform(batch, {directory, place, uuids});
+}
+
+void LibraryActions::trashAssets(const QStringList &uuids)
+{
+    Batch batch{tr("Deletion of %n asset(s)", nullptr, uuids.size()), uuids.size(), {}, {}};
+    for (const auto &[directory, assets] : directoriesOf(uuids))
+        trash(directory, assets, batch);
+    finish(batch);
+}
+
+void LibraryActions::trashFolder(const QString &path)
+{
+    const QString library = _folders.libraryOf(path);
+    if (library.isEmpty() || library == path)
+        return;
+    Batch batch{tr("Deletion of \"%1\"").arg(nameOf(path)), 1, {}, {}};
+    trash(path, assetsIn(path), batch);
+    finish(batch);
+}
+
+void LibraryActions::restore(const QString &trashed, const QString &origin)
+{
+    QDir().mkpath(origin);
+    kxUrlManager *manager = kxUrlManager::getUrlManager(QUrl::fromLocalFile(origin));
+    if (!manager)
+        return;
+    const QString name = manager->getUniqueDirectoryName(QUrl::fromLocalFile(origin), nameOf(trashed));
+    const Move move{trashed, origin + '/' + name, {}};
+    const QString reason = carryOut(move);
+    report(reason.isEmpty() ? QStringList() : QStringList(reason));
+}
+
+void LibraryActions::editTags(const QStringList &uuids, const QStringList &added, const QStringList &removed)
+{
+    std::vector<RetagCommand::Change> changes;
+    QStringList failures;
+    for (const QString &uuid : uuids) {
+        const AssetEntry *entry = _model.find(uuid.toStdString());
+        if (!entry)
+            continue;
+        const QStringList before = entry->tags;
+        QStringList after;
+        for (const QString &tag : before)
+            if (!removed.contains(tag))
+                after.append(tag);
+        for (const QString &tag : added)
+            if (!after.contains(tag))
+                after.append(tag);
+        if (after == before)
+            continue;
+        if (const QString reason = retag(uuid, after); !reason.isEmpty())
+            failures.append(reason);
+        else
+            changes.push_back({uuid, before, after});
+        emit progressed(static_cast<int>(changes.size()) + failures.size(), uuids.size(), tr("Tags"));
+    }
+    emit progressed(uuids.size(), uuids.size(), tr("Tags"));
+    if (!changes.empty())
+        _undo.push(std::make_unique<RetagCommand>(*this, std::move(changes)).release());
+    report(failures);
+}
+
+QString LibraryActions::retag(const QString &uuid, const QStringList &tags)
+{
+    kxAssetItem *item = itemOf(uuid);
+    if (!item)
+        return tr("An asset's tags were not changed: it is not in an open library any more.");
+    const QString name = QString::fromStdString(item->name());
+    if (!dynamic_cast<kxMaterialAssetItem *>(item))
+        return tr("\"%1\" has no tags: only materials have them.").arg(name);
+    kxAssetOperations::TagEdit edit;
+    edit.clears = true;
+    for (const QString &tag : tags)
+        edit.added.push_back(tag.toStdString());
+    const osg::Result<void> done = kxAssetOperations::retag(uuid.toStdString(), edit);
+    emit assetsChanged({uuid.toStdString()});
+    return done ? QString() : tr("The tags of \"%1\" could not be changed.").arg(name);
+}
+
+void LibraryActions::renderPreviews(const QStringList &uuids)
+{
+    QStringList failures;
+    for (int i = 0; i < uuids.size(); ++i) {
+        emit progressed(i, uuids.size(), tr("Rendering previews"));
+        if (!kxAssetOperations::renderPreview(uuids[i].toStdString()))
+            failures.append(tr("No new preview could be made of \"%1\".")
+                                .arg(itemOf(uuids[i]) ? QString::fromStdString(itemOf(uuids[i])->name()) : uuids[i]));
+        emit assetsChanged({uuids[i].toStdString()});
+    }
+    emit progressed(uuids.size(), uuids.size(), tr("Rendering previews"));
+    report(failures);
+}
+
+void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder)
+{
+    std::vector<std::string> saved;
+    QStringList failures;
+    for (const std::uint32_t id : ids) {
+        const osg::NodePtr node = kxNodeUtils::getNodeFromId(id);
+        if (!node)
+            continue;
+        const auto result = kxNodeSaving({}).save(node, {}, QUrl::fromLocalFile(folder));
+        if (result)
+            saved.push_back(result.value().uuid);
+        else
+            failures.append(
+                tr("\"%1\" was not saved: %2")
+                    .arg(QString::fromStdString(osg::getName(node)), QString::fromStdString(result.reason())));
+    }
+    emit foldersChanged({folder});
+    remember(saved, tr("Saving of %n object(s)", nullptr, static_cast<int>(saved.size())));
+    report(failures);
+}
+
+void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const QString &folder)
+{
+    std::vector<std::string> saved;
+    QStringList failures;
+    for (const std::uint32_t id : ids) {
+        const auto material = osg::MaterialPtr::dcast(osg::FieldContainerFactory::the().getContainer(id));
+        if (!material)
+            continue;
+        const QString name = QString::fromStdString(osg::getName(material));
+        kxMaterialAssetItem item;
+        item.initFrom(material, {}, false);
+        const std::string uuid = item.uuid();
+        if (item.save(QUrl::fromLocalFile(folder)))
+            saved.push_back(uuid);
+        else
+            failures.append(tr("The material \"%1\" could not be saved.").arg(name));
+    }
+    emit foldersChanged({folder});
+    remember(saved, tr("Saving of %n material(s)", nullptr, static_cast<int>(saved.size())));
+    report(failures);
+}
+
+void LibraryActions::remember(const std::vector<std::string> &uuids, const QString &text)
+{
+    emit assetsChanged(uuids);
+    std::vector<Move> moves;
+    for (const std::string &uuid : uuids) {
+        const AssetEntry *entry = _model.find(uuid);
+        const QString library = entry ? _folders.libraryOf(entry->directory) : QString();
+        if (library.isEmpty())
+            continue;
+        // The place in the trash is made when it is needed.
+        moves.push_back({QString(), entry->directory, {uuid}});
+    }
+    if (!moves.empty())
+        _undo.push(std::make_unique<MoveCommand>(*this, text, std::move(moves)).release());
+}

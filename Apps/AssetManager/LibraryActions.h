@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "AssetManager/AssetFilter.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+class AssetModel;
+class FolderModel;
+class QUndoStack;
+
+/// What a person does to libraries. Everything but emptying the trash can be undone. Main thread only.
+///
+/// A batch goes on when one of its assets fails, and reports all failures together at its end.
+class LibraryActions final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All have to live longer.
+    LibraryActions(AssetModel &model, FolderModel &folders, QUndoStack &undo, QObject *parent = nullptr);
+    ~LibraryActions() override;
+
+    void renameAsset(const QString &uuid, const QString &name);
+    void renameFolder(const QString &path, const QString &name);
+    /// Its path, "" when it cannot be made.
+    QString createFolder(const QString &parent);
+    void moveAssets(const QStringList &uuids, const QString &folder);
+    /// Asks whether to merge where the target has a folder of that name; a merge cannot be undone.
+    void moveFolders(const QStringList &paths, const QString &folder);
+    void trashAssets(const QStringList &uuids);
+    void trashFolder(const QString &path);
+    void restore(const QString &trashed, const QString &origin);
+    void editTags(const QStringList &uuids, const QStringList &added, const QStringList &removed);
+    void renderPreviews(const QStringList &uuids);
+
+    void saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder);
+    void saveMaterials(const std::vector<std::uint32_t> &ids, const QString &folder);
+    /// Lets undo move into the trash what an import or a save has made.
+    void remember(const std::vector<std::string> &uuids, const QString &text);
+
+    /// A directory that goes from one place to another, with the assets in it.
+    struct Move
+    {
+        QString from;
+        QString to;
+        std::vector<std::string> uuids;
+    };
+    /// "" or the reason why not.
+    QString carryOut(const Move &move);
+    /// Renames on the disk and in the registry; the answer says whether it worked.
+    QString rename(const QString &uuid, const QString &name);
+    QString retag(const QString &uuid, const QStringList &tags);
+    void report(const QStringList &failures);
+    /// The open library that holds the path, "" for none.
+    QString libraryOf(const QString &path) const;
+
+Q_SIGNALS:
+    void assetsChanged(const std::vector<std::string> &uuids);
+    /// What lies in these folders is not as it was.
+    void foldersChanged(const QStringList &paths);
+    /// Sentences for people.
+    void failed(const QStringList &messages);
+    /// \a done of \a total parts of something that takes time; equal when it has ended.
+    void progressed(int done, int total, const QString &what);
+
+private:
+    /// Moves that are one step for undo.
+    struct Batch
+    {
+        QString text;
+        int total = 1;
+        std::vector<Move> done;
+        QStringList failures;
+    };
+    void perform(Batch &batch, const Move &move);
+    void finish(Batch batch);
+    void moveInto(const QString &folder, const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
+    void trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
+    void mergeFolder(const QString &path, const QString &folder, QStringList &failures);
+    std::vector<std::string> assetsIn(const QString &path) const;
+    /// The directories of these assets, each once, with all assets in them.
+    std::vector<std::pair<QString, std::vector<std::string>>> directoriesOf(const QStringList &uuids) const;
+
+    AssetModel &_model;
+    FolderModel &_folders;
+    QUndoStack &_undo;
+};

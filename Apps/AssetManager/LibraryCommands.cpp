@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/LibraryCommands.h"
+
+#include "AssetManager/Trash.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <utility>
+
+namespace {
+
+QString trashPlaceFor(LibraryActions &actions, const QString &path)
+{
+    const QString library = actions.libraryOf(path);
+    return library.isEmpty() ? QString() : Trash(library).makePlaceFor(path);
+}
+
+} // namespace
+
+MoveCommand::MoveCommand(LibraryActions &actions, const QString &text, std::vector<LibraryActions::Move> moves)
+    : QUndoCommand(text), _actions(actions), _moves(std::move(moves))
+{}
+
+void MoveCommand::undo()
+{
+    QStringList failures;
+    for (auto move = _moves.rbegin(); move != _moves.rend(); ++move) {
+        if (move->from.isEmpty())
+            move->from = trashPlaceFor(_actions, move->to);
+        const QString reason = move->from.isEmpty()
+                                   ? LibraryActions::tr("\"%1\" could not be deleted. May the library be written?")
+                                         .arg(QFileInfo(move->to).fileName())
+                                   : _actions.carryOut({move->to, move->from, move->uuids});
+        if (!reason.isEmpty())
+            failures.append(reason);
+    }
+    _actions.report(failures);
+}
+
+void MoveCommand::redo()
+{
+    if (std::exchange(_isDone, false))
+        return;
+    QStringList failures;
+    for (const LibraryActions::Move &move : _moves)
+        if (const QString reason = _actions.carryOut(move); !reason.isEmpty())
+            failures.append(reason);
+    _actions.report(failures);
+}
+
+RenameCommand::RenameCommand(LibraryActions &actions, const QString &uuid, const QString &former, const QString &name)
+    : QUndoCommand(LibraryActions::tr("Rename of \"%1\"").arg(former)),
+      _actions(actions),
+      _uuid(uuid),
+      _former(former),
+      _name(name)
+{}
+
+void RenameCommand::undo()
+{
+    if (const QString reason = _actions.rename(_uuid, _former); !reason.isEmpty())
+        _actions.report({reason});
+}
+
+void RenameCommand::redo()
+{
+    if (std::exchange(_isDone, false))
+        return;
+    if (const QString reason = _actions.rename(_uuid, _name); !reason.isEmpty())
+        _actions.report({reason});
+}
+
+RetagCommand::RetagCommand(LibraryActions &actions, std::vector<Change> changes)
+    : QUndoCommand(LibraryActions::tr("Tags of %n asset(s)", nullptr, static_cast<int>(changes.size()))),
+      _actions(actions),
+      _changes(std::move(changes))
+{}
+
+void RetagCommand::apply(QStringList Change::*tags)
+{
+    QStringList failures;
+    for (const Change &change : _changes)
+        if (const QString reason = _actions.retag(change.uuid, change.*tags); !reason.isEmpty())
+            failures.append(reason);
+    _actions.report(failures);
+}
+
+void RetagCommand::undo()
+{
+    apply(&Change::before);
+}
+
+void RetagCommand::redo()
+{
+    if (!std::exchange(_isDone, false))
+        apply(&Change::after);
+}

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "AssetManager/LibraryActions.h"
+
+#include <QUndoCommand>
+
+/// Directories that were brought to other places; in the trash, too. It is made when that is done already.
+class MoveCommand final : public QUndoCommand
+{
+public:
+    /// A move without a beginning made something: undoing puts that into the trash.
+    MoveCommand(LibraryActions &actions, const QString &text, std::vector<LibraryActions::Move> moves);
+
+    void undo() override;
+    void redo() override;
+
+private:
+    LibraryActions &_actions;
+    std::vector<LibraryActions::Move> _moves;
+    bool _isDone = true;
+};
+
+/// An asset that got another name.
+class RenameCommand final : public QUndoCommand
+{
+public:
+    RenameCommand(LibraryActions &actions, const QString &uuid, const QString &former, const QString &name);
+
+    void undo() override;
+    void redo() override;
+
+private:
+    LibraryActions &_actions;
+    QString _uuid;
+    QString _former;
+    QString _name;
+    bool _isDone = true;
+};
+
+/// Tags of several assets.
+class RetagCommand final : public QUndoCommand
+{
+public:
+    struct Change
+    {
+        QString uuid;
+        QStringList before;
+        QStringList after;
+    };
+
+    RetagCommand(LibraryActions &actions, std::vector<Change> changes);
+
+    void undo() override;
+    void redo() override;
+
+private:
+    void apply(QStringList Change::*tags);
+
+    LibraryActions &_actions;
+    std::vector<Change> _changes;
+    bool _isDone = true;
+};

@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/LibraryScan.h"
+
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxUrlManager.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QUrl>
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+constexpr qint64 SliceTime = 8;      // milliseconds: half of a screen's refresh
+constexpr qint64 AnnounceTime = 150; // milliseconds: often enough to look alive, and lists are merged seldom
+
+qint64 now()
+{
+    return QDateTime::currentMSecsSinceEpoch();
+}
+
+kxUrlManager *managerOf(const QString &path)
+{
+    return kxUrlManager::getUrlManager(QUrl::fromLocalFile(path));
+}
+
+qint64 modificationTime(const QString &directory)
+{
+    return QFileInfo(directory).lastModified().toMSecsSinceEpoch();
+}
+
+} // namespace
+
+LibraryScan::LibraryScan(QObject *parent) : QObject(parent)
+{
+    _timer.setInterval(0);
+    connect(&_timer, &QTimer::timeout, this, &LibraryScan::work);
+}
+
+LibraryScan::~LibraryScan() = default;
+
+void LibraryScan::start()
+{
+    if (_timer.isActive())
+        return;
+    _assetCount = 0;
+    _announcedAt = now();
+    _timer.start();
+    emit started();
+}
+
+void LibraryScan::add(const QString &folder)
+{
+    _waiting.append(folder);
+    start();
+}
+
+void LibraryScan::refresh(const QString &folder)
+{
+    Folder changed;
+    changed.path = folder;
+    changed.onlyChanges = true;
+    _open.push_back(changed);
+    start();
+}
+
+void LibraryScan::cancel()
+{
+    if (!_timer.isActive())
+        return;
+    _timer.stop();
+    _open.clear();
+    _waiting.clear();
+    announce();
+    emit finished(true);
+}
+
+void LibraryScan::forget(const QString &folder)
+{
+    const QString beginning = folder + '/';
+    for (auto known = _known.lowerBound(beginning); known != _known.end() && known.key().startsWith(beginning);)
+        known = _known.erase(known);
+}
+
+void LibraryScan::work()
+{
+    QElapsedTimer slice;
+    slice.start();
+    while (_timer.isActive() && slice.elapsed() < SliceTime && (!_open.empty() || !_waiting.isEmpty()))
+        step();
+    if (!_timer.isActive())
+        return; // somebody who heard of something cancelled
+    const bool isDone = _open.empty() && _waiting.isEmpty();
+    if (isDone || now() - _announcedAt >= AnnounceTime)
+        announce();
+    if (isDone && _timer.isActive()) {
+        _timer.stop();
+        emit finished(false);
+    }
+}
+
+void LibraryScan::step()
+{
+    if (_open.empty()) {
+        Folder next;
+        next.path = _waiting.takeFirst();
+        _open.push_back(next);
+    }
+    Folder &folder = _open.back();
+    if (!folder.isListed)
+        list(folder);
+    else if (!folder.left.isEmpty())
+        readDirectory(folder.left.takeLast());
+    else
+        leave();
+}
+
+void LibraryScan::list(Folder &folder)
+{
+    folder.isListed = true;
+    const QFileInfo info(folder.path);
+    kxUrlManager *manager = managerOf(folder.path);
+    if (!manager || !info.isDir())
+        emit folderFailed(folder.path, tr("The folder \"%1\" is not there. Is its drive connected?").arg(folder.path));
+    else if (!info.isReadable() || !info.isExecutable())
+        emit folderFailed(folder.path, tr("The folder \"%1\" may not be read by you.").arg(folder.path));
+    if (!manager)
+        return;
+    for (const QUrl &directory : manager->subDirectories(QUrl::fromLocalFile(folder.path)))
+        folder.left.prepend(directory.toLocalFile());
+}
+
+void LibraryScan::readDirectory(const QString &directory)
+{
+    Folder &folder = _open.back();
+    if (folder.onlyChanges && isUnchanged(directory)) {
+        folder.assets.insert(directory);
+        return;
+    }
+    const qint64 modified = modificationTime(directory);
+    std::set<kxAssetItem *> items;
+    managerOf(directory)->collectItems(QUrl::fromLocalFile(directory), Undefined, items, nullptr, true);
+    Known read{modified, {}};
+    for (kxAssetItem *item : items)
+        read.uuids.push_back(item->uuid());
+    _changed.insert(_changed.end(), read.uuids.begin(), read.uuids.end());
+    _assetCount += static_cast<int>(items.size());
+    if (!items.empty()) {
+        folder.assets.insert(directory);
+        _known.insert(directory, read);
+        return;
+    }
+    folder.plain.append(directory);
+    Folder below;
+    below.path = directory;
+    below.onlyChanges = folder.onlyChanges;
+    _open.push_back(below); // what was referred to as the open folder is not valid any more
+}
+
+void LibraryScan::leave()
+{
+    const Folder folder = _open.back();
+    _open.pop_back();
+    removeGone(folder);
+    emit folderRead(folder.path, folder.plain);
+}
+
+bool LibraryScan::isUnchanged(const QString &directory) const
+{
+    const auto known = _known.find(directory);
+    return known != _known.end() && known->modified == modificationTime(directory);
+}
+
+/// Takes the assets out of the registry that lay in the folder, or in folders in it that are not there any more.
+void LibraryScan::removeGone(const Folder &folder)
+{
+    if (!folder.onlyChanges)
+        return;
+    const QSet<QString> plain(folder.plain.begin(), folder.plain.end());
+    const QString beginning = folder.path + '/';
+    auto known = _known.lowerBound(beginning);
+    while (known != _known.end() && known.key().startsWith(beginning)) {
+        const QString child = known.key().section('/', 0, beginning.count('/'));
+        if (plain.contains(child) || folder.assets.contains(child)) {
+            ++known;
+            continue;
+        }
+        for (const std::string &uuid : known->uuids) {
+            kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+            if (!item || item->directoryUrl().toLocalFile() != known.key())
+                continue; // it was moved, and is known where it is now
+            kxAssetItemFactory::the().deleteItem(uuid);
+            _changed.push_back(uuid);
+        }
+        known = _known.erase(known);
+    }
+}
+
+void LibraryScan::announce()
+{
+    _announcedAt = now();
+    const std::vector<std::string> changed = std::move(_changed);
+    _changed.clear();
+    if (!changed.empty())
+        emit assetsChanged(changed);
+    emit progressed(_assetCount, _open.empty() ? QString() : _open.back().path);
+}

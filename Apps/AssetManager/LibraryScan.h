@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QMap>
+#include <QObject>
+#include <QSet>
+#include <QStringList>
+#include <QTimer>
+
+#include <string>
+#include <vector>
+
+/// Reads libraries a little at a time, so that the window stays alive meanwhile. Main thread only.
+///
+/// What is found is in the registry when it is announced. Folders are read in the order of their names, and each is
+/// announced before what it holds.
+class LibraryScan final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LibraryScan(QObject *parent = nullptr);
+    ~LibraryScan() override;
+
+    /// Reads the folder and all below, after what is being read already.
+    void add(const QString &folder);
+    /// The same, before anything else, and only what looks changed: assets that came, went, or were written since.
+    void refresh(const QString &folder);
+    /// Ends with what was found so far.
+    void cancel();
+
+    /// Forgets what was read below the folder; the registry is not touched.
+    void forget(const QString &folder);
+
+    bool isRunning() const { return _timer.isActive(); }
+    int assetCount() const { return _assetCount; }
+
+Q_SIGNALS:
+    void started();
+    /// The folder has exactly these folders that hold no asset of their own; announced for each folder that was read.
+    void folderRead(const QString &folder, const QStringList &subFolders);
+    /// New, read again, or gone from the registry.
+    void assetsChanged(const std::vector<std::string> &uuids);
+    /// A folder that cannot be read, with the reason in a sentence.
+    void folderFailed(const QString &folder, const QString &reason);
+    void progressed(int assetCount, const QString &folder);
+    void finished(bool wasCancelled);
+
+private:
+    struct Folder
+    {
+        QString path;
+        QStringList left; ///< sub-directories that are still to be read, the next one last
+        QStringList plain;
+        QSet<QString> assets; ///< directories
+        bool isListed = false;
+        bool onlyChanges = false;
+    };
+
+    /// An asset directory as it was when it was read.
+    struct Known
+    {
+        qint64 modified = 0;
+        std::vector<std::string> uuids;
+    };
+
+    void work();
+    void step();
+    void list(Folder &folder);
+    void readDirectory(const QString &directory);
+    void leave();
+    bool isUnchanged(const QString &directory) const;
+    void removeGone(const Folder &folder);
+    void announce();
+    void start();
+
+    QTimer _timer;
+    QMap<QString, Known> _known; ///< by path
+    std::vector<Folder> _open; ///< from the top down to that which is being read
+    QStringList _waiting;
+    std::vector<std::string> _changed;
+    qint64 _announcedAt = 0;
+    int _assetCount = 0;
+};

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/LibrarySide.h"
+
+#include "AssetManager/Settings.h"
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <set>
+
+LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
+    : QObject(parent), _assets(&_states), _actions(_assets, _folders, undo)
+{
+    _assets.setFavourites(Settings::favourites());
+    _assets.setRecent(Settings::recent());
+    connect(&_scan, &LibraryScan::assetsChanged, this, &LibrarySide::refreshAssets);
+    connect(&_scan, &LibraryScan::folderRead, this, [this](const QString &folder, const QStringList &subFolders) {
+        _folders.setSubFolders(folder, subFolders);
+        _watcher.watch(folder);
+    });
+    connect(&_scan, &LibraryScan::folderFailed, this, [this](const QString &folder, const QString &reason) {
+        if (_folders.libraryOf(folder) == folder)
+            _folders.setProblem(folder, reason);
+        emit failed({reason});
+    });
+    connect(&_watcher, &LibraryWatcher::changed, this, [this](const QString &folder) {
+        if (QFileInfo(folder).isDir())
+            _scan.refresh(folder);
+        else if (const QString library = _folders.libraryOf(folder); !library.isEmpty() && library != folder)
+            _scan.refresh(library);
+    });
+    connect(&_actions, &LibraryActions::assetsChanged, this, &LibrarySide::refreshAssets);
+    connect(&_actions, &LibraryActions::foldersChanged, this, [this](const QStringList &paths) {
+        for (const QString &path : paths)
+            if (!_folders.libraryOf(path).isEmpty() && QFileInfo(path).isDir())
+                _scan.refresh(path);
+    });
+    connect(&_actions, &LibraryActions::failed, this, &LibrarySide::failed);
+    connect(&_previews, &PreviewCache::brokenFound, this, [this](const QString &uuid, bool isBroken) {
+        const AssetEntry *entry = _assets.find(uuid.toStdString());
+        const bool needsPayload = entry && entry->category != Material; // composites are made of others
+        _states.setBroken(uuid.toStdString(),
+                          isBroken && needsPayload ? tr("Its file is missing: it cannot be loaded.") : QString());
+    });
+}
+
+LibrarySide::~LibrarySide() = default;
+
+void LibrarySide::refreshAssets(const std::vector<std::string> &uuids)
+{
+    for (const std::string &uuid : uuids)
+        _previews.forget(QString::fromStdString(uuid));
+    _assets.refresh(uuids);
+    _states.updateSoon();
+    emit assetsChanged();
+}
+
+QString LibrarySide::open(const QString &path)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    const QString library = canonical.isEmpty() ? QDir::cleanPath(QFileInfo(path).absoluteFilePath()) : canonical;
+    for (const QString &other : _folders.libraries()) {
+        if (other == library)
+            return {};
+        if (AssetFilter::isIn(library, other) || AssetFilter::isIn(other, library))
+            return tr("\"%1\" and the open library \"%2\" lie in each other.").arg(library, other);
+    }
+    _folders.addLibrary(library);
+    _scan.add(library);
+    emit librariesChanged(_folders.libraries());
+    return {};
+}
+
+void LibrarySide::close(const QString &path)
+{
+    const std::vector<std::string> uuids =
+        _assets.uuids([&](const AssetEntry &entry) { return AssetFilter::isIn(entry.directory, path); });
+    _scan.forget(path);
+    _watcher.forget(path);
+    for (const std::string &uuid : uuids)
+        kxAssetItemFactory::the().deleteItem(uuid);
+    refreshAssets(uuids);
+    _folders.removeLibrary(path);
+    emit librariesChanged(_folders.libraries());
+}
+
+void LibrarySide::refresh()
+{
+    for (const QString &library : _folders.libraries()) {
+        if (QFileInfo(library).isDir())
+            _folders.setProblem(library, {});
+        _scan.refresh(library);
+    }
+}
+
+void LibrarySide::setFavourite(const QStringList &uuids, bool isFavourite)
+{
+    QStringList favourites = Settings::favourites();
+    for (const QString &uuid : uuids) {
+        favourites.removeAll(uuid);
+        if (isFavourite)
+            favourites.append(uuid);
+    }
+    Settings::setFavourites(favourites);
+    _assets.setFavourites(favourites);
+    emit assetsChanged();
+}
+
+void LibrarySide::markUsed(const QStringList &uuids)
+{
+    Settings::addRecent(uuids);
+    _assets.setRecent(Settings::recent());
+}

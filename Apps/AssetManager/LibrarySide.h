@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "AssetManager/AssetModel.h"
+#include "AssetManager/AssetStates.h"
+#include "AssetManager/FolderModel.h"
+#include "AssetManager/LibraryActions.h"
+#include "AssetManager/LibraryScan.h"
+#include "AssetManager/LibraryWatcher.h"
+#include "AssetManager/PreviewCache.h"
+
+#include <QObject>
+
+class QUndoStack;
+
+/// The open libraries with everything that keeps what is shown of them up to date. Main thread only.
+class LibrarySide final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LibrarySide(QUndoStack &undo, QObject *parent = nullptr);
+    ~LibrarySide() override;
+
+    AssetModel &assets() { return _assets; }
+    AssetStates &states() { return _states; }
+    FolderModel &folders() { return _folders; }
+    LibraryActions &actions() { return _actions; }
+    LibraryScan &scan() { return _scan; }
+    PreviewCache &previews() { return _previews; }
+
+    /// Reads the library in the background; its folder need not be there now. "" or why it cannot be opened.
+    QString open(const QString &path);
+    /// Forgets the library; its files stay.
+    void close(const QString &path);
+    /// Looks for what changed since it was read.
+    void refresh();
+
+    void setFavourite(const QStringList &uuids, bool isFavourite);
+    void markUsed(const QStringList &uuids);
+
+Q_SIGNALS:
+    /// Sentences for people.
+    void failed(const QStringList &messages);
+    void librariesChanged(const QStringList &paths);
+    /// What is known of these assets is new, or they are gone.
+    void assetsChanged();
+
+private:
+    void refreshAssets(const std::vector<std::string> &uuids);
+
+    AssetStates _states;
+    AssetModel _assets;
+    FolderModel _folders;
+    PreviewCache _previews;
+    LibraryScan _scan;
+    LibraryWatcher _watcher;
+    LibraryActions _actions;
+};

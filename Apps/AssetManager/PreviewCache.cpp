@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/PreviewCache.h"
+
+#include "Assets/kxUrlManager.h"
+#include "SceneGraph/ExternalThread.h"
+
+#include <QDir>
+#include <QFutureWatcher>
+#include <QImage>
+#include <QtConcurrent>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int MaxUnderWay = 4; // few, so that what is scrolled to is not behind what was
+
+bool hasPayload(const QString &directory)
+{
+    const QFileInfoList files = QDir(directory).entryInfoList({QStringLiteral("*.osb")}, QDir::Files);
+    return std::any_of(files.begin(), files.end(), [](const QFileInfo &file) { return file.size() > 0; });
+}
+
+} // namespace
+
+struct PreviewCache::Result
+{
+    QString uuid;
+    QImage image;
+    bool hasPayload = false;
+};
+
+PreviewCache::PreviewCache(int capacity, QObject *parent) : QObject(parent), _pixmaps(capacity)
+{
+    _pool.setMaxThreadCount(std::max(1, QThread::idealThreadCount() - 1));
+}
+
+PreviewCache::~PreviewCache()
+{
+    _queue.clear();
+    _pool.waitForDone();
+}
+
+QPixmap PreviewCache::find(const QString &uuid) const
+{
+    const QPixmap *found = _pixmaps.object(uuid);
+    return found ? *found : QPixmap();
+}
+
+void PreviewCache::want(const std::vector<Wanted> &wanted)
+{
+    _queue.clear();
+    for (auto next = wanted.rbegin(); next != wanted.rend(); ++next)
+        if (!_pixmaps.contains(next->uuid) && !_missing.contains(next->uuid) && !_underWay.contains(next->uuid))
+            _queue.push_back(*next);
+    loadNext();
+}
+
+void PreviewCache::forget(const QString &uuid)
+{
+    _pixmaps.remove(uuid);
+    _missing.remove(uuid);
+}
+
+void PreviewCache::loadNext()
+{
+    while (!_queue.empty() && _underWay.size() < MaxUnderWay) {
+        const Wanted next = _queue.back();
+        _queue.pop_back();
+        _underWay.insert(next.uuid, true);
+        auto *watcher = new QFutureWatcher<Result>(this);
+        connect(watcher, &QFutureWatcher<Result>::finished, this, [this, watcher] {
+            watcher->deleteLater();
+            receive(watcher->result());
+        });
+        watcher->setFuture(QtConcurrent::run(&_pool, &PreviewCache::load, next));
+    }
+}
+
+/// On a worker.
+PreviewCache::Result PreviewCache::load(const Wanted &wanted)
+{
+    Result result{wanted.uuid, {}, hasPayload(wanted.directory)};
+    const QUrl url = QUrl::fromLocalFile(wanted.directory);
+    if (const kxUrlManager *manager = kxUrlManager::getUrlManager(url)) {
+        const osg::KnownThread known;
+        manager->loadImageFromDir(url, &result.image);
+    }
+    if (result.image.width() > Size || result.image.height() > Size)
+        result.image = result.image.scaled(Size, Size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    return result;
+}
+
+void PreviewCache::receive(const Result &result)
+{
+    _underWay.remove(result.uuid);
+    ++_loadedCount;
+    if (result.image.isNull()) {
+        _missing.insert(result.uuid, true);
+    } else {
+        auto *pixmap = new QPixmap(QPixmap::fromImage(result.image));
+        _pixmaps.insert(result.uuid, pixmap, std::max(1, pixmap->width() * pixmap->height() * 4 / 1024));
+    }
+    emit brokenFound(result.uuid, !result.hasPayload);
+    emit loaded(result.uuid);
+    loadNext();
+}

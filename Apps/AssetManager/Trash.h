@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+#include <vector>
+
+/// What was deleted from a library, in a hidden folder of the library itself: nothing is lost, and nothing has to be copied.
+class Trash
+{
+public:
+    struct Entry
+    {
+        QString path;   ///< of what was deleted, where it is now
+        QString origin; ///< the folder that it was in
+        QDateTime deleted;
+    };
+
+    explicit Trash(const QString &library) : _library(library) {}
+
+    /// A new place for what lies at \a path, whose folder is made; it remembers where that was. "" when that fails.
+    QString makePlaceFor(const QString &path) const;
+    /// The latest first.
+    std::vector<Entry> entries() const;
+    /// Removes everything for good. False when something is left.
+    bool empty() const;
+
+    /// Whether the path is in some library's trash.
+    static bool isTrash(const QString &path);
+
+private:
+    QString folder() const;
+
+    QString _library;
+};

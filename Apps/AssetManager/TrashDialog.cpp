@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/TrashDialog.h"
+
+#include "AssetManager/LibraryActions.h"
+#include "AssetManager/Trash.h"
+#include "Kernel/kxModalQuestion.h"
+
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QLocale>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+enum Role { PathRole = Qt::UserRole, OriginRole };
+
+} // namespace
+
+TrashDialog::TrashDialog(LibraryActions &actions, const QStringList &libraries, QWidget *parent)
+    : QDialog(parent), _actions(actions), _libraries(libraries)
+{
+    setObjectName(QStringLiteral("trashDialog"));
+    setWindowTitle(tr("Deleted assets and folders"));
+    resize(640, 360);
+    _list = new QTreeWidget(this);
+    _list->setObjectName(QStringLiteral("deleted"));
+    _list->setAccessibleName(windowTitle());
+    _list->setHeaderLabels({tr("Name"), tr("Was in"), tr("Deleted on")});
+    _list->setRootIsDecorated(false);
+    _list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    _restore = buttons->addButton(tr("Put &back"), QDialogButtonBox::ActionRole);
+    _restore->setObjectName(QStringLiteral("restore"));
+    _empty = buttons->addButton(tr("&Remove everything for good..."), QDialogButtonBox::DestructiveRole);
+    _empty->setObjectName(QStringLiteral("empty"));
+    connect(_restore, &QPushButton::clicked, this, &TrashDialog::restore);
+    connect(_empty, &QPushButton::clicked, this, [this] {
+        if (empty(_libraries, this))
+            fill();
+    });
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(_list);
+    layout->addWidget(buttons);
+    fill();
+}
+
+void TrashDialog::fill()
+{
+    _list->clear();
+    for (const QString &library : _libraries)
+        for (const Trash::Entry &entry : Trash(library).entries()) {
+            auto *item = new QTreeWidgetItem(_list);
+            item->setText(0, QFileInfo(entry.path).fileName());
+            item->setText(1, entry.origin);
+            item->setText(2, QLocale().toString(entry.deleted, QLocale::ShortFormat));
+            item->setData(0, PathRole, entry.path);
+            item->setData(0, OriginRole, entry.origin);
+        }
+    for (int column = 0; column < 3; ++column)
+        _list->resizeColumnToContents(column);
+    _restore->setEnabled(_list->topLevelItemCount() > 0);
+    _empty->setEnabled(_list->topLevelItemCount() > 0);
+}
+
+void TrashDialog::restore()
+{
+    for (const QTreeWidgetItem *item : _list->selectedItems())
+        _actions.restore(item->data(0, PathRole).toString(), item->data(0, OriginRole).toString());
+    fill();
+}
+
+bool TrashDialog::empty(const QStringList &libraries, QWidget *parent)
+{
+    int count = 0;
+    for (const QString &library : libraries)
+        count += static_cast<int>(Trash(library).entries().size());
+    if (count == 0)
+        return false;
+    const auto answer = kxModalQuestion::warning(
+        parent, tr("Asset Manager"),
+        tr("%n deleted asset(s) and folder(s) will be removed from the disk for good.\nThis cannot be undone.", nullptr,
+           count),
+        QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+    if (answer != QMessageBox::Ok)
+        return false;
+    bool isEmpty = true;
+    for (const QString &library : libraries)
+        isEmpty = Trash(library).empty() && isEmpty;
+    if (!isEmpty)
+        kxModalQuestion::warning(parent, tr("Asset Manager"),
+                                 tr("Not everything could be removed. May the library be written?"));
+    return true;
+}
