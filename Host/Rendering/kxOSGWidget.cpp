@@ -69,4 +69,11 @@ void kxOSGWidget::setRenderRoots(const std::vector<osg::NodePtr> &roots)
     for (const osg::NodePtr &node : roots)
         if (node)
             _renderRoots.push_back(node.getFieldContainerId());
+    renderRootsChanged();
+}
+
+void kxOSGWidget::setIsolateViewOverlayVisible(bool visible)
+{
+    _isIsolateViewOverlayVisible = visible;
+    overlayChanged();
 }

@@ -30,7 +30,7 @@ public:
 
     /// Whether the view may show that it shows a part of the scene only.
     bool isIsolateViewOverlayVisible() const { return _isIsolateViewOverlayVisible; }
-    void setIsolateViewOverlayVisible(bool visible) { _isIsolateViewOverlayVisible = visible; }
+    void setIsolateViewOverlayVisible(bool visible);
 
     kxOSGWidget(const kxOSGWidget &) = delete;
     kxOSGWidget &operator=(const kxOSGWidget &) = delete;
@@ -44,6 +44,10 @@ protected:
     virtual void cancelRefinement() = 0;
 
 private:
+    /// Called after other render roots, or another visibility of the overlay, were set. Does nothing by default.
+    virtual void renderRootsChanged() {}
+    virtual void overlayChanged() {}
+
     std::vector<std::uint32_t> _renderRoots;
     bool _isIsolateViewOverlayVisible = true;
 };

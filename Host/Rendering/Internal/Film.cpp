@@ -3,6 +3,8 @@
 
 #include "SceneGraph/EditCP.h"
 
+#include <algorithm>
+
 namespace kxRender {
 
 namespace {
@@ -72,6 +74,13 @@ float Film::alpha(int x, int y) const
     return pixel.count > 0 ? pixel.alpha / static_cast<float>(pixel.count) : 0.0F;
 }
 
+std::array<std::uint8_t, 4> Film::developed(int x, int y, float exposure) const
+{
+    const float a = alpha(x, y);
+    const V3 shown = a > 0.0F ? toneMapped(color(x, y) * (exposure / a)) : V3{};
+    return {toByte(shown.x), toByte(shown.y), toByte(shown.z), toByte(a)};
+}
+
 osg::ImagePtr Film::develop(float exposure) const
 {
     osg::FCRef<osg::Image> image(osg::Image::create());
@@ -80,14 +89,8 @@ osg::ImagePtr Film::develop(float exposure) const
         return nullptr;
     std::uint8_t *bytes = image->editPixels().data();
     for (int y = 0; y < _height; ++y)
-        for (int x = 0; x < _width; ++x, bytes += 4) {
-            const float a = alpha(x, y);
-            const V3 shown = a > 0.0F ? toneMapped(color(x, y) * (exposure / a)) : V3{};
-            bytes[0] = toByte(shown.x);
-            bytes[1] = toByte(shown.y);
-            bytes[2] = toByte(shown.z);
-            bytes[3] = toByte(a);
-        }
+        for (int x = 0; x < _width; ++x)
+            bytes = std::ranges::copy(developed(x, y, exposure), bytes).out;
     return image.take();
 }
 

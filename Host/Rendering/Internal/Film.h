@@ -4,6 +4,7 @@
 #include "Rendering/Internal/Vector.h"
 #include "SceneGraph/Image.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -24,6 +25,8 @@ public:
     float alpha(int x, int y) const;
     int samples(int x, int y) const { return static_cast<int>(at(x, y).count); }
 
+    /// Red, green, blue and alpha of a pixel for the screen.
+    std::array<std::uint8_t, 4> developed(int x, int y, float exposure) const;
     /// An 8-bit RGBA picture for the screen. The caller owns one reference.
     osg::ImagePtr develop(float exposure) const;
 

@@ -16,23 +16,28 @@ constexpr int TileSize = 16;
 
 } // namespace
 
+CameraRays::CameraRays(const Camera &camera, float width, float height)
+    : _origin(camera.from), _forward(normalize(camera.at - camera.from)), _right(normalize(cross(_forward, camera.up))),
+      _up(cross(_right, _forward)), _scale(std::tan(camera.fieldOfView / 2.0F)), _width(width), _height(height)
+{}
+
+V3 CameraRays::direction(float x, float y) const
+{
+    const float px = (2.0F * x - _width) / _height * _scale;
+    const float py = (2.0F * y - _height) / _height * _scale;
+    return normalize(_forward + _right * px + _up * py);
+}
+
 bool PathTracer::render(const Camera &camera, Film &film, int samples, const std::function<bool()> &isCancelled) const
 {
-    const V3 forward = normalize(camera.at - camera.from);
-    const V3 right = normalize(cross(forward, camera.up));
-    const V3 up = cross(right, forward);
-    const float scale = std::tan(camera.fieldOfView / 2.0F);
-    const auto width = static_cast<float>(film.width());
-    const auto height = static_cast<float>(film.height());
+    const CameraRays rays(camera, static_cast<float>(film.width()), static_cast<float>(film.height()));
     std::atomic<bool> isStopped = false;
 
     const auto start = [&](PathWave::Path &path, int x, int y, int sample) {
         path.sampler = Sampler(static_cast<std::uint32_t>(y * film.width() + x), static_cast<std::uint32_t>(sample));
         const auto [jx, jy] = path.sampler.next2D();
-        const float px = (2.0F * (static_cast<float>(x) + jx) - width) / height * scale;
-        const float py = (2.0F * (static_cast<float>(y) + jy) - height) / height * scale;
-        path.origin = camera.from;
-        path.direction = normalize(forward + right * px + up * py);
+        path.origin = rays.origin();
+        path.direction = rays.direction(static_cast<float>(x) + jx, static_cast<float>(y) + jy);
         path.x = x;
         path.y = y;
     };

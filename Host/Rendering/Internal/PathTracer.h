@@ -17,6 +17,26 @@ struct Camera
     float fieldOfView = 0.5F;
 };
 
+/// The rays from a camera through the pixels of a picture.
+class CameraRays
+{
+public:
+    CameraRays(const Camera &camera, float width, float height);
+
+    V3 origin() const { return _origin; }
+    /// Unit; \a x and \a y in pixels, from the lower left corner.
+    V3 direction(float x, float y) const;
+
+private:
+    V3 _origin;
+    V3 _forward;
+    V3 _right;
+    V3 _up;
+    float _scale;
+    float _width;
+    float _height;
+};
+
 /// Takes a picture of a scene.
 ///
 /// Pixels do not depend on each other, and each is the sum of its samples in their order: the picture is the same for any

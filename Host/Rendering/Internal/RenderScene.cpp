@@ -143,6 +143,7 @@ Hit RenderScene::hitOf(std::uint32_t meshIndex, std::uint32_t triangle, float b1
     Hit hit{};
     hit.layers = &mesh.layers;
     hit.lightGroup = mesh.lightGroup;
+    hit.node = mesh.node;
     hit.position = p0 + e1 * b1 + e2 * b2;
     hit.geometricNormal = normalize(cross(e1, e2));
     hit.normal =
@@ -178,6 +179,19 @@ Hit RenderScene::hitOf(std::uint32_t meshIndex, std::uint32_t triangle, float b1
         hit.bitangent = (e2 * du1 - e1 * du2) / determinant;
     }
     return hit;
+}
+
+std::uint32_t RenderScene::nodeAlong(V3 origin, V3 direction) const
+{
+    for (int i = 0; i < MaxCutOuts; ++i) {
+        const std::optional<Hit> hit = intersect(origin, direction);
+        if (!hit)
+            return 0;
+        if (_surfaces.opacityAt(*hit->layers, hit->u, hit->v) >= 0.5F)
+            return hit->node;
+        origin = hit->position + direction * (RelativeOffset * (1.0F + length(hit->position)));
+    }
+    return 0;
 }
 
 void RenderScene::transmittance(const RayPacket &rays, std::array<float, RayPacket::Size> &shares) const

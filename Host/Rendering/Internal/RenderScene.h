@@ -27,6 +27,7 @@ struct Mesh
     SurfaceLibrary::Layers layers;
     bool needsTangents = false;   ///< of its layers
     std::uint32_t lightGroup = 0; ///< what lights it, besides the environment; 0: all lights
+    std::uint32_t node = 0;       ///< the id of the node that it stands for; 0: none
 };
 
 /// What a ray met.
@@ -41,6 +42,7 @@ struct Hit
     float v;
     const SurfaceLibrary::Layers *layers;
     std::uint32_t lightGroup;
+    std::uint32_t node;
 };
 
 /// Rays that are traced together.
@@ -89,6 +91,8 @@ public:
                                  float rayLength = std::numeric_limits<float>::infinity()) const;
     /// The same for the packet's rays; what lanes that are not in use are given stays as it was.
     void intersect(const RayPacket &rays, std::array<std::optional<Hit>, RayPacket::Size> &hits) const;
+    /// The node of the first surface along a ray that hides more than it lets through; 0 where there is none.
+    std::uint32_t nodeAlong(V3 origin, V3 direction) const;
     /// The share of light that comes through along each ray: surfaces stop what they do not cut out.
     void transmittance(const RayPacket &rays, std::array<float, RayPacket::Size> &shares) const;
 

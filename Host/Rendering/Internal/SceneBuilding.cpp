@@ -104,6 +104,7 @@ void addGeometry(RenderScene &scene, Lighting &lighting, const osg::GeometryPtr 
     if (!material)
         material = original->getMaterial() ? original->getMaterial() : visit.inherited;
     mesh.layers = scene.surfaces().add(material);
+    mesh.node = visit.node.getFieldContainerId();
     mesh.lightGroup = lightGroupAt(scene, lighting, visit.place);
     scene.addMesh(std::move(mesh));
 }

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "SceneGraph/UberCamera.h"
+
+#include <QLineF>
+#include <QSizeF>
+
+#include <optional>
+
+namespace kxRender {
+
+/// Where a camera stands and looks, moved as somebody does who looks through it; and where things are seen through it.
+class CameraView
+{
+public:
+    /// Expects a camera.
+    explicit CameraView(const osg::UberCameraPtr &camera);
+    /// Edits the camera; nothing happens where it is so already.
+    void applyTo(const osg::UberCameraPtr &camera) const;
+
+    /// Around the target: what is looked at follows to the right and downwards. In radians; ends short of the poles.
+    void orbit(double right, double down);
+    /// What is looked at follows by shares of the picture's height.
+    void pan(double right, double down);
+    /// Multiplies the distance from the target, which never gets zero or endless.
+    void zoom(double factor);
+
+    /// A line of the world as it is seen in a picture of this size; nothing where it lies behind the camera.
+    std::optional<QLineF> seen(const osg::Vec3d &a, const osg::Vec3d &b, const QSizeF &size) const;
+
+private:
+    osg::Vec3d right() const;
+    osg::Vec3d forward() const;
+
+    osg::Vec3d _from;
+    osg::Vec3d _at;
+    osg::Vec3d _up;
+    double _fieldOfView;
+};
+
+} // namespace kxRender
