@@ -1,47 +1,77 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Rendering/kxViewport.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxController.h"
+#include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSelectionManager.h"
+#include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/CameraCore.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/Geometry.h"
+#include "SceneGraph/NameAttachment.h"
 #include "SceneGraph/OverrideMaterialAttachment.h"
 #include "SceneGraph/Transform3D.h"
+#include "SceneGraph/UBRDFMaterial.h"
 
 #include <QApplication>
 #include <QSignalSpy>
 #include <QWheelEvent>
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace {
 
 constexpr int Patience = 60000; // milliseconds, on a machine that is busy with other things
 
 /// A red wall of two by two that faces the camera in the middle of what it sees.
-class kxViewportTest : public kxtest::SceneTest
+class kxViewportTest : public testing::Test
 {
 protected:
-    kxViewportTest() : material(newMaterial("Red")), wall(addNode(wallCore(material.get()), "Wall"))
+    kxViewportTest() : material(osg::UBRDFMaterial::create())
     {
+        kxScenegraph::newDocument();
+        wall = addNode(wallCore(material.get()));
+        osg::setName(wall, "Wall");
         setColor(material.get(), 0.8F, 0.0F, 0.0F);
     }
     ~kxViewportTest() override
     {
         kxController::enableRenderUpdate(true);
         kxScenegraph::enableUpdate(true);
-        kxSelectionManager::clear();
+        kxScenegraph::closeDocument();
+    }
+
+    static osg::NodePtr addNodeBelow(const osg::NodePtr &parent, const osg::NodeCorePtr &core)
+    {
+        const osg::NodePtr node = osg::makeNodeFor(core);
+        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
+        parent->addChild(node);
+        return node;
+    }
+
+    static osg::NodePtr addNode(const osg::NodeCorePtr &core) { return addNodeBelow(kxScenegraph::getRoot(), core); }
+
+    static void remove(const osg::NodePtr &node)
+    {
+        const osg::NodePtr parent = node->getParent();
+        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
+        parent->subChild(node);
     }
 
     static osg::GeometryPtr wallCore(const osg::MaterialPtr &material)
     {
-        const osg::GeometryPtr core = geometryWith(material);
+        const osg::GeometryPtr core = osg::Geometry::create();
         const osg::CPEditor edit(core, osg::AllFieldMask);
         core->editPositions() = {osg::Vec3f{-1.0F, -1.0F, 0.0F}, osg::Vec3f{1.0F, -1.0F, 0.0F},
                                  osg::Vec3f{1.0F, 1.0F, 0.0F}, osg::Vec3f{-1.0F, 1.0F, 0.0F}};
         core->editIndices() = {0U, 1U, 2U, 0U, 2U, 3U};
+        core->setMaterial(material);
         return core;
     }
 
@@ -347,7 +377,7 @@ TEST_F(kxViewportTest, FollowsAnOverrideThatComesAndGoes)
 {
     kxViewport view;
     show(view);
-    const osg::FCRef<osg::Material> green = newMaterial();
+    const osg::FCRef<osg::Material> green(osg::UBRDFMaterial::create());
     setColor(green.get(), 0.0F, 0.8F, 0.0F);
     const osg::OverrideMaterialAttachmentPtr override = osg::OverrideMaterialAttachment::create();
     {
@@ -372,12 +402,12 @@ TEST_F(kxViewportTest, RendersNothingAnewWhereWhatChangedIsNotSeen)
 {
     kxViewport view;
     show(view);
-    const osg::FCRef<osg::Material> other = newMaterial("Other");
+    const osg::FCRef<osg::Material> other(osg::UBRDFMaterial::create());
     QSignalSpy changes(&view, &kxViewport::pictureChanged);
 
     osg::setName(wall, "Another name");
     osg::setName(wall->getCore(), "A first name");
-    setUuid(wall, "4a9d4e52-5a4f-4c61-8f0e-3b8c3a3f2b11");
+    osg::AssetAttachment::createAssetAttachment(wall);
     kxScenegraph::addToMaterialPool(other.get());
     kxScenegraph::update(true);
     drain();
