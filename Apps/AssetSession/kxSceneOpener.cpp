@@ -8,6 +8,7 @@
 #include "Kernel/kxSceneplateUtils.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Environment.h"
+#include "SceneGraph/MaterialPool.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/SwitchMaterial.h"
@@ -53,7 +54,6 @@ osg::MaterialPtr materialOf(const osg::NodePtr &environment)
 
 void place(const osg::NodePtr &node, kxSceneOpener::Contents &contents)
 {
-    kxFastGeometryLoader::enterScene(node, kxFastGeometryLoader::MergeIntoScene);
     if (isOfType(node->getCore(), osg::Environment::getClassType())) {
         kxController::addToDefaultEnvironment(materialOf(node), node, true);
         hangBelow(kxScenegraph::getRoot(), node);
@@ -65,6 +65,30 @@ void place(const osg::NodePtr &node, kxSceneOpener::Contents &contents)
         hangBelow(kxScenegraph::getRoot(), node);
         contents.nodes.push_back(node);
     }
+}
+
+bool isPool(const osg::NodePtr &node)
+{
+    return isOfType(node->getCore(), osg::MaterialPool::getClassType());
+}
+
+/// All at once below one node, because keys are renewed by tree, and a pool knows nodes of other roots.
+void enterScene(const osg::SceneRoots &roots)
+{
+    std::vector<osg::NodePtr> nodes;
+    for (const osg::FCRef<osg::FieldContainer> &root : roots)
+        if (const auto node = osg::NodePtr::dcast(root.get()); node && !node->getParent())
+            nodes.push_back(node);
+    const osg::FCRef<osg::Node> all(osg::makeNodeFor(osg::Group::create()));
+    {
+        const osg::CPEditor edit(all.get(), osg::Node::ChildrenFieldMask);
+        for (const osg::NodePtr &node : nodes)
+            all->addChild(node);
+    }
+    kxFastGeometryLoader::enterScene(all, kxFastGeometryLoader::MergeIntoScene);
+    const osg::CPEditor edit(all.get(), osg::Node::ChildrenFieldMask);
+    for (const osg::NodePtr &node : nodes)
+        all->subChild(node);
 }
 
 } // namespace
@@ -82,9 +106,15 @@ osg::Result<kxSceneOpener::Contents> kxSceneOpener::open(const QString &path)
     const osg::Result<osg::SceneRoots> roots = osg::readSceneFile(path.toStdString());
     if (!roots)
         return osg::Failure{roots.reason()};
+    return add(roots.value());
+}
+
+kxSceneOpener::Contents kxSceneOpener::add(const osg::SceneRoots &roots)
+{
+    enterScene(roots);
     Contents contents;
-    for (const osg::FCRef<osg::FieldContainer> &root : roots.value()) {
-        if (const auto node = osg::NodePtr::dcast(root.get()))
+    for (const osg::FCRef<osg::FieldContainer> &root : roots) {
+        if (const auto node = osg::NodePtr::dcast(root.get()); node && !isPool(node))
             place(node, contents);
         const auto material = osg::MaterialPtr::dcast(root.get());
         if (!material)

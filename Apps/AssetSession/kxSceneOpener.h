@@ -5,6 +5,7 @@
 #include "SceneGraph/Material.h"
 #include "SceneGraph/Node.h"
 #include "SceneGraph/Result.h"
+#include "SceneGraph/SceneFile.h"
 
 #include <QString>
 
@@ -31,4 +32,6 @@ public:
     /// can be switched between, with the last one current, and materials to the material pool. The failure names the file
     /// and the reason, and the document is as before.
     static osg::Result<Contents> open(const QString &path);
+    /// The same with what was read already. What its nodes say of each other across its roots stays true.
+    static Contents add(const osg::SceneRoots &roots);
 };

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/AssetState.h"
+
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+#include "SceneGraph/AssetAttachment.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyle>
+
+namespace {
+
+/// A dot that is filled where the object is as stored, and a ring where the object was edited.
+QIcon dot(bool isFilled)
+{
+    const int size = QApplication::style()->pixelMetric(QStyle::PM_SmallIconSize);
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor color = QApplication::palette().color(isFilled ? QPalette::Highlight : QPalette::Text);
+    painter.setPen(QPen(color, size / 8.0));
+    painter.setBrush(isFilled ? QBrush(color) : QBrush(Qt::NoBrush));
+    painter.drawEllipse(QPointF(size / 2.0, size / 2.0), size / 4.0, size / 4.0);
+    return {pixmap};
+}
+
+} // namespace
+
+AssetState::AssetState(const osg::AttachmentContainerPtr &container)
+{
+    const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(container);
+    if (!attachment || attachment->getUuid().empty())
+        return;
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(attachment->getUuid());
+    if (!item) {
+        _kind = Kind::NotFound;
+        return;
+    }
+    _assetName = QString::fromStdString(item->name());
+    if (attachment->getUserEdited())
+        _kind = Kind::EditedHere;
+    else
+        _kind = item->hasSameChecksum(container) ? Kind::AsStored : Kind::Outdated;
+}
+
+QString AssetState::text() const
+{
+    switch (_kind) {
+    case Kind::NoAsset:
+        break;
+    case Kind::AsStored:
+        return tr("Same as the asset \"%1\" in the library").arg(_assetName);
+    case Kind::EditedHere:
+        return tr("Changed here; the asset \"%1\" in the library is different").arg(_assetName);
+    case Kind::Outdated:
+        return tr("The asset \"%1\" in the library was changed since it was loaded").arg(_assetName);
+    case Kind::NotFound:
+        return tr("The asset is not in an open library");
+    }
+    return {};
+}
+
+QIcon AssetState::icon() const
+{
+    switch (_kind) {
+    case Kind::NoAsset:
+        break;
+    case Kind::AsStored:
+        return dot(true);
+    case Kind::EditedHere:
+        return dot(false);
+    case Kind::Outdated:
+        return QApplication::style()->standardIcon(QStyle::SP_BrowserReload);
+    case Kind::NotFound:
+        return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
+    }
+    return {};
+}
