@@ -103,7 +103,7 @@ QString obstacleOf(const osg::NodePtr &node)
 
 QString obstacleToMove(const osg::NodePtr &node, const osg::NodePtr &target)
 {
-    if (const QString obstacle = obstacleOf(node); !obstacle.isEmpty())
+    if (QString obstacle = obstacleOf(node); !obstacle.isEmpty())
         return obstacle;
     if (EnvironmentStep::indexOf(node) >= 0)
         return SceneActions::tr("\"%1\" is an environment and stays among the environments.")
@@ -461,6 +461,7 @@ void SceneActions::setField(const std::vector<std::uint32_t> &containerIds, cons
                             const FieldValue &value, const QString &text, int gesture)
 {
     std::vector<FieldChange> changes;
+    changes.reserve(containerIds.size());
     for (const std::uint32_t id : containerIds)
         changes.push_back({id, field, value});
     setFields(changes, text, gesture);

@@ -67,6 +67,7 @@ std::vector<osg::NodePtr> SceneNodes::fromIds(const std::vector<std::uint32_t> &
 std::vector<std::uint32_t> SceneNodes::idsOf(const std::vector<osg::NodePtr> &nodes)
 {
     std::vector<std::uint32_t> ids;
+    ids.reserve(nodes.size());
     for (const osg::NodePtr &node : nodes)
         ids.push_back(node.getFieldContainerId());
     return ids;

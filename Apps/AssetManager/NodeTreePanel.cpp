@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/NodeTreePanel.h"
+
+#include "AssetManager/SceneActions.h"
+#include "AssetManager/SceneNodes.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxScenegraphNotifier.h"
+#include "Kernel/kxSelectionManager.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScopedValueRollback>
+#include <QSortFilterProxyModel>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidget *parent)
+    : QWidget(parent), _actions(actions), _model(model), _filtered(new QSortFilterProxyModel(this)),
+      _view(new QTreeView(this)), _filterLine(new QLineEdit(this))
+{
+    _model->setParent(this);
+    _filtered->setRecursiveFilteringEnabled(true);
+    _filtered->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    _filtered->setSourceModel(_model);
+    _view->setModel(_filtered);
+    _view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    _view->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
+    _view->setDragEnabled(true);
+    _view->setAcceptDrops(true);
+    _view->setDropIndicatorShown(true);
+    _view->setDragDropMode(QAbstractItemView::DragDrop);
+    _view->setDefaultDropAction(Qt::MoveAction);
+    _view->setUniformRowHeights(true);
+    _view->setContextMenuPolicy(Qt::CustomContextMenu);
+    _view->header()->setStretchLastSection(false);
+    _view->header()->setSectionResizeMode(NodeTreeModel::NameColumn, QHeaderView::Stretch);
+    _filterLine->setObjectName("filter");
+    _filterLine->setPlaceholderText(tr("Filter by name"));
+    _filterLine->setAccessibleName(tr("Filter by name"));
+    _filterLine->setClearButtonEnabled(true);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(_filterLine);
+    layout->addWidget(_view);
+    addActions();
+
+    connect(_filterLine, &QLineEdit::textChanged, this, &NodeTreePanel::filter);
+    connect(_view, &QTreeView::customContextMenuRequested, this, &NodeTreePanel::showMenu);
+    connect(_view, &QTreeView::expanded, this, [this](const QModelIndex &index) {
+        _expanded.insert(_model->nodeAt(_filtered->mapToSource(index)).getFieldContainerId());
+    });
+    connect(_view, &QTreeView::collapsed, this, [this](const QModelIndex &index) {
+        _expanded.erase(_model->nodeAt(_filtered->mapToSource(index)).getFieldContainerId());
+    });
+    connect(_view->selectionModel(), &QItemSelectionModel::selectionChanged, this, &NodeTreePanel::selectionToScene);
+    connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::selectionChanged, this,
+            &NodeTreePanel::selectionFromScene);
+    connect(_model, &NodeTreeModel::updating, this, [this] { _isFollowing = true; });
+    connect(_model, &NodeTreeModel::updated, this, [this] {
+        _isFollowing = false;
+        selectionFromScene();
+    });
+    connect(_filtered, &QAbstractItemModel::rowsInserted, this, &NodeTreePanel::restoreExpansion);
+    selectionFromScene();
+}
+
+NodeTreePanel::~NodeTreePanel() = default;
+
+QModelIndex NodeTreePanel::viewIndexOf(std::uint32_t nodeId) const
+{
+    return _filtered->mapFromSource(_model->indexOf(nodeId));
+}
+
+void NodeTreePanel::addActions()
+{
+    addAction(tr("Frame in View"), "frame", Qt::Key_F, &NodeTreePanel::frameSelected);
+    addAction(tr("Rename"), "rename", Qt::Key_F2, &NodeTreePanel::renameCurrent);
+    addAction(tr("Group"), "group", QKeySequence(QStringLiteral("Ctrl+G")), &NodeTreePanel::groupSelected);
+    addAction(tr("Delete"), "delete", QKeySequence::Delete, &NodeTreePanel::deleteSelected);
+}
+
+QAction *NodeTreePanel::addAction(const QString &text, const char *name, const QKeySequence &shortcut,
+                                  void (NodeTreePanel::*slot)())
+{
+    auto *action = new QAction(text, this);
+    action->setObjectName(name);
+    action->setShortcut(shortcut);
+    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(action, &QAction::triggered, this, slot);
+    _view->addAction(action);
+    return action;
+}
+
+void NodeTreePanel::showMenu(const QPoint &place)
+{
+    enableActions();
+    QMenu menu(this);
+    menu.addActions(_view->actions());
+    menu.exec(_view->viewport()->mapToGlobal(place));
+}
+
+void NodeTreePanel::renameCurrent()
+{
+    const QModelIndex current = _view->currentIndex();
+    if (current.isValid())
+        _view->edit(current.siblingAtColumn(NodeTreeModel::NameColumn));
+}
+
+void NodeTreePanel::groupSelected()
+{
+    const osg::NodePtr group = _actions.group(viewSelection());
+    if (!group)
+        return;
+    kxSelectionManager::clear();
+    kxSelectionManager::selectNodes({group});
+}
+
+void NodeTreePanel::deleteSelected()
+{
+    _actions.removeNodes(viewSelection());
+}
+
+void NodeTreePanel::frameSelected()
+{
+    if (!viewSelection().empty())
+        Q_EMIT frameRequested();
+}
+
+void NodeTreePanel::filter(const QString &text)
+{
+    {
+        const QScopedValueRollback following(_isFollowing, true);
+        _filtered->setFilterFixedString(text);
+        if (!text.isEmpty())
+            _view->expandAll();
+    }
+    selectionFromScene();
+}
+
+void NodeTreePanel::enableActions()
+{
+    const bool hasSelection = !viewSelection().empty();
+    for (QAction *action : _view->actions())
+        action->setEnabled(hasSelection);
+    const QModelIndex current = _view->currentIndex().siblingAtColumn(NodeTreeModel::NameColumn);
+    findChild<QAction *>("rename")->setEnabled((_filtered->flags(current) & Qt::ItemIsEditable) != 0);
+}
+
+void NodeTreePanel::selectionToScene()
+{
+    enableActions();
+    if (_isFollowing)
+        return;
+    const QScopedValueRollback following(_isFollowing, true);
+    const std::vector<osg::NodePtr> wanted = viewSelection();
+    std::vector<osg::NodePtr> dropped = kxSelectionManager::getSelectedNodes();
+    std::erase_if(dropped, [&wanted](const osg::NodePtr &node) {
+        return std::find(wanted.begin(), wanted.end(), node) != wanted.end();
+    });
+    kxSelectionManager::selectNodes(dropped, false);
+    kxSelectionManager::selectNodes(wanted);
+}
+
+void NodeTreePanel::selectionFromScene()
+{
+    if (_isFollowing)
+        return;
+    const QScopedValueRollback following(_isFollowing, true);
+    QItemSelection selection;
+    QModelIndex last;
+    for (const osg::NodePtr &node : kxSelectionManager::getSelectedNodes())
+        if (const QModelIndex index = viewIndexOf(node.getFieldContainerId()); index.isValid()) {
+            selection.select(index, index);
+            last = index;
+        }
+    const bool isNew = last.isValid() && !_view->selectionModel()->isSelected(last);
+    _view->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    if (!isNew)
+        return;
+    _view->selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
+    _view->scrollTo(last);
+}
+
+void NodeTreePanel::restoreExpansion(const QModelIndex &parent)
+{
+    for (const std::uint32_t id : std::set<std::uint32_t>(_expanded))
+        if (const QModelIndex index = viewIndexOf(id); index.isValid() && !_view->isExpanded(index))
+            _view->setExpanded(index, true);
+    if (!_filterLine->text().isEmpty())
+        _view->expand(parent);
+}
+
+std::vector<osg::NodePtr> NodeTreePanel::viewSelection() const
+{
+    std::vector<osg::NodePtr> nodes;
+    for (const QModelIndex &index : _view->selectionModel()->selectedRows())
+        if (const osg::NodePtr node = _model->nodeAt(_filtered->mapToSource(index)))
+            nodes.push_back(node);
+    return nodes;
+}

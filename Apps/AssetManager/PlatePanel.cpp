@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/PlatePanel.h"
+
+#include "AssetManager/EmptyHint.h"
+#include "AssetManager/PlateModel.h"
+#include "Kernel/kxScenegraph.h"
+
+#include <QTreeView>
+
+PlatePanel::PlatePanel(SceneActions &actions, QWidget *parent) : NodeTreePanel(actions, new PlateModel(actions), parent)
+{
+    setObjectName("platePanel");
+    setAccessibleName(tr("Plates"));
+    view().setObjectName("plateTree");
+    view().setAccessibleName(tr("Plates over and under the picture"));
+    view().setToolTip(tr("Drag plates to change their order"));
+    new EmptyHint(tr("Drag a plate asset here to lay it over or under the picture."), view(), [] {
+        const osg::NodePtr root = kxScenegraph::getSceneplateRoot();
+        return !root || root->getNChildren() == 0;
+    });
+}
+
+PlatePanel::~PlatePanel() = default;
