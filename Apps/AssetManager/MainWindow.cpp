@@ -8,8 +8,12 @@
 #include "AssetManager/ImportJob.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/ScanProgress.h"
+#include "AssetManager/SceneActions.h"
+#include "AssetManager/SceneSide.h"
 #include "AssetManager/Settings.h"
+#include "AssetManager/Tour.h"
 #include "AssetManager/TrashDialog.h"
+#include "AssetManager/WelcomeDialog.h"
 #include "AssetSession/kxAssetManagerModule.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxModalQuestion.h"
@@ -46,13 +50,13 @@ QStringList droppedFiles(const QMimeData &data)
 MainWindow::MainWindow(kxAssetManagerModule &manager) : _libraries(std::make_unique<LibrarySide>(_undo))
 {
     setObjectName(QStringLiteral("mainWindow"));
-    setWindowTitle(tr("Asset Manager"));
     setDockNestingEnabled(true);
     setAcceptDrops(true);
     kxController::setMainWindow(this);
     _browser = new AssetBrowser(_libraries->assets(), _libraries->previews(), this);
     setCentralWidget(_browser);
     makeLibraryDocks();
+    _scene = new SceneSide(*this, _libraries->assets(), _undo);
     makeMenus();
     _count = new QLabel(this);
     statusBar()->addPermanentWidget(new ScanProgress(_libraries->scan(), this));
@@ -90,8 +94,10 @@ void MainWindow::makeLibraryDocks()
 
 void MainWindow::makeMenus()
 {
+    menuBar()->setObjectName(QStringLiteral("menuBar"));
     makeFileMenu();
     makeEditMenu();
+    makeAssetMenu();
     makeViewMenu();
     makeHelpMenu();
 }
@@ -100,6 +106,8 @@ void MainWindow::makeFileMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&File"));
     menu->setObjectName(QStringLiteral("fileMenu"));
+    _scene->addFileActions(*menu);
+    menu->addSeparator();
     menu->addAction(tr("Add &library..."), this, &MainWindow::addLibrary, QStringLiteral("Ctrl+L"));
     menu->addAction(tr("&Import files..."), this, &MainWindow::chooseFilesToImport,
                     QStringLiteral("Ctrl+I"));
@@ -123,6 +131,16 @@ void MainWindow::makeEditMenu()
     menu->addSeparator();
     menu->addAction(tr("Re&name"), this, &MainWindow::renameChosen, QKeySequence(Qt::Key_F2));
     menu->addAction(tr("&Delete"), this, &MainWindow::deleteChosen, QKeySequence(Qt::Key_Delete));
+    menu->addSeparator();
+    menu->addAction(tr("&Search"), _browser, &AssetBrowser::focusSearch, QKeySequence::Find);
+}
+
+void MainWindow::makeAssetMenu()
+{
+    QMenu *menu = menuBar()->addMenu(tr("&Asset"));
+    menu->setObjectName(QStringLiteral("assetMenu"));
+    menu->addAction(tr("&Load into the scene"), this, &MainWindow::loadChosen, QStringLiteral("Ctrl+Return"));
+    menu->addAction(tr("Save the scene's copy &over it..."), this, [this] { _scene->overwrite(selectedIds()); });
     menu->addAction(
         tr("&Favourite"), this,
         [this] {
@@ -135,8 +153,6 @@ void MainWindow::makeEditMenu()
     menu->addAction(
         tr("Render &previews anew"), this, [this] { _libraries->actions().renderPreviews(selectedIds()); },
         QStringLiteral("Ctrl+P"));
-    menu->addSeparator();
-    menu->addAction(tr("&Search"), _browser, &AssetBrowser::focusSearch, QKeySequence::Find);
 }
 
 void MainWindow::makeViewMenu()
@@ -152,6 +168,8 @@ void MainWindow::makeViewMenu()
     menu->addAction(tr("&Smaller tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() - 32); },
                     QKeySequence::ZoomOut);
     menu->addSeparator();
+    _scene->addActions(*menu);
+    menu->addSeparator();
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         menu->addAction(dock->toggleViewAction());
 }
@@ -160,6 +178,7 @@ void MainWindow::makeHelpMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&Help"));
     menu->setObjectName(QStringLiteral("helpMenu"));
+    menu->addAction(tr("&Tour"), this, &MainWindow::startTour, QKeySequence::HelpContents);
     menu->addAction(tr("&About Asset Manager"), this, [this] {
         kxModalQuestion::information(this, tr("About Asset Manager"),
                                      tr("Asset Manager %1\n\nKeeps libraries of materials, environments, geometry and "
@@ -196,6 +215,9 @@ void MainWindow::connectLibraries()
     connect(&folders, &FolderModel::materialsDropped, &actions, &LibraryActions::saveMaterials, Qt::QueuedConnection);
     connect(&folders, &FolderModel::filesDropped, this, &MainWindow::importFiles, Qt::QueuedConnection);
     connect(_libraries.get(), &LibrarySide::failed, this, &MainWindow::report);
+    connect(&_scene->actions(), &SceneActions::failed, this, &MainWindow::report);
+    connect(&_scene->actions(), &SceneActions::assetsLoaded, _libraries.get(), &LibrarySide::markUsed);
+    connect(_browser, &AssetBrowser::activated, this, [this](const QString &uuid) { _scene->load({uuid}); });
     connect(_libraries.get(), &LibrarySide::assetsChanged, _details, &DetailsPane::refresh);
     connect(_libraries.get(), &LibrarySide::librariesChanged, this, [](const QStringList &paths) {
         Settings::setLibraries(paths);
@@ -233,9 +255,29 @@ void MainWindow::openLibraries(const QStringList &paths)
     _folders->setCurrentIndex(_libraries->folders().index(0, 0));
 }
 
+void MainWindow::welcome()
+{
+    const QString sample = WelcomeDialog::findSampleLibrary();
+    WelcomeDialog dialog(sample, this);
+    kxModalQuestion::exec(dialog);
+    Settings::setWelcomed();
+    if (dialog.choice() == WelcomeDialog::Choice::SampleLibrary)
+        openLibraries({sample});
+    else if (dialog.choice() == WelcomeDialog::Choice::OwnLibrary)
+        addLibrary();
+    if (dialog.choice() != WelcomeDialog::Choice::Nothing && dialog.wantsTour())
+        startTour();
+}
+
+void MainWindow::startTour()
+{
+    if (!findChild<Tour *>())
+        new Tour(*this); // deletes itself
+}
+
 bool MainWindow::isIdle() const
 {
-    return !_libraries->scan().isRunning() && _libraries->previews().isIdle();
+    return !_libraries->scan().isRunning() && _libraries->previews().isIdle() && _scene->isIdle();
 }
 
 void MainWindow::report(const QStringList &messages)
@@ -243,7 +285,7 @@ void MainWindow::report(const QStringList &messages)
     statusBar()->showMessage(messages.first(), 10000);
     auto *box = findChild<QMessageBox *>(QStringLiteral("failures"));
     if (!box) {
-        box = new QMessageBox(QMessageBox::Warning, windowTitle(), {}, QMessageBox::Close, this);
+        box = new QMessageBox(QMessageBox::Warning, tr("Asset Manager"), {}, QMessageBox::Close, this);
         box->setObjectName(QStringLiteral("failures"));
         box->setModal(false);
         box->setTextFormat(Qt::PlainText);
@@ -356,15 +398,20 @@ QStringList MainWindow::selectedIds() const
 
 void MainWindow::showAssetMenu(const QPoint &position)
 {
-    const bool hasAssets = !selectedIds().isEmpty();
+    if (selectedIds().isEmpty())
+        return;
     QMenu menu(this);
-    for (QAction *action : menuBar()->findChild<QMenu *>(QStringLiteral("editMenu"))->actions())
-        menu.addAction(action);
-    for (QAction *action : menu.actions().mid(3, 4))
-        action->setEnabled(hasAssets);
+    for (const char *name : {"assetMenu", "editMenu"}) {
+        for (QAction *action : menuBar()->findChild<QMenu *>(QLatin1String(name))->actions())
+            menu.addAction(action);
+        menu.addSeparator();
+    }
     menu.exec(position);
-    for (QAction *action : menu.actions().mid(3, 4))
-        action->setEnabled(true); // their keys work whatever the menu showed
+}
+
+void MainWindow::loadChosen()
+{
+    _scene->load(selectedIds());
 }
 
 void MainWindow::showFolderMenu(const QPoint &position)
@@ -409,6 +456,10 @@ bool MainWindow::event(QEvent *event)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (!_scene->mayLeaveScene()) {
+        event->ignore();
+        return;
+    }
     _libraries->scan().cancel();
     Settings::setWindow(saveGeometry(), saveState());
     Settings::setTileSize(_browser->tileSize());

@@ -11,6 +11,7 @@ class DetailsPane;
 class FolderTree;
 class LibrarySide;
 class QLabel;
+class SceneSide;
 class kxAssetManagerModule;
 
 /// The window of the desktop Asset Manager: libraries on the one hand, the scene on the other, and what goes between them.
@@ -26,11 +27,16 @@ public:
     /// Opens these libraries, or where there are none those of the last time.
     void openLibraries(const QStringList &paths);
 
+    SceneSide &scene() { return *_scene; }
     LibrarySide &libraries() { return *_libraries; }
     AssetBrowser &browser() { return *_browser; }
     DetailsPane &details() { return *_details; }
     FolderTree &folders() { return *_folders; }
     QUndoStack &undoStack() { return _undo; }
+
+    /// What there is to begin with, where the program was not used before.
+    void welcome();
+    void startTour();
 
     /// Whether everything that was begun by itself has ended: reading, and the previews that are to be seen.
     bool isIdle() const;
@@ -45,6 +51,7 @@ public Q_SLOTS:
     void importFiles(const QStringList &files, const QString &folder);
     void renameChosen();
     void deleteChosen();
+    void loadChosen();
     void showTrash();
 
 private:
@@ -52,6 +59,7 @@ private:
     void makeMenus();
     void makeFileMenu();
     void makeEditMenu();
+    void makeAssetMenu();
     void makeViewMenu();
     void makeHelpMenu();
     void connectLibraries();
@@ -70,6 +78,7 @@ private:
 
     QUndoStack _undo;
     std::unique_ptr<LibrarySide> _libraries;
+    SceneSide *_scene = nullptr;
     AssetBrowser *_browser = nullptr;
     DetailsPane *_details = nullptr;
     FolderTree *_folders = nullptr;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/MainWindow.h"
+#include "AssetManager/Settings.h"
 #include "AssetSession/kxAssetSession.h"
 
 #include <QApplication>
@@ -51,11 +52,13 @@ int main(int argc, char **argv)
     parser.addOption(picture);
     parser.process(application);
 
-    const kxAssetSession session;
+    const kxAssetSession session(kxAssetSession::MainView::Program);
     MainWindow window(session.manager());
     window.show();
     window.openLibraries(parser.positionalArguments());
     if (parser.isSet(picture))
         takePicture(window, parser.value(picture));
+    else if (Settings::isFirstStart() && parser.positionalArguments().isEmpty())
+        QTimer::singleShot(0, &window, &MainWindow::welcome); // once the window is there
     return QApplication::exec();
 }

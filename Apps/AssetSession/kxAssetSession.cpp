@@ -12,12 +12,12 @@
 #include "Rendering/kxPreviewRenderModule.h"
 #include "Rendering/kxSceneplateTree.h"
 
-kxAssetSession::kxAssetSession()
+kxAssetSession::kxAssetSession(MainView mainView)
 {
     kxKernelServiceFactory::the().startKernel();
     kxScenegraph::newDocument();
     _previews = std::make_unique<kxPreviewRenderModule>();
-    if (!kxOSGWidget::getMGLW(-1))
+    if (mainView == MainView::OffScreen && !kxOSGWidget::getMGLW(-1))
         _view = std::make_unique<kxOffscreenView>();
     _references = std::make_unique<kxSceneReferenceService>();
     kxKernelServiceFactory::the().setService<kxReferenceService>(_references.get());

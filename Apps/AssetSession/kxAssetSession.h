@@ -19,7 +19,12 @@ class kxSceneplateTree;
 class KX_ASSETSESSION_EXPORT kxAssetSession
 {
 public:
-    kxAssetSession();
+    enum class MainView {
+        OffScreen, ///< where there is none yet, one without a window
+        Program    ///< the program makes its own
+    };
+
+    explicit kxAssetSession(MainView mainView = MainView::OffScreen);
     /// Empties the registry and gives the scene up.
     ~kxAssetSession();
     kxAssetSession(const kxAssetSession &) = delete;

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/SceneView.h"
+
+#include "AssetManager/DragData.h"
+#include "AssetManager/SceneActions.h"
+#include "Kernel/kxNodeUtils.h"
+#include "Kernel/kxSelectionManager.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+
+SceneView::SceneView(SceneActions &actions, QWidget *parent) : kxViewport(parent), _actions(actions)
+{
+    setObjectName(QStringLiteral("sceneView"));
+    setAcceptDrops(true);
+    connect(this, &kxViewport::picked, this, [](quint32 nodeId, Qt::KeyboardModifiers modifiers) {
+        const osg::NodePtr node = kxNodeUtils::getNodeFromId(nodeId);
+        const bool isAdded = (modifiers & (Qt::ControlModifier | Qt::ShiftModifier)) != 0;
+        if (!isAdded)
+            kxSelectionManager::clear();
+        if (node)
+            kxSelectionManager::selectNodes({node}, !isAdded || !kxSelectionManager::isSelected(node));
+    });
+}
+
+SceneView::~SceneView() = default;
+
+void SceneView::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!DragData::hasAssets(*event->mimeData()) && DragData::materials(*event->mimeData()).empty())
+        return;
+    event->setDropAction(Qt::CopyAction); // the asset stays where it is
+    event->accept();
+}
+
+void SceneView::dragMoveEvent(QDragMoveEvent *event)
+{
+    const bool isMaterial = event->mimeData()->hasFormat(DragData::mimeTypeOf(Material)) ||
+                            event->mimeData()->hasFormat(DragData::materialMimeType());
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(!isMaterial || nodeAt(event->pos()));
+}
+
+void SceneView::dropEvent(QDropEvent *event)
+{
+    const QMimeData &data = *event->mimeData();
+    const osg::NodePtr node = nodeAt(event->pos());
+    if (const auto materials = DragData::assets(data, Material); !materials.empty() && node)
+        _actions.assignMaterial(materials.front(), {node});
+    if (const auto materials = DragData::materials(data); !materials.empty() && node)
+        _actions.assignMaterial(materials.front(), {node});
+    if (const auto geometries = DragData::assets(data, Geometry); !geometries.empty())
+        _actions.loadGeometry(geometries, nullptr);
+    if (const auto environments = DragData::assets(data, Environment); !environments.empty())
+        _actions.loadEnvironment(environments);
+    if (const auto plates = DragData::assets(data, Sceneplate); !plates.empty())
+        _actions.loadPlates(plates, nullptr);
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/AssetFilter.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+AssetEntry chair()
+{
+    AssetEntry entry;
+    entry.uuid = "1";
+    entry.category = Geometry;
+    entry.name = "Chair";
+    entry.folder = "/library/Seats";
+    entry.searched = AssetFilter::folded("Chair\noak, old\nGeometry");
+    entry.tags = QStringList{"oak", "old"};
+    return entry;
+}
+
+AssetFilter withText(const QString &text)
+{
+    AssetFilter filter;
+    filter.setText(text);
+    return filter;
+}
+
+} // namespace
+
+TEST(AssetFilterTest, AcceptsEverythingAtFirst)
+{
+    EXPECT_TRUE(AssetFilter().accepts(chair()));
+}
+
+TEST(AssetFilterTest, FindsPartsOfNamesTagsAndTypesInAnyCase)
+{
+    EXPECT_TRUE(withText("hAI").accepts(chair()));
+    EXPECT_TRUE(withText("OAK").accepts(chair()));
+    EXPECT_TRUE(withText("geom").accepts(chair()));
+    EXPECT_FALSE(withText("table").accepts(chair()));
+}
+
+TEST(AssetFilterTest, WantsAllWordsInAnyOrder)
+{
+    EXPECT_TRUE(withText("  oak   chair ").accepts(chair()));
+    EXPECT_FALSE(withText("oak table").accepts(chair()));
+}
+
+TEST(AssetFilterTest, FindsUmlautsInBothTheirForms)
+{
+    AssetEntry entry = chair();
+    entry.searched = AssetFilter::folded(QString::fromUtf8("Schra\u0308nke")); // a and a combining mark
+
+    EXPECT_TRUE(withText(QString::fromUtf8("SCHR\u00C4NKE")).accepts(entry));
+}
+
+TEST(AssetFilterTest, KeepsCategoriesFoldersAndTagsApart)
+{
+    AssetFilter filter;
+    filter.category = Material;
+    EXPECT_FALSE(filter.accepts(chair()));
+
+    filter = AssetFilter();
+    filter.folder = "/library/Seat"; // only the beginning of the name
+    EXPECT_FALSE(filter.accepts(chair()));
+    filter.folder = "/library";
+    EXPECT_TRUE(filter.accepts(chair()));
+
+    filter.tags = QStringList{"oak", "new"};
+    EXPECT_FALSE(filter.accepts(chair()));
+    filter.tags = QStringList{"oak"};
+    EXPECT_TRUE(filter.accepts(chair()));
+}
+
+TEST(AssetFilterTest, ShowsFavouritesOrWhatWasUsed)
+{
+    AssetFilter filter;
+    AssetEntry entry = chair();
+    filter.special = AssetFilter::Special::Favourites;
+    EXPECT_FALSE(filter.accepts(entry));
+    entry.isFavourite = true;
+    EXPECT_TRUE(filter.accepts(entry));
+
+    filter.special = AssetFilter::Special::Recent;
+    EXPECT_FALSE(filter.accepts(entry));
+    entry.recentRank = 1;
+    EXPECT_TRUE(filter.accepts(entry));
+}
+
+TEST(AssetFilterTest, KnowsWhatLiesInAFolder)
+{
+    EXPECT_TRUE(AssetFilter::isIn("/a", "/a"));
+    EXPECT_TRUE(AssetFilter::isIn("/a/b", "/a"));
+    EXPECT_TRUE(AssetFilter::isIn("/a", "/"));
+    EXPECT_FALSE(AssetFilter::isIn("/ab", "/a"));
+    EXPECT_FALSE(AssetFilter::isIn("/", "/a"));
+}
