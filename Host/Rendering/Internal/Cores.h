@@ -11,9 +11,8 @@ namespace kxRender {
 class Cores
 {
 public:
-    enum class Share { All, AllButOne };
+    enum class Share { All, Most }; ///< most: all but one, where there are more than two
 
-    /// At least one core.
     explicit Cores(Share share);
     ~Cores();
     Cores(const Cores &) = delete;
@@ -22,6 +21,8 @@ public:
     /// Calls \a work, and has what it does in parallel done on these cores.
     void run(const std::function<void()> &work);
 
+    /// Has the calling thread, for the rest of its life, give way to others.
+    static void lowerPriority();
     /// Calls \a use with each number below \a count, in no order, on the cores that the caller runs on.
     static void forEach(int count, const std::function<void(int)> &use);
 

@@ -77,6 +77,7 @@ std::uint64_t RefinementWorker::cancel()
 
 void RefinementWorker::run()
 {
+    Cores::lowerPriority();
     while (const std::optional<Job> job = nextJob())
         refine(*job);
 }
@@ -93,19 +94,26 @@ std::optional<RefinementWorker::Job> RefinementWorker::nextJob()
 
 void RefinementWorker::refine(const Job &job)
 {
+    int divisor = divisorFor(job.width, job.height, _pathsPerSecond);
     bool isWanted = false;
-    _allCores.run([&] { isWanted = renderCoarse(job); });
-    if (isWanted)
-        _allButOne.run([&] { renderFull(job); });
+    _allCores.run([&] { isWanted = renderCoarse(job, divisor, [this] { return isCancelled(); }); });
+    if (!isWanted)
+        return;
+    _mostCores.run([&] {
+        const bool isSlow = job.width * static_cast<double>(job.height) > _pathsPerSecond * DeliverySeconds;
+        for (divisor /= 2; isSlow && divisor > 1; divisor /= 2)
+            if (!renderCoarse(job, divisor, [this] { return isSuperseded(); }))
+                return;
+        renderFull(job);
+    });
 }
 
-bool RefinementWorker::renderCoarse(const Job &job)
+bool RefinementWorker::renderCoarse(const Job &job, int divisor, const std::function<bool()> &isStopped)
 {
     const PathTracer tracer = job.scene->tracer();
-    const int divisor = divisorFor(job.width, job.height, _pathsPerSecond);
     Film film(std::max(1, job.width / divisor), std::max(1, job.height / divisor));
     const Clock::time_point begin = Clock::now();
-    if (!tracer.render(job.camera, film, 1, [this] { return isCancelled(); }))
+    if (!tracer.render(job.camera, film, 1, isStopped))
         return false;
     _pathsPerSecond = film.width() * film.height() / std::max(1e-6, secondsSince(begin));
     const QImage picture = pictureOf(film, SceneSnapshot::Exposure);

@@ -18,10 +18,11 @@
 namespace kxRender {
 
 /// Renders pictures that get better and better on a thread of its own: a coarse one, so that there is something to see at
-/// once, and then the full resolution with more and more samples.
+/// once, finer ones where the full resolution takes long, and that with more and more samples.
 ///
 /// A newer job ends an older one, but for its coarse picture: who keeps on turning the camera sees the scene turn. The coarse
-/// picture uses all cores, the refinement leaves one to others. Nothing here touches the scene graph.
+/// picture uses all cores, the refinement leaves one to others where there are many; the thread itself gives way to others.
+/// Nothing here touches the scene graph.
 class RefinementWorker
 {
 public:
@@ -37,7 +38,7 @@ public:
     {
         std::uint64_t job = 0;
         QImage picture;  ///< of the job's size, also the coarse one
-        int samples = 0; ///< of the full resolution; 0: the coarse picture
+        int samples = 0; ///< of the full resolution; 0: a coarse picture
         bool isComplete = false;
     };
 
@@ -58,7 +59,7 @@ private:
     void run();
     std::optional<Job> nextJob();
     void refine(const Job &job);
-    bool renderCoarse(const Job &job);
+    bool renderCoarse(const Job &job, int divisor, const std::function<bool()> &isStopped);
     void renderFull(const Job &job);
     bool isSuperseded() const { return _running != _newest; }
     bool isCancelled() const { return _running < _oldestWanted; }
@@ -71,9 +72,9 @@ private:
     std::atomic<std::uint64_t> _newest = 0;       ///< job
     std::atomic<std::uint64_t> _oldestWanted = 1; ///< older jobs were cancelled
     std::atomic<std::uint64_t> _running = 0;
-    double _pathsPerSecond = 0.0; ///< of the last coarse picture; 0: not known yet
+    double _pathsPerSecond = 0.0; ///< of the last coarse picture, whose paths are few; 0: not known yet
     Cores _allCores{Cores::Share::All};
-    Cores _allButOne{Cores::Share::AllButOne};
+    Cores _mostCores{Cores::Share::Most};
     std::thread _thread; ///< begins when everything else is there
 };
 

@@ -4,12 +4,14 @@
 #include "Kernel/kxController.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSelectionManager.h"
+#include "Rendering/QImageConverter.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/CameraCore.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Geometry.h"
 #include "SceneGraph/NameAttachment.h"
 #include "SceneGraph/OverrideMaterialAttachment.h"
+#include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/Transform3D.h"
 #include "SceneGraph/UBRDFMaterial.h"
 
@@ -82,6 +84,22 @@ protected:
         ubrdf->setDiffuseColor({red, green, blue, 1.0F});
         ubrdf->setSpecularColor({0.0F, 0.0F, 0.0F, 1.0F});
         ubrdf->setRoughness(1.0F);
+    }
+
+    static void addPlate(bool isFront, const QColor &color, const osg::Vec2f &size)
+    {
+        QImage picture(4, 4, QImage::Format_ARGB32);
+        picture.fill(color);
+        const osg::ImagePtr image = osg::Image::create();
+        QImageConverter::convertToOSGImage(picture, image);
+        const osg::SceneplatePtr plate = osg::Sceneplate::create();
+        {
+            const osg::CPEditor edit(plate, osg::AllFieldMask);
+            plate->setIsFront(isFront);
+            plate->setImage(image);
+            plate->setSize(size);
+        }
+        addNodeBelow(kxScenegraph::getSceneplateRoot(), plate);
     }
 
     static osg::UberCameraPtr camera()
@@ -554,6 +572,21 @@ TEST_F(kxViewportTest, ShowsNothingWithoutADocument)
     turnWheel(view, 120);
     drag(view, {10, 10}, Qt::LeftButton);
     click(view, {60, 40});
+}
+
+TEST_F(kxViewportTest, DrawsPlatesUnderAndOverTheScene)
+{
+    kxViewport view;
+    show(view);
+
+    refineAfter(view, [] { addPlate(false, Qt::blue, {1.0F, 1.0F}); });
+    EXPECT_EQ(view.picture().pixelColor(2, 2), QColor(Qt::blue)) << "instead of the sky";
+    EXPECT_GT(middle(view).red(), 2 * middle(view).green()) << "the wall stands before it";
+
+    refineAfter(view, [] { addPlate(true, Qt::yellow, {0.5F, 1.0F}); });
+    EXPECT_EQ(view.picture().pixelColor(50, 40), QColor(Qt::yellow)) << "before the wall";
+    const QColor beside = view.picture().pixelColor(70, 40);
+    EXPECT_GT(beside.red(), 2 * beside.green()) << "which goes on beside it";
 }
 
 TEST_F(kxViewportTest, ShowsItsRenderRootsAlone)
