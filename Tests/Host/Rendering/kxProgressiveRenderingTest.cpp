@@ -101,12 +101,13 @@ TEST_F(kxProgressiveRenderingTest, ShowsPicturesWhileTheCameraGoesOnMoving)
     kxProgressiveRendering rendering;
     rendering.setScene({kxScenegraph::getRoot()}, true);
     QSignalSpy pictures(&rendering, &kxProgressiveRendering::pictureReady);
+    const QSize size(3200, 2400); // so that a coarse picture takes longer than a move
     quint64 last = 0;
     QTimer motion;
     double x = 0.0;
     QObject::connect(&motion, &QTimer::timeout, [&] {
         moveTo(x += 0.001);
-        last = rendering.start(camera.get(), {640, 480}, Endless);
+        last = rendering.start(camera.get(), size, Endless);
     });
     motion.start(0);
 
@@ -115,7 +116,7 @@ TEST_F(kxProgressiveRenderingTest, ShowsPicturesWhileTheCameraGoesOnMoving)
 
     EXPECT_GT(last, 3U);
     EXPECT_EQ(pictures.back()[1].toInt(), 0) << "the coarse ones";
-    EXPECT_EQ(pictures.back()[0].value<QImage>().size(), QSize(640, 480));
+    EXPECT_EQ(pictures.back()[0].value<QImage>().size(), size);
 }
 
 TEST_F(kxProgressiveRenderingTest, DeliversNothingAfterItWasCancelled)
