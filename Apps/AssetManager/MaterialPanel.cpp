@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/MaterialPanel.h"
+
+#include "AssetManager/EmptyHint.h"
+#include "AssetManager/MaterialListModel.h"
+#include "AssetManager/SceneActions.h"
+#include "Kernel/kxMaterials.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxSelectionManager.h"
+#include "SceneGraph/FieldContainerFactory.h"
+
+#include <QAction>
+#include <QListView>
+#include <QMenu>
+#include <QVBoxLayout>
+
+MaterialPanel::MaterialPanel(SceneActions &actions, QWidget *parent)
+    : QWidget(parent), _model(new MaterialListModel(actions, this)), _view(new QListView(this))
+{
+    setObjectName("materialPanel");
+    setAccessibleName(tr("Materials"));
+    _view->setObjectName("materialList");
+    _view->setAccessibleName(tr("Materials of the scene"));
+    _view->setModel(_model);
+    _view->setViewMode(QListView::IconMode);
+    _view->setMovement(QListView::Static);
+    _view->setResizeMode(QListView::Adjust);
+    _view->setIconSize({MaterialPreviews::Size, MaterialPreviews::Size});
+    _view->setGridSize({MaterialPreviews::Size + 24, MaterialPreviews::Size + 2 * fontMetrics().height() + 12});
+    _view->setWordWrap(true);
+    _view->setTextElideMode(Qt::ElideRight);
+    _view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    _view->setEditTriggers(QAbstractItemView::EditKeyPressed);
+    _view->setDragEnabled(true);
+    _view->setAcceptDrops(true);
+    _view->setDragDropMode(QAbstractItemView::DragDrop);
+    _view->setDefaultDropAction(Qt::CopyAction);
+    _view->setContextMenuPolicy(Qt::CustomContextMenu);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(_view);
+    new EmptyHint(tr("Drag a material asset here, or onto an object of the scene."), *_view,
+                  [this] { return _model->rowCount() == 0; });
+
+    auto *users = new QAction(tr("Select Users"), this);
+    users->setObjectName("selectUsers");
+    users->setToolTip(tr("Selects the objects that have the selected materials"));
+    connect(users, &QAction::triggered, this, &MaterialPanel::selectUsers);
+    _view->addAction(users);
+    connect(_view, &QListView::customContextMenuRequested, this, &MaterialPanel::showMenu);
+    connect(_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { Q_EMIT materialsSelected(selectedMaterials()); });
+}
+
+MaterialPanel::~MaterialPanel() = default;
+
+QVector<quint32> MaterialPanel::selectedMaterials() const
+{
+    QVector<quint32> ids;
+    for (const QModelIndex &index : _view->selectionModel()->selectedIndexes())
+        ids.append(_model->materialIdAt(index));
+    return ids;
+}
+
+void MaterialPanel::selectUsers()
+{
+    std::vector<osg::NodePtr> users;
+    for (const quint32 id : selectedMaterials()) {
+        const auto material = osg::MaterialPtr::dcast(osg::FieldContainerFactory::the().getContainer(id));
+        const auto some = kxMaterials::getNodesWithMaterial(material, kxScenegraph::getRoot());
+        users.insert(users.end(), some.begin(), some.end());
+    }
+    kxSelectionManager::clear();
+    kxSelectionManager::selectNodes(users);
+}
+
+void MaterialPanel::showMenu(const QPoint &place)
+{
+    auto *users = findChild<QAction *>("selectUsers");
+    users->setEnabled(_view->selectionModel()->hasSelection());
+    QMenu menu(this);
+    menu.addAction(users);
+    menu.exec(_view->viewport()->mapToGlobal(place));
+}

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/NumberBox.h"
+
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+namespace {
+
+int nextGesture()
+{
+    static int last = 0;
+    return ++last;
+}
+
+} // namespace
+
+NumberBox::NumberBox(QWidget *parent) : QDoubleSpinBox(parent), _gesture(nextGesture())
+{
+    setRange(-1e12, 1e12);
+    setDecimals(6);
+    setStepType(AdaptiveDecimalStepType);
+    setKeyboardTracking(false);
+    setFocusPolicy(Qt::StrongFocus);
+    setMinimumWidth(fontMetrics().horizontalAdvance("-00.000") + 24);
+    connect(this, qOverload<double>(&QDoubleSpinBox::valueChanged), this, &NumberBox::commit);
+    // Where the objects differ, one of them may have just what was entered for all.
+    connect(lineEdit(), &QLineEdit::textEdited, this,
+            [this](const QString &text) { _isTyped = text != tr("several"); });
+    connect(this, &QDoubleSpinBox::editingFinished, this, [this] {
+        if (_isSeveral && _isTyped)
+            commit();
+    });
+}
+
+NumberBox::~NumberBox() = default;
+
+void NumberBox::showNumber(double number)
+{
+    const QSignalBlocker blocker(this);
+    _isSeveral = false;
+    setValue(number);
+    lineEdit()->setText(textFromValue(value()) + suffix());
+}
+
+void NumberBox::showSeveral(double first)
+{
+    const QSignalBlocker blocker(this);
+    _isSeveral = true;
+    _isTyped = false;
+    setValue(first);
+    lineEdit()->setText(textFromValue(first) + suffix());
+}
+
+QString NumberBox::textFromValue(double value) const
+{
+    if (_isSeveral)
+        return tr("several");
+    QLocale locale = this->locale();
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(value, 'g', 7);
+}
+
+double NumberBox::valueFromText(const QString &text) const
+{
+    QString number = text;
+    if (number.endsWith(suffix()))
+        number.chop(suffix().size());
+    bool isNumber = false;
+    const double parsed = locale().toDouble(number.trimmed(), &isNumber);
+    return isNumber ? parsed : value();
+}
+
+QValidator::State NumberBox::validate(QString &text, int &position) const
+{
+    if (text.startsWith(tr("several")))
+        return QValidator::Acceptable;
+    return QDoubleSpinBox::validate(text, position);
+}
+
+void NumberBox::stepBy(int steps)
+{
+    _isSeveral = false;
+    QDoubleSpinBox::stepBy(steps);
+}
+
+void NumberBox::focusInEvent(QFocusEvent *event)
+{
+    _gesture = nextGesture();
+    QDoubleSpinBox::focusInEvent(event);
+}
+
+void NumberBox::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QDoubleSpinBox::wheelEvent(event);
+    else
+        event->ignore();
+}
+
+void NumberBox::commit()
+{
+    _isSeveral = false;
+    _isTyped = false;
+    Q_EMIT numberEdited(value());
+}

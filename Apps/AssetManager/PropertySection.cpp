@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/PropertySection.h"
+
+#include "AssetManager/FieldEditor.h"
+#include "AssetManager/FieldLabels.h"
+#include "SceneGraph/FieldContainerFactory.h"
+
+#include <QFormLayout>
+#include <QLabel>
+
+#include <algorithm>
+
+PropertySection::PropertySection(SceneActions &actions, const QString &title,
+                                 const std::vector<std::uint32_t> &containerIds, QWidget *parent)
+    : QGroupBox(title, parent), _ids(containerIds)
+{
+    auto *form = new QFormLayout(this);
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    const osg::FieldContainerPtr first = osg::FieldContainerFactory::the().getContainer(_ids.front());
+    for (const osg::FieldInfo &field : first->getType().fields()) {
+        FieldEditor *editor = FieldEditor::make(actions, _ids, field.name, this);
+        if (!editor)
+            continue;
+        _editors.push_back(editor);
+        form->addRow(FieldLabels::label(field.name), editor);
+    }
+}
+
+PropertySection::~PropertySection() = default;
+
+bool PropertySection::shows(std::uint32_t containerId) const
+{
+    return std::find(_ids.begin(), _ids.end(), containerId) != _ids.end();
+}
+
+void PropertySection::refresh()
+{
+    for (FieldEditor *editor : _editors)
+        editor->refresh();
+}
