@@ -44,17 +44,17 @@ void SceneView::dragMoveEvent(QDragMoveEvent *event)
 
 void SceneView::dropEvent(QDropEvent *event)
 {
-    const QMimeData &data = *event->mimeData();
+    const QMimeData &dragged = *event->mimeData();
     const osg::NodePtr node = nodeAt(event->pos());
-    if (const auto materials = DragData::assets(data, Material); !materials.empty() && node)
+    if (const auto materials = DragData::assets(dragged, Material); !materials.empty() && node)
         _actions.assignMaterial(materials.front(), {node});
-    if (const auto materials = DragData::materials(data); !materials.empty() && node)
+    if (const auto materials = DragData::materials(dragged); !materials.empty() && node)
         _actions.assignMaterial(materials.front(), {node});
-    if (const auto geometries = DragData::assets(data, Geometry); !geometries.empty())
+    if (const auto geometries = DragData::assets(dragged, Geometry); !geometries.empty())
         _actions.loadGeometry(geometries, nullptr);
-    if (const auto environments = DragData::assets(data, Environment); !environments.empty())
+    if (const auto environments = DragData::assets(dragged, Environment); !environments.empty())
         _actions.loadEnvironment(environments);
-    if (const auto plates = DragData::assets(data, Sceneplate); !plates.empty())
+    if (const auto plates = DragData::assets(dragged, Sceneplate); !plates.empty())
         _actions.loadPlates(plates, nullptr);
     event->setDropAction(Qt::CopyAction);
     event->accept();

@@ -47,8 +47,9 @@ protected:
     }
     void finishScan()
     {
-        if (side.scan().isRunning())
+        if (side.scan().isRunning()) {
             EXPECT_TRUE(QSignalSpy(&side.scan(), &LibraryScan::finished).wait(Patience));
+        }
     }
     std::vector<QString> names() const
     {
