@@ -3,6 +3,7 @@
 
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxScenegraph.h"
+#include "Kernel/kxScenegraphNotifier.h"
 #include "Kernel/kxSceneplateService.h"
 #include "Kernel/kxSceneplateUtils.h"
 #include "NodeFixture.h"
@@ -10,7 +11,11 @@
 #include "SceneGraph/DeepClone.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/SceneListener.h"
 #include "SceneGraph/Transform.h"
+#include "Support/CapturedOutput.h"
+
+#include <QSignalSpy>
 
 #include <gmock/gmock.h>
 
@@ -22,10 +27,34 @@ namespace {
 class PlateService final : public kxSceneplateService
 {
 public:
-    void nodesChanged() override { ++changes; }
+    void nodesChanged() override
+    {
+        ++changes;
+        const osg::NodePtr root = kxSceneplateUtils::getSceneplateRoot();
+        platesWhenTold = root ? root->getNChildren() : 0;
+    }
     QImage previewImage(const kxdNodePtr &) override { return {}; }
 
     int changes = 0;
+    std::size_t platesWhenTold = 0;
+};
+
+/// Notes for each change of a node whether the scene was being updated.
+class UpdateWatch final : public osg::SceneListener
+{
+public:
+    UpdateWatch() { osg::FieldContainerFactory::the().addListener(*this); }
+    ~UpdateWatch() override { osg::FieldContainerFactory::the().removeListener(*this); }
+    UpdateWatch(const UpdateWatch &) = delete;
+    UpdateWatch &operator=(const UpdateWatch &) = delete;
+
+    void containerChanged(osg::FieldContainer &container, osg::FieldMask) override
+    {
+        if (container.getType().isDerivedFrom(osg::Node::getClassType()))
+            wereUpdatesOn.push_back(kxScenegraph::isUpdateEnabled());
+    }
+
+    std::vector<bool> wereUpdatesOn;
 };
 
 class kxCreateGroupedNodesTest : public NodeFixture
@@ -48,6 +77,9 @@ protected:
         }
         return addNode(parent, core, name);
     }
+
+    /// What the matrix of this node places, of either kind of transform.
+    static osg::Matrix placementOf(const osg::NodePtr &node) { return osg::getCoreMatrix(node->getCore()); }
 
     PlateService service;
     kxCreateGroupedNodes geometry{Geometry};
@@ -155,6 +187,66 @@ TEST_F(kxCreateGroupedNodesTest, TakesPlacementsWithinAMillionthForNone)
     EXPECT_EQ(describe(geometry.getRoot()), "(Other First (Second))");
 }
 
+TEST_F(kxCreateGroupedNodesTest, TakesAMillionthAndLessForNoneInBothDirections)
+{
+    std::vector<kxNodePtr> nodes{addGroup(root(), "Other")};
+    for (const double offset : {1e-6, -1e-6, -1.1e-6}) {
+        osg::Matrix matrix;
+        matrix.at(0, 3) = offset;
+        nodes.push_back(addGroup(addMatrix(root(), "", matrix), "N"));
+    }
+
+    EXPECT_TRUE(geometry.prepare(nodes));
+
+    EXPECT_EQ(describe(geometry.getRoot()), "(Other N N (N))");
+}
+
+TEST_F(kxCreateGroupedNodesTest, ComparesAllElementsOfAPlacement)
+{
+    std::vector<kxNodePtr> nodes{addGroup(root(), "Other")};
+    for (std::size_t i = 0; i < 16; ++i) {
+        osg::Matrix matrix;
+        matrix.values[i] += 2e-6;
+        nodes.push_back(addGroup(addMatrix(root(), "", matrix), "N"));
+    }
+
+    EXPECT_TRUE(geometry.prepare(nodes));
+
+    for (std::size_t i = 1; i <= 16; ++i)
+        EXPECT_EQ(describe(geometry.getRoot()->getChild(i)), "(N)") << "element " << i - 1;
+}
+
+TEST_F(kxCreateGroupedNodesTest, KeepsAMatrixOnlyWhereItsPartsAreOffByMoreThanAMillionth)
+{
+    std::vector<kxNodePtr> nodes{addGroup(root(), "Other")};
+    for (const double shear : {1e-6, 4e-6}) { // of which the parts miss a half
+        osg::Matrix matrix;
+        matrix.at(0, 3) = 1.0;
+        matrix.at(0, 1) = shear;
+        nodes.push_back(addGroup(addMatrix(root(), "", matrix), "N"));
+    }
+
+    EXPECT_TRUE(geometry.prepare(nodes));
+
+    EXPECT_TRUE(osg::Transform3DPtr::dcast(geometry.getRoot()->getChild(1)->getCore()));
+    EXPECT_FALSE(osg::Transform3DPtr::dcast(geometry.getRoot()->getChild(2)->getCore()));
+    EXPECT_EQ(placementOf(geometry.getRoot()->getChild(2)).at(0, 1), 4e-6);
+}
+
+TEST_F(kxCreateGroupedNodesTest, InvertsATinyAncestorUntilItsDeterminantVanishes)
+{
+    for (const auto &[scale, expected] : {std::pair(1e-9, 1.0), std::pair(1e-11, 1e-11)}) {
+        const osg::NodePtr tiny = addMatrix(root(), "Tiny", osg::composeMatrix({}, {}, {scale, scale, scale}));
+        const osg::NodePtr other = addGroup(tiny, "Other");
+        const osg::NodePtr inside = addGroup(addPlaced(tiny, "Placed", {1.0, 0.0, 0.0}), "Inside");
+        kxCreateGroupedNodes group(Geometry);
+
+        EXPECT_TRUE(group.prepare({other, inside}));
+
+        EXPECT_NEAR(placementOf(group.getRoot()->getChild(1)).at(0, 0), expected, 1e-15);
+    }
+}
+
 TEST_F(kxCreateGroupedNodesTest, TakesASingularAncestorForNone)
 {
     osg::Matrix flat;
@@ -165,6 +257,7 @@ TEST_F(kxCreateGroupedNodesTest, TakesASingularAncestorForNone)
 
     EXPECT_TRUE(geometry.prepare({other, inside}));
 
+    EXPECT_EQ(geometry.getRoot()->getChild(0), other) << "its own children need no placement all the same";
     const auto core = osg::TransformPtr::dcast(geometry.getRoot()->getChild(1)->getCore());
     const auto parts = osg::Transform3DPtr::dcast(geometry.getRoot()->getChild(1)->getCore());
     ASSERT_TRUE(core || parts);
@@ -212,6 +305,123 @@ TEST_F(kxCreateGroupedNodesTest, PutsEverythingBackWhenItGoes)
         EXPECT_NE(describe(root()), before);
     }
     EXPECT_EQ(describe(root()), before);
+}
+
+TEST_F(kxCreateGroupedNodesTest, MovesANodeAndWhatLiesBelowItOneAfterTheOther)
+{
+    const osg::NodePtr parent = addGroup(root(), "P");
+    const osg::NodePtr upper = addPlaced(parent, "Upper", {1.0, 2.0, 3.0});
+    const osg::NodePtr lower = addGroup(upper, "Lower");
+    addGroup(upper, "Last");
+
+    for (const bool isUpperFirst : {true, false}) {
+        kxCreateGroupedNodes group(Geometry);
+        EXPECT_TRUE(group.prepare(isUpperFirst ? std::vector{upper, lower} : std::vector{lower, upper}));
+
+        EXPECT_EQ(describe(group.getRoot()), isUpperFirst ? "(Upper(Last) (Lower))" : "((Lower) Upper(Last))");
+        const osg::Matrix placement = placementOf(lower->getParent());
+        EXPECT_EQ(placement, osg::composeMatrix({1.0, 2.0, 3.0}, {}, {1.0, 1.0, 1.0}));
+        group.unprepare();
+        EXPECT_EQ(describe(parent), "P(Upper(Lower Last))");
+    }
+}
+
+TEST_F(kxCreateGroupedNodesTest, MovesANodeThatIsListedTwiceToItsLaterPlace)
+{
+    const osg::NodePtr parent = addGroup(root(), "P");
+    const osg::NodePtr a = addGroup(parent, "A");
+    const osg::NodePtr b = addGroup(parent, "B");
+
+    EXPECT_TRUE(geometry.prepare({a, b, a}));
+
+    EXPECT_EQ(describe(geometry.getRoot()), "(B A)");
+    geometry.unprepare();
+    EXPECT_EQ(describe(parent), "P(A B)");
+}
+
+TEST_F(kxCreateGroupedNodesTest, GathersGeometryThatHangsNowhereAndLetsItGo)
+{
+    const osg::NodePtr parent = addPlaced(root(), "P", {5.0, 0.0, 0.0});
+    const osg::NodePtr a = addGroup(parent, "A");
+    const osg::FCRef<osg::Node> alone(addGroup(nullptr, "Alone"));
+
+    EXPECT_TRUE(geometry.prepare({alone.get(), a}));
+
+    EXPECT_EQ(describe(geometry.getRoot()), "(Alone (A))");
+    EXPECT_EQ(placementOf(a->getParent()).at(0, 3), 5.0) << "no ancestor is common, so that the world is";
+    geometry.unprepare();
+    EXPECT_EQ(describe(parent), "P(A)");
+    EXPECT_FALSE(alone->getParent());
+}
+
+TEST_F(kxCreateGroupedNodesTest, MovesWhileUpdatesAreOffAndUpdatesOnceAtTheEnd)
+{
+    const osg::NodePtr a = addGroup(addPlaced(root(), "P", {1.0, 0.0, 0.0}), "A");
+    const osg::NodePtr b = addGroup(root(), "B");
+    QSignalSpy updates(&kxScenegraph::notifier(), &kxScenegraphNotifier::updateRequested);
+    const UpdateWatch watch;
+
+    ASSERT_TRUE(geometry.prepare({a, b}));
+    EXPECT_EQ(updates.count(), 0);
+    geometry.unprepare();
+
+    EXPECT_EQ(updates.count(), 1) << "at once";
+    EXPECT_TRUE(kxScenegraph::isUpdateEnabled());
+    EXPECT_THAT(watch.wereUpdatesOn, testing::AllOf(testing::Not(testing::IsEmpty()), testing::Each(false)));
+    geometry.unprepare();
+    EXPECT_EQ(updates.count(), 1) << "there is nothing to undo";
+}
+
+TEST_F(kxCreateGroupedNodesTest, TakesEverythingOffTheRootThatSomebodyHolds)
+{
+    const osg::NodePtr a = addGroup(addPlaced(root(), "P", {1.0, 0.0, 0.0}), "A");
+    const osg::NodePtr b = addGroup(root(), "B");
+    ASSERT_TRUE(geometry.prepare({a, b}));
+    const osg::FCRef<osg::Node> made(geometry.getRoot());
+
+    geometry.unprepare();
+
+    EXPECT_EQ(made->getNChildren(), 0U);
+    EXPECT_FALSE(made->getParent());
+    EXPECT_EQ(made->getRefCount(), 1);
+}
+
+TEST_F(kxCreateGroupedNodesTest, SwitchesUpdatesOnThatWereOffBefore)
+{
+    const osg::NodePtr a = addGroup(root(), "A");
+    kxScenegraph::enableUpdate(false);
+
+    ASSERT_TRUE(geometry.prepare({a}));
+
+    EXPECT_TRUE(kxScenegraph::isUpdateEnabled());
+}
+
+TEST_F(kxCreateGroupedNodesTest, GathersAsGeometryForAllOtherCategories)
+{
+    const osg::NodePtr a = addGroup(root(), "A");
+    for (const kxAssetCategoryType category : {Undefined, Material, Environment}) {
+        kxCreateGroupedNodes group(category);
+        EXPECT_TRUE(group.prepare({a}));
+        EXPECT_EQ(group.getRoot()->getParent(), root());
+        EXPECT_TRUE(osg::Transform3DPtr::dcast(group.getRoot()->getCore()));
+    }
+    EXPECT_EQ(a->getParent(), root());
+    EXPECT_EQ(service.changes, 0);
+}
+
+TEST_F(kxCreateGroupedNodesTest, HandsItsMovesOverByAssignment)
+{
+    const osg::NodePtr parent = addGroup(root(), "P");
+    const osg::NodePtr a = addGroup(parent, "A");
+    ASSERT_TRUE(geometry.prepare({a}));
+    kxCreateGroupedNodes other(Sceneplate);
+
+    other = geometry;
+
+    EXPECT_EQ(other.getRoot(), geometry.getRoot());
+    other.unprepare();
+    EXPECT_EQ(describe(parent), "P(A)");
+    EXPECT_EQ(service.changes, 0) << "it is of geometry now";
 }
 
 TEST_F(kxCreateGroupedNodesTest, LeavesWhatACopyHasRestored)
@@ -276,6 +486,57 @@ TEST_F(kxCreateGroupedNodesTest, GathersPlatesBelowAGroupAndTellsTheHost)
     EXPECT_EQ(service.changes, 2) << "told also when there was nothing to do";
 }
 
+TEST_F(kxCreateGroupedNodesTest, MakesTheRootOfPlatesTheLastOneAndPutsThemBackWhenItGoes)
+{
+    const osg::NodePtr plateRoot = kxSceneplateUtils::getSceneplateRoot();
+    const osg::NodePtr a = addGroup(plateRoot, "A");
+    addGroup(plateRoot, "B");
+    const osg::NodePtr c = addGroup(plateRoot, "C");
+    {
+        kxCreateGroupedNodes group(Sceneplate);
+        ASSERT_TRUE(group.prepare({a, c}));
+        EXPECT_EQ(describe(plateRoot), "Sceneplates(B (A C))");
+    }
+    EXPECT_EQ(describe(plateRoot), "Sceneplates(A B C)");
+    EXPECT_EQ(service.changes, 1);
+    EXPECT_EQ(service.platesWhenTold, 3U) << "told when all is back and the root is gone";
+}
+
+TEST_F(kxCreateGroupedNodesTest, TellsTheHostAlsoWhenItGoesWithoutHavingDoneAnything)
+{
+    {
+        const kxCreateGroupedNodes group(Sceneplate);
+    }
+    EXPECT_EQ(service.changes, 1);
+}
+
+TEST_F(kxCreateGroupedNodesTest, PutsPlatesBackWithoutAServiceToTell)
+{
+    const osg::NodePtr plateRoot = kxSceneplateUtils::getSceneplateRoot();
+    const osg::NodePtr a = addGroup(plateRoot, "A");
+    kxKernelServiceFactory::the().setService<kxSceneplateService>(nullptr);
+    ASSERT_TRUE(plates.prepare({a}));
+    kxtest::CapturedOutput complaint(kxtest::CapturedOutput::StandardError);
+
+    plates.unprepare();
+
+    EXPECT_EQ(complaint.text(), "kxKernelServiceFactory: service 'kxSceneplateService' is NULL!\n");
+    EXPECT_EQ(describe(plateRoot), "Sceneplates(A)");
+}
+
+TEST_F(kxCreateGroupedNodesTest, RefusesPlatesWithoutAScene)
+{
+    const osg::FCRef<osg::Node> parent(addGroup(nullptr, "P"));
+    const osg::NodePtr a = addGroup(parent.get(), "A");
+    kxScenegraph::closeDocument();
+
+    EXPECT_FALSE(plates.prepare({a}));
+
+    EXPECT_FALSE(plates.getRoot());
+    EXPECT_EQ(describe(parent.get()), "P(A)");
+    EXPECT_TRUE(kxScenegraph::isUpdateEnabled()) << "that is of geometry only";
+}
+
 TEST_F(kxCreateGroupedNodesTest, LeavesRandomScenesAsTheyWere)
 {
     std::mt19937 random(7);
@@ -307,6 +568,7 @@ TEST_F(kxCreateGroupedNodesTest, LeavesRandomScenesAsTheyWere)
         });
         const osg::FCRef<osg::FieldContainer> before(osg::deepClone(osg::FieldContainerPtr(root()), {}));
         std::vector<std::int32_t> counts;
+        counts.reserve(nodes.size());
         for (const osg::NodePtr &node : nodes)
             counts.push_back(node->getRefCount());
         const std::size_t living = osg::FieldContainerFactory::the().livingContainerCount();
