@@ -15,7 +15,9 @@
 #include "SceneGraph/Light.h"
 #include "SceneGraph/MaterialPool.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/OverrideMaterialAttachment.h"
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
+#include "SceneGraph/UberMaterial.h"
 #include "Support/CapturedOutput.h"
 
 namespace {
@@ -48,6 +50,33 @@ protected:
     static osg::MaterialPtr materialOf(const osg::NodePtr &node)
     {
         return osg::EnvironmentPtr::dcast(node->getCore())->getMaterial();
+    }
+    static osg::MaterialPtr paintOf(const osg::NodePtr &square)
+    {
+        return osg::GeometryPtr::dcast(square->getCore())->getMaterial();
+    }
+    static Owned makeChooser(const std::string &name, const std::vector<Owned> &choices, int current = 0)
+    {
+        const auto chooser = osg::UEnvironmentSwitchMaterial::create();
+        {
+            const osg::CPEditor edit(chooser, osg::AllFieldMask);
+            for (const Owned &choice : choices)
+                chooser->addMaterial(choice.get());
+            chooser->setChoice(current);
+        }
+        return named(chooser, name);
+    }
+    /// Before the default switch, which goes by the order of creation.
+    static Owned makeEarlierChooser(const std::string &name, const Owned &choice)
+    {
+        Owned chooser = makeChooser(name, {choice});
+        kxScenegraph::newDocument();
+        return chooser;
+    }
+    static void setEnvironment(const osg::UBRDFMaterialPtr &surface, const osg::MaterialPtr &environment)
+    {
+        const osg::CPEditor edit(surface, osg::UBRDFMaterial::EnvironmentFieldMask);
+        surface->setEnvironment(environment);
     }
 
     Owned dawn = makeSky("dawn");
@@ -115,6 +144,188 @@ TEST_F(kxSaveEnvironmentTest, UsesTheCurrentChoiceOutsideTheSwitchableOnes)
 
     EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), defaultSwitch()->getCurrentMaterial());
     EXPECT_EQ(osg::getName(preparation.getAssignedEnvironmentMaterial()), "Sky");
+    EXPECT_TRUE(kxMaterials::hasValuePair(preparation.getAssignedEnvironmentMaterial(), Key, Value));
+}
+
+TEST_F(kxSaveEnvironmentTest, UsesTheCurrentChoiceWithoutPlaces)
+{
+    addChoices();
+    const osg::FCRef<osg::Node> node(duskNode);
+    const osg::NodePtr root = kxScenegraph::getRoot();
+    {
+        const osg::CPEditor edit(root, osg::Node::ChildrenFieldMask);
+        root->addChild(kxScenegraph::getDefaultEnvironmentNode());
+        root->subChild(kxScenegraph::environmentGeometrySwitch());
+    }
+    ASSERT_TRUE(defaultSwitch());
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(osg::getName(materialOf(node)), "Sky");
+}
+
+TEST_F(kxSaveEnvironmentTest, TakesTheFirstOfSeveralPlaces)
+{
+    addChoices();
+    const Owned noon = makeSky("noon");
+    const osg::NodePtr clone = addNode(nullptr, dawnNode->getCore(), "Clone");
+    ASSERT_TRUE(kxController::addToDefaultEnvironment(noon.get(), clone, false));
+
+    EXPECT_TRUE(preparation.prepare(clone));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dawn.get());
+}
+
+TEST_F(kxSaveEnvironmentTest, PrefersTheChoiceOfItsPlaceToWhatItFoundBefore)
+{
+    const Owned earlier = makeEarlierChooser("Earlier", dawn);
+    const osg::NodePtr node = makeEnvironment("Dusk", defaultSwitch());
+    ASSERT_TRUE(kxController::addToDefaultEnvironment(dusk.get(), node, false));
+    const osg::NodePtr lamp = addSquare(node, "Lamp", earlier.get());
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dusk.get());
+    EXPECT_EQ(paintOf(lamp), dawn.get());
+}
+
+TEST_F(kxSaveEnvironmentTest, ForgetsWhatItFoundBeforeWhereTheChoiceOfItsPlaceIsNoEnvironment)
+{
+    const Owned earlier = makeEarlierChooser("Earlier", dawn);
+    const Owned chalk = makeSurface("Chalk");
+    const osg::NodePtr node = makeEnvironment("Odd", defaultSwitch());
+    ASSERT_TRUE(kxController::addToDefaultEnvironment(chalk.get(), node, false));
+    const osg::NodePtr lamp = addSquare(node, "Lamp", earlier.get());
+    addSquare(node, "Dome", dusk.get());
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dusk.get()) << "the plain one";
+    EXPECT_FALSE(materialOf(node)) << "replaced by nothing";
+    EXPECT_EQ(paintOf(lamp), dawn.get());
+    preparation.unprepare();
+    EXPECT_EQ(materialOf(node), defaultSwitch());
+    EXPECT_EQ(paintOf(lamp), earlier.get());
+    EXPECT_EQ(output.text(), "[prepareEnvironmentSwitches] # replacements (switch by choice) = 2\n"
+                             "[prepareEnvironmentSwitches] replace mat on Lamp by dawn\n"
+                             "[prepareEnvironmentSwitches] replace mat on Odd by \n"
+                             "restore assignment on Odd ---> Default Environment\n"
+                             "restore assignment on Lamp ---> Earlier\n");
+}
+
+TEST_F(kxSaveEnvironmentTest, TakesTheFirstOfSeveralSwitches)
+{
+    const Owned first = makeChooser("First", {dusk});
+    const Owned second = makeChooser("Second", {dawn});
+    const osg::FCRef<osg::Node> node(makeEnvironment("Studio", second.get()));
+    const osg::NodePtr lamp = addSquare(node, "Lamp", first.get());
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dusk.get());
+    EXPECT_EQ(materialOf(node), dawn.get());
+    EXPECT_EQ(paintOf(lamp), dusk.get());
+}
+
+TEST_F(kxSaveEnvironmentTest, KnowsASwitchThatIsOnlyInAnOverrideMaterial)
+{
+    const osg::FCRef<osg::Node> node(makeEnvironment("Studio", nullptr));
+    const osg::NodePtr lamp = addSquare(node, "Lamp");
+    kxMaterials::setOverrideMaterial(lamp, defaultSwitch());
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), defaultSwitch()->getCurrentMaterial());
+    EXPECT_TRUE(kxMaterials::hasValuePair(defaultSwitch()->getCurrentMaterial(), Key, Value));
+    EXPECT_EQ(osg::findAttachment<osg::OverrideMaterialAttachment>(lamp)->getMaterial(), defaultSwitch())
+        << "only what is assigned is replaced";
+    preparation.unprepare();
+    EXPECT_EQ(output.text(), "[prepareEnvironmentSwitches] # replacements (switch by choice) = 1\n");
+}
+
+TEST_F(kxSaveEnvironmentTest, KnowsASwitchWithinAComposite)
+{
+    const Owned chooser = makeChooser("Chooser", {dusk});
+    const Owned composite = makeMultiPass("Composite", {chooser});
+    const osg::FCRef<osg::Node> node(makeEnvironment("Studio", composite.get()));
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dusk.get());
+    EXPECT_EQ(materialOf(node), composite.get());
+}
+
+TEST_F(kxSaveEnvironmentTest, LeavesASwitchAloneThatShowsNoEnvironment)
+{
+    const Owned chalk = makeSurface("Chalk");
+    for (const int current : {0, 99}) {
+        const Owned chooser = makeChooser("Chooser", {chalk}, current);
+        const osg::FCRef<osg::Node> node(makeEnvironment("Studio", chooser.get()));
+        addSquare(node, "Dome", dusk.get());
+        kxtest::CapturedOutput output;
+
+        EXPECT_TRUE(preparation.prepare(node));
+
+        EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dusk.get());
+        EXPECT_EQ(materialOf(node), chooser.get());
+        EXPECT_EQ(output.text(), "[prepareEnvironmentSwitches] # replacements (switch by choice) = 0\n");
+        preparation.unprepare();
+    }
+}
+
+TEST_F(kxSaveEnvironmentTest, TakesTheFirstOfSeveralPlainMaterials)
+{
+    const osg::FCRef<osg::Node> node(makeEnvironment("Studio", nullptr));
+    addSquare(node, "Late", dusk.get());
+    addSquare(node, "Early", dawn.get());
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dawn.get());
+}
+
+TEST_F(kxSaveEnvironmentTest, TakesNoPlainMaterialFromAnOverride)
+{
+    const osg::FCRef<osg::Node> node(makeEnvironment("Studio", nullptr));
+    kxMaterials::setOverrideMaterial(node, dawn.get());
+    const kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(preparation.prepare(node));
+
+    EXPECT_FALSE(preparation.getAssignedEnvironmentMaterial());
+}
+
+TEST_F(kxSaveEnvironmentTest, RestoresInTheOrderOfTheNodes)
+{
+    const osg::FCRef<osg::Node> node(makeEnvironment("Studio", nullptr));
+    const osg::NodePtr early = addSquare(node, "Early", makeChooser("Second", {dawn}).get());
+    const osg::NodePtr late = addSquare(nullptr, "Late", paintOf(early));
+    {
+        const osg::CPEditor edit(node.get(), osg::Node::ChildrenFieldMask);
+        node->insertChild(0, late);
+    }
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(preparation.prepare(node));
+    preparation.unprepare();
+
+    EXPECT_EQ(output.text(), "[prepareEnvironmentSwitches] # replacements (switch by choice) = 1\n"
+                             "[prepareEnvironmentSwitches] replace mat on Late by dawn\n"
+                             "[prepareEnvironmentSwitches] replace mat on Early by dawn\n"
+                             "restore assignment on Early ---> Second\n"
+                             "restore assignment on Late ---> Second\n");
+}
+
+TEST_F(kxSaveEnvironmentTest, IsHarmlessWhenIdle)
+{
+    kxtest::CapturedOutput output;
+
+    preparation.unprepare();
+
+    EXPECT_FALSE(preparation.getAssignedEnvironmentMaterial());
+    EXPECT_EQ(output.text(), "");
 }
 
 TEST_F(kxSaveEnvironmentTest, ReplacesByNothingWhereTheChoiceIsNoEnvironment)
@@ -137,6 +348,7 @@ TEST_F(kxSaveEnvironmentTest, TakesAPlainEnvironmentMaterialAsItIs)
 
     EXPECT_EQ(preparation.getAssignedEnvironmentMaterial(), dawn.get());
     EXPECT_EQ(output.text(), "[prepareEnvironmentSwitches] # replacements (switch by choice) = 0\n");
+    EXPECT_EQ(describe(node), "Plain") << "no pool where there are no light links";
 }
 
 TEST_F(kxSaveEnvironmentTest, RefusesWhatIsNoEnvironment)
@@ -168,6 +380,28 @@ TEST_F(kxSaveEnvironmentTest, LightsSurfacesBelowByTheChoiceToo)
     preparation.unprepare();
 
     EXPECT_EQ(surface->getEnvironment(), defaultSwitch());
+}
+
+TEST_F(kxSaveEnvironmentTest, LightsLayersOfOverridesByTheChoiceAndLeavesOtherSurfaces)
+{
+    addChoices();
+    const osg::FCRef<osg::UBRDFMaterial> layer(osg::UBRDFMaterial::create());
+    const osg::FCRef<osg::UberMaterial> over(osg::UberMaterial::create());
+    {
+        const osg::CPEditor edit(over.get(), osg::UberMaterial::BRDFMaterialsFieldMask);
+        over->editBRDFMaterials().push_back(layer.get());
+    }
+    const osg::FCRef<osg::UBRDFMaterial> other(osg::UBRDFMaterial::create());
+    setEnvironment(layer.get(), defaultSwitch());
+    setEnvironment(other.get(), dusk.get());
+    kxMaterials::setOverrideMaterial(addSquare(dawnNode, "Lamp", other.get()), over.get());
+
+    EXPECT_TRUE(preparation.prepare(dawnNode));
+
+    EXPECT_EQ(layer->getEnvironment(), dawn.get());
+    EXPECT_EQ(other->getEnvironment(), dusk.get());
+    preparation.unprepare();
+    EXPECT_EQ(layer->getEnvironment(), defaultSwitch());
 }
 
 TEST_F(kxSaveEnvironmentTest, GathersLightLinkSetsAlsoWhenTheRestFails)
