@@ -6,10 +6,14 @@
 #include "Assets/kxUrlManager.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
+#include "Kernel/kxIconManager.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMaterials.h"
+#include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
+#include "Kernel/kxScenegraphNotifier.h"
 #include "NodeFixture.h"
+#include "Rendering/kxOSGWidget.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Environment.h"
 #include "SceneGraph/NameAttachment.h"
@@ -18,8 +22,11 @@
 
 #include <QApplication>
 #include <QListWidget>
+#include <QPainter>
 #include <QPixmap>
+#include <QSignalSpy>
 #include <QTimer>
+#include <QTranslator>
 
 #include <gmock/gmock.h>
 
@@ -27,6 +34,27 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+
+constexpr const char *Key = "EnvironmentAssetMaterial";
+constexpr const char *Value = "IsDefaultEnvironmentSwitchChild";
+
+/// Answers every text with its context.
+class ContextTranslator : public QTranslator
+{
+public:
+    QString translate(const char *context, const char *, const char *, int) const override { return context; }
+    bool isEmpty() const override { return false; }
+};
+
+/// A view that notes when its refinement is stopped, and whether updates were still on by then.
+class WatchfulView : public kxOSGWidget
+{
+public:
+    std::vector<bool> cancellations;
+
+private:
+    void cancelRefinement() override { cancellations.push_back(kxController::isRenderUpdateEnabled()); }
+};
 
 class kxEnvironmentNodeAssetItemTest : public NodeFixture
 {
@@ -55,6 +83,11 @@ protected:
     {
         return osg::EnvironmentPtr::dcast(node->getCore())->getMaterial();
     }
+    static osg::MaterialPtr paintOf(const osg::NodePtr &square)
+    {
+        return osg::GeometryPtr::dcast(square->getCore())->getMaterial();
+    }
+    static bool isMarked(const osg::MaterialPtr &material) { return kxMaterials::hasValuePair(material, Key, Value); }
     static osg::UEnvironmentSwitchMaterialPtr choices() { return kxDefaultEnvironment::getSwitch(); }
     static osg::NodePtr places() { return kxScenegraph::environmentGeometrySwitch(); }
     /// Answers the question for the material as soon as it is asked.
@@ -69,6 +102,24 @@ protected:
             accepts ? dialog->accept() : dialog->reject();
         });
     }
+
+    /// A black picture with the sky painted into it.
+    static QImage withSky(int width, int height)
+    {
+        QPixmap preview(width, height);
+        preview.fill(Qt::black);
+        kxEnvironmentNodeAssetItem().addOverlayIcon(preview);
+        return preview.toImage();
+    }
+    /// A black picture with this icon at x = 0.
+    static QImage withIcon(int width, int height, const QPixmap &icon, int y)
+    {
+        QPixmap preview(width, height);
+        preview.fill(Qt::black);
+        QPainter(&preview).drawPixmap(0, y, icon);
+        return preview.toImage();
+    }
+    static QPixmap sky() { return kxIconManager::get("scenegraph/Skydome.svg"); }
 
     Owned dawn = makeSky("dawn");
     Owned dusk = makeSky("dusk");
@@ -95,6 +146,76 @@ TEST_F(kxEnvironmentNodeAssetItemTest, IsAnEnvironment)
     EXPECT_FALSE(item.getEnvironmentNode()) << "a group is no environment";
     EXPECT_EQ(item.uuid(), "");
     EXPECT_EQ(item.category(), Environment);
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, NamesItsKindAndLeavesTheRestToTheBase)
+{
+    kxEnvironmentNodeAssetItem item;
+    item.initFrom(makeEnvironment("Hills", dawn.get()), {}, true);
+
+    EXPECT_EQ(item.data(0, Qt::DisplayRole), QVariant("Hills"));
+    EXPECT_EQ(item.data(0, Qt::EditRole), QVariant("Hills"));
+    EXPECT_FALSE(item.data(kxAssetCategory::getTypeColumn(), Qt::EditRole).isValid());
+    EXPECT_FALSE(item.data(kxAssetCategory::getTypeColumn(), Qt::DecorationRole).isValid());
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, TranslatesInItsOwnContext)
+{
+    kxEnvironmentNodeAssetItem item;
+    ContextTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+
+    const QVariant kind = item.data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole);
+    QCoreApplication::removeTranslator(&translator);
+
+    EXPECT_EQ(kind, QVariant("kxEnvironmentNodeAssetItem"));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, TakesTheUuidThatItIsGivenOrThatOfItsNode)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dawn.get());
+    setUuid(node, "own");
+    kxEnvironmentNodeAssetItem item;
+
+    item.initFrom(node, {}, true);
+    EXPECT_EQ(item.uuid(), "own");
+    item.initFrom(node, "given", true);
+    EXPECT_EQ(item.uuid(), "given");
+    item.initFrom(node, {}, false);
+    EXPECT_EQ(item.uuid().size(), 36U) << "a new one";
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, IsResetByWhatIsNoNode)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dawn.get());
+    const osg::FCRef<osg::Node> coreless(osg::Node::create());
+    for (const osg::AttachmentContainerPtr &other :
+         {osg::AttachmentContainerPtr(), osg::AttachmentContainerPtr(dawn.get()),
+          osg::AttachmentContainerPtr(node->getCore()), osg::AttachmentContainerPtr(coreless.get())}) {
+        kxEnvironmentNodeAssetItem item;
+        item.initFrom(node, "u", true);
+
+        item.initFrom(other, "u", true);
+
+        EXPECT_FALSE(item.getEnvironmentNode());
+        EXPECT_EQ(item.uuid(), "");
+        EXPECT_EQ(item.name(), "unnamed");
+        EXPECT_EQ(item.category(), Environment);
+    }
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, ReadsADestroyedNodeAsNone)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dawn.get());
+    kxEnvironmentNodeAssetItem item;
+    item.initFrom(node, {}, true);
+    {
+        const osg::CPEditor edit(kxScenegraph::getRoot(), osg::Node::ChildrenFieldMask);
+        kxScenegraph::getRoot()->subChild(node);
+    }
+
+    EXPECT_FALSE(item.getEnvironmentNode());
+    EXPECT_FALSE(item.save(url()));
 }
 
 TEST_F(kxEnvironmentNodeAssetItemTest, SavesTheNodeAndAsksForAPreview)
@@ -159,6 +280,145 @@ TEST_F(kxEnvironmentNodeAssetItemTest, ComesBackIntoTheSwitchWithoutAQuestion)
     EXPECT_TRUE(kxController::isModified());
 }
 
+TEST_F(kxEnvironmentNodeAssetItemTest, KeepsItsNodeAndTheUpdatesWhenNothingCanBeLoaded)
+{
+    const std::string uuid = save(makeEnvironment("Hills", dawn.get()));
+    ASSERT_TRUE(registered(uuid)->loadEnvironmentNode(false));
+    const osg::NodePtr before = registered(uuid)->getEnvironmentNode();
+    const std::size_t children = kxScenegraph::getRoot()->getNChildren();
+    writeFile("ENV_Hills/Hills.osb", "no scene");
+    kxController::setModified(false);
+
+    for (const bool wasEnabled : {false, true}) {
+        kxController::enableRenderUpdate(wasEnabled);
+        EXPECT_FALSE(registered(uuid)->loadEnvironmentNode(true));
+        EXPECT_EQ(kxController::isRenderUpdateEnabled(), wasEnabled);
+    }
+
+    EXPECT_EQ(registered(uuid)->getEnvironmentNode(), before);
+    EXPECT_EQ(kxEnvironmentNodeAssetItem::loadEnvironmentNodeFromUUID(uuid), before) << "however the loading went";
+    EXPECT_EQ(kxScenegraph::getRoot()->getNChildren(), children);
+    EXPECT_FALSE(kxController::isModified());
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, LoadsNothingFromWhereNobodyStoresAssets)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dawn.get());
+    kxEnvironmentNodeAssetItem item;
+    item.initFrom(node, {}, true);
+    WatchfulView view;
+    for (const QUrl &directory : {QUrl(), QUrl("http://["), QUrl("unknown:/place")}) {
+        item.setDirectoryUrl(directory);
+        EXPECT_FALSE(item.loadEnvironmentNode(true));
+    }
+
+    EXPECT_EQ(item.getEnvironmentNode(), node);
+    EXPECT_TRUE(view.cancellations.empty()) << "nothing is to be rendered less for that";
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, StopsTheRefinementOfTheViewsFirst)
+{
+    const std::string uuid = save(makeEnvironment("Hills", dawn.get()));
+    WatchfulView view;
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    EXPECT_EQ(view.cancellations, std::vector<bool>{true});
+    EXPECT_TRUE(kxController::isRenderUpdateEnabled());
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, RefreshesTheSceneBetweenItsTwoLines)
+{
+    const std::string uuid = save(makeEnvironment("Hills", dawn.get()));
+    kxtest::CapturedOutput output;
+    int updates = 0;
+    const auto connection =
+        QObject::connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::updateRequested, [&updates, &output] {
+            ++updates;
+            EXPECT_THAT(output.text(), testing::EndsWith("\n[loadEnvironmentNode] pre update scenegraph\n"));
+        });
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+    QObject::disconnect(connection);
+
+    EXPECT_EQ(updates, 1) << "at once";
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, TakesTheFirstMarkedMaterialAndSaysThatItsMarkIsGone)
+{
+    const Owned noon = makeSky("noon");
+    const osg::NodePtr node = makeEnvironment("Hills", dusk.get());
+    addSquare(node, "Dome", dawn.get());
+    addSquare(node, "Lamp", noon.get());
+    kxMaterials::addValuePair(dawn.get(), Key, Value);
+    kxMaterials::addValuePair(noon.get(), Key, Value);
+    const std::string uuid = save(node);
+    QSignalSpy changes(&kxScenegraph::notifier(), &kxScenegraphNotifier::valuePairsChanged);
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    const osg::NodePtr loaded = registered(uuid)->getEnvironmentNode();
+    const osg::MaterialPtr chosen = choices()->getMaterial(1);
+    EXPECT_EQ(asked, 0);
+    EXPECT_EQ(osg::getName(chosen), "dawn");
+    EXPECT_EQ(paintOf(loaded->getChild(0)), choices());
+    EXPECT_FALSE(isMarked(chosen));
+    EXPECT_TRUE(isMarked(paintOf(loaded->getChild(1)))) << "it was not looked for any further";
+    ASSERT_EQ(changes.count(), 1);
+    EXPECT_EQ(changes[0][0].toUInt(), chosen.getFieldContainerId());
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, ChoosesNothingWithoutADefaultSwitch)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dusk.get());
+    addSquare(node, "Dome", dawn.get());
+    kxMaterials::addValuePair(dusk.get(), Key, Value);
+    const std::string uuid = save(node);
+    kxNodeUtils::setMaterial(kxScenegraph::getDefaultEnvironmentNode(), dawn.get(), false, true);
+    ASSERT_TRUE(places());
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    const osg::NodePtr loaded = registered(uuid)->getEnvironmentNode();
+    EXPECT_EQ(loaded->getParent(), kxScenegraph::getRoot());
+    EXPECT_TRUE(isMarked(materialOf(loaded)));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, ChoosesNothingWithoutPlaces)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dusk.get());
+    addSquare(node, "Dome", dawn.get());
+    kxMaterials::addValuePair(dusk.get(), Key, Value);
+    const std::string uuid = save(node);
+    const osg::NodePtr root = kxScenegraph::getRoot();
+    {
+        const osg::CPEditor edit(root, osg::Node::ChildrenFieldMask);
+        root->addChild(kxScenegraph::getDefaultEnvironmentNode());
+        root->subChild(places());
+    }
+    ASSERT_TRUE(choices());
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    const osg::NodePtr loaded = registered(uuid)->getEnvironmentNode();
+    EXPECT_EQ(root->getChild(root->getNChildren() - 1), loaded) << "the last child";
+    EXPECT_TRUE(isMarked(materialOf(loaded)));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, ChoosesNothingWhereNoEnvironmentMaterialIsAssigned)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", nullptr);
+    kxMaterials::setOverrideMaterial(node, choices());
+    const std::string uuid = save(node);
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    const osg::NodePtr loaded = registered(uuid)->getEnvironmentNode();
+    EXPECT_EQ(loaded->getParent(), kxScenegraph::getRoot());
+    EXPECT_FALSE(osg::AssetAttachment::getAssetAttachment(loaded)->getUserEdited());
+    EXPECT_EQ(choices()->getMaterials().size(), 1U);
+}
+
 TEST_F(kxEnvironmentNodeAssetItemTest, TakesASingleMaterialWithoutAQuestion)
 {
     const std::string uuid = save(makeEnvironment("Hills", dawn.get()));
@@ -189,6 +449,8 @@ TEST_F(kxEnvironmentNodeAssetItemTest, GivesUpWhenTheQuestionIsCancelled)
     const osg::NodePtr node = makeEnvironment("Hills", dusk.get());
     addSquare(node, "Ground", dawn.get());
     const std::string uuid = save(node);
+    const std::size_t children = kxScenegraph::getRoot()->getNChildren();
+    kxController::setModified(false);
     answer(false);
 
     EXPECT_FALSE(registered(uuid)->loadEnvironmentNode(true));
@@ -196,6 +458,8 @@ TEST_F(kxEnvironmentNodeAssetItemTest, GivesUpWhenTheQuestionIsCancelled)
     EXPECT_EQ(asked, 1);
     EXPECT_FALSE(registered(uuid)->getEnvironmentNode());
     EXPECT_EQ(choices()->getMaterials().size(), 1U);
+    EXPECT_EQ(kxScenegraph::getRoot()->getNChildren(), children) << "what was loaded is not hung anywhere";
+    EXPECT_FALSE(kxController::isModified());
 }
 
 TEST_F(kxEnvironmentNodeAssetItemTest, GoesOnWithoutAChoiceWhenNothingIsSelected)
@@ -283,6 +547,38 @@ TEST_F(kxEnvironmentNodeAssetItemTest, MovesToAnotherFolder)
     EXPECT_TRUE(registered(uuid)->hasSameChecksum(node));
 }
 
+TEST_F(kxEnvironmentNodeAssetItemTest, FailsWhereItsOldDirectoryCannotBeRemoved)
+{
+    const osg::NodePtr node = makeEnvironment("Hills", dawn.get());
+    const std::string uuid = save(node);
+    kxEnvironmentNodeAssetItem item;
+    item.initFrom(node, {}, true);
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(item.save(url("ENV_Hills"))) << "below which it was to be written";
+
+    EXPECT_THAT(output.text(), testing::EndsWith("\ndeleting old directory failed.\n"));
+    EXPECT_EQ(osg::AssetAttachment::getAssetAttachment(node)->getUrl(), url("ENV_Hills").toString().toStdString());
+    EXPECT_EQ(registered(uuid)->directoryUrl(), url("ENV_Hills"));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, TagsCompositesAndNotTheirParts)
+{
+    const Owned part = makeSurface("Part");
+    const osg::NodePtr node = makeEnvironment("Hills", dawn.get());
+    addSquare(node, "Floor", makeMultiPass("Composite", {part}).get());
+    const std::string uuid = save(node);
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    EXPECT_THAT(output.text(), HasSubstr("loaded mat: Composite\n"));
+    EXPECT_THAT(output.text(), testing::Not(HasSubstr("loaded mat: Part\n")));
+    const osg::MaterialPtr floor = paintOf(registered(uuid)->getEnvironmentNode()->getChild(0));
+    EXPECT_THAT(tagsOf(floor), ElementsAre(kxAssetCategory::getTagPrefix(Environment) + "Hills"));
+    EXPECT_THAT(tagsOf(kxMaterials::getSubMaterials(floor).at(0)), ElementsAre("(no attachment)"));
+}
+
 TEST_F(kxEnvironmentNodeAssetItemTest, LeavesTheSceneAsItWasWhenThePayloadCannotBeWritten)
 {
     const osg::NodePtr node = makeEnvironment("Hills", choices());
@@ -326,6 +622,24 @@ TEST_F(kxEnvironmentNodeAssetItemTest, SaysWhatItCannotFind)
     EXPECT_FALSE(kxEnvironmentNodeAssetItem().loadEnvironmentNode(true));
 
     EXPECT_EQ(output.text(), "[Env::loadEnvironmentNodeFromUUID] did not find item with uuid 'nobody'\n");
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, PaintsTheSkyOnePixelAboveTheEdge)
+{
+    ASSERT_EQ(sky().size(), QSize(32, 32));
+
+    EXPECT_EQ(withSky(128, 96), withIcon(128, 96, sky(), 63));
+    EXPECT_EQ(withSky(64, 42), withIcon(64, 42, sky(), 9)) << "of 42, three quarters are 32, rounded";
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, FitsTheSkyIntoThreeQuarters)
+{
+    const auto fitted = [](int width, int height) {
+        return sky().scaled(width, height, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    };
+
+    EXPECT_EQ(withSky(40, 30), withIcon(40, 30, fitted(30, 23), 6));
+    EXPECT_EQ(withSky(20, 40), withIcon(20, 40, fitted(15, 30), 24)) << "bounded by the width";
 }
 
 TEST_F(kxEnvironmentNodeAssetItemTest, PaintsASkyIntoTheLowerLeftCorner)

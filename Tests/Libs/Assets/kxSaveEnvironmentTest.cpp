@@ -136,6 +136,17 @@ TEST_F(kxSaveEnvironmentTest, PutsTheCurrentChoiceForAnotherSwitch)
     EXPECT_FALSE(kxMaterials::hasValuePair(dusk.get(), Key, Value)) << "it is no choice of the default switch";
 }
 
+TEST_F(kxSaveEnvironmentTest, PutsTheCurrentChoiceForAnotherSwitchAlsoAtAPlace)
+{
+    const Owned other = makeChooser("Other", {dawn, dusk}, 0);
+    const osg::NodePtr node = makeEnvironment("Second", other.get());
+    ASSERT_TRUE(kxController::addToDefaultEnvironment(dusk.get(), node, false));
+
+    EXPECT_TRUE(preparation.prepare(node));
+
+    EXPECT_EQ(materialOf(node), dawn.get()) << "though it is the second place";
+}
+
 TEST_F(kxSaveEnvironmentTest, UsesTheCurrentChoiceOutsideTheSwitchableOnes)
 {
     const osg::FCRef<osg::Node> node(makeEnvironment("Elsewhere", defaultSwitch()));
@@ -158,10 +169,14 @@ TEST_F(kxSaveEnvironmentTest, UsesTheCurrentChoiceWithoutPlaces)
         root->subChild(kxScenegraph::environmentGeometrySwitch());
     }
     ASSERT_TRUE(defaultSwitch());
+    {
+        const osg::CPEditor edit(defaultSwitch(), osg::SwitchMaterial::ChoiceFieldMask);
+        defaultSwitch()->setChoice(1);
+    }
 
     EXPECT_TRUE(preparation.prepare(node));
 
-    EXPECT_EQ(osg::getName(materialOf(node)), "Sky");
+    EXPECT_EQ(materialOf(node), dawn.get());
 }
 
 TEST_F(kxSaveEnvironmentTest, TakesTheFirstOfSeveralPlaces)
