@@ -16,7 +16,10 @@
 #include "Rendering/kxOSGWidget.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Environment.h"
+#include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/SceneListener.h"
+#include "SceneGraph/TagAttachment.h"
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "Support/CapturedOutput.h"
 
@@ -54,6 +57,24 @@ public:
 
 private:
     void cancelRefinement() override { cancellations.push_back(kxController::isRenderUpdateEnabled()); }
+};
+
+/// Notes for each change of tags whether the host was rendering.
+class TagWatch final : public osg::SceneListener
+{
+public:
+    TagWatch() { osg::FieldContainerFactory::the().addListener(*this); }
+    ~TagWatch() override { osg::FieldContainerFactory::the().removeListener(*this); }
+    TagWatch(const TagWatch &) = delete;
+    TagWatch &operator=(const TagWatch &) = delete;
+
+    void containerChanged(osg::FieldContainer &container, osg::FieldMask) override
+    {
+        if (container.getType().isDerivedFrom(osg::TagAttachment::getClassType()))
+            wasRendering.push_back(kxController::isRenderUpdateEnabled());
+    }
+
+    std::vector<bool> wasRendering;
 };
 
 class kxEnvironmentNodeAssetItemTest : public NodeFixture
@@ -327,6 +348,19 @@ TEST_F(kxEnvironmentNodeAssetItemTest, StopsTheRefinementOfTheViewsFirst)
     EXPECT_TRUE(kxController::isRenderUpdateEnabled());
 }
 
+TEST_F(kxEnvironmentNodeAssetItemTest, PausesRenderingWhileThePayloadLoads)
+{
+    setTags(dawn.get(), {"evening"});
+    const std::string uuid = save(makeEnvironment("Hills", dawn.get()));
+    const TagWatch watch;
+
+    EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
+
+    ASSERT_FALSE(watch.wasRendering.empty());
+    EXPECT_FALSE(watch.wasRendering.front()) << "when the payload's tags are read";
+    EXPECT_TRUE(watch.wasRendering.back()) << "when the asset's tag is put on";
+}
+
 TEST_F(kxEnvironmentNodeAssetItemTest, RefreshesTheSceneBetweenItsTwoLines)
 {
     const std::string uuid = save(makeEnvironment("Hills", dawn.get()));
@@ -435,11 +469,16 @@ TEST_F(kxEnvironmentNodeAssetItemTest, AsksWhichOfSeveralMaterials)
     const osg::NodePtr node = makeEnvironment("Hills", dusk.get());
     addSquare(node, "Ground", dawn.get());
     const std::string uuid = save(node);
+    whileAsked = [](const QDialog &dialog) {
+        EXPECT_TRUE(dialog.isModal());
+        EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
+    };
     answer(true);
 
     EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
 
     EXPECT_EQ(asked, 1);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the dialog is gone";
     EXPECT_EQ(osg::getName(choices()->getMaterial(1)), "dawn") << "the first by name";
     EXPECT_TRUE(osg::AssetAttachment::getAssetAttachment(registered(uuid)->getEnvironmentNode())->getUserEdited());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxMultipleEnvironmentsDialog.h"
 
+#include "Assets/Internal/MultipleEnvironmentsForm.h"
 #include "MaterialFixture.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/ImageAttachment.h"
@@ -12,8 +13,17 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QTranslator>
 
 namespace {
+
+/// Answers every text with its context.
+class ContextTranslator : public QTranslator
+{
+public:
+    QString translate(const char *context, const char *, const char *, int) const override { return context; }
+    bool isEmpty() const override { return false; }
+};
 
 class kxMultipleEnvironmentsDialogTest : public MaterialFixture
 {
@@ -23,6 +33,17 @@ protected:
         return osg::UEnvironmentMaterialPtr::dcast(material.get());
     }
     static QListWidget *listOf(const QDialog &dialog) { return dialog.findChild<QListWidget *>("_envList"); }
+    /// Makes the image, which may be null, the material's preview.
+    static void setPreview(const Owned &material, const osg::ImagePtr &image)
+    {
+        const auto attachment = osg::ImageAttachment::create();
+        {
+            const osg::CPEditor edit(attachment, osg::ImageAttachment::ImageFieldMask);
+            attachment->setImage(image);
+        }
+        const osg::CPEditor edit(material.get(), osg::AttachmentContainer::AttachmentsFieldMask);
+        material->addAttachment(attachment);
+    }
 };
 
 } // namespace
@@ -51,6 +72,8 @@ TEST_F(kxMultipleEnvironmentsDialogTest, IsBuiltAsItsFormSays)
     const QListWidget *list = listOf(dialog);
     EXPECT_EQ(list->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
     EXPECT_EQ(list->sizePolicy().verticalPolicy(), QSizePolicy::MinimumExpanding);
+    EXPECT_EQ(list->sizePolicy().horizontalStretch(), 0);
+    EXPECT_EQ(list->sizePolicy().verticalStretch(), 0);
     EXPECT_EQ(list->editTriggers(), QAbstractItemView::NoEditTriggers);
     EXPECT_EQ(list->iconSize(), QSize(128, 64));
     EXPECT_EQ(list->verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
@@ -84,20 +107,13 @@ TEST_F(kxMultipleEnvironmentsDialogTest, ListsByNameAndSelectsTheFirst)
 TEST_F(kxMultipleEnvironmentsDialogTest, ShowsThePreviewsOfMaterials)
 {
     const Owned sky = makeSky("Sky");
-    const auto attachment = osg::ImageAttachment::create();
     const auto image = osg::Image::create();
     {
         const osg::CPEditor edit(image, osg::AllFieldMask);
-        ASSERT_TRUE(image->set(128, 64, 4, osg::PixelType::UInt8));
+        ASSERT_TRUE(image->set(128, 64, 3, osg::PixelType::UInt8));
+        image->editPixels() = std::vector<std::uint8_t>(image->byteCount(), 200);
     }
-    {
-        const osg::CPEditor edit(attachment, osg::ImageAttachment::ImageFieldMask);
-        attachment->setImage(image);
-    }
-    {
-        const osg::CPEditor edit(sky.get(), osg::AttachmentContainer::AttachmentsFieldMask);
-        sky->addAttachment(attachment);
-    }
+    setPreview(sky, image);
     kxMultipleEnvironmentsGUII dialog;
 
     dialog.fill({env(sky)});
@@ -105,6 +121,88 @@ TEST_F(kxMultipleEnvironmentsDialogTest, ShowsThePreviewsOfMaterials)
     const QIcon icon = listOf(dialog)->item(0)->icon();
     EXPECT_EQ(icon.availableSizes(QIcon::Normal, QIcon::On), QList<QSize>{QSize(128, 64)});
     EXPECT_EQ(icon.availableSizes(QIcon::Selected, QIcon::On), QList<QSize>{QSize(128, 64)});
+    EXPECT_TRUE(icon.availableSizes(QIcon::Normal, QIcon::Off).isEmpty());
+    EXPECT_TRUE(icon.availableSizes(QIcon::Selected, QIcon::Off).isEmpty());
+    EXPECT_EQ(icon.pixmap(QSize(128, 64), QIcon::Normal, QIcon::On).toImage().pixelColor(64, 32),
+              QColor(200, 200, 200));
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, ShowsNoIconWhereThePreviewHoldsNoImage)
+{
+    const Owned sky = makeSky("Sky");
+    setPreview(sky, nullptr);
+    kxMultipleEnvironmentsGUII dialog;
+
+    dialog.fill({env(sky)});
+
+    EXPECT_TRUE(listOf(dialog)->item(0)->icon().isNull());
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, SelectsNothingInAnEmptyList)
+{
+    kxMultipleEnvironmentsGUII dialog;
+
+    dialog.fill({nullptr});
+
+    EXPECT_EQ(listOf(dialog)->count(), 0);
+    EXPECT_FALSE(dialog.selectedMaterial());
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, FitsItsSizeToItsContents)
+{
+    const Owned sky = makeSky("Sky");
+    kxMultipleEnvironmentsGUII dialog;
+    dialog.resize(1200, 1100);
+
+    dialog.fill({env(sky)});
+
+    EXPECT_LT(dialog.width(), 1200);
+    EXPECT_LT(dialog.height(), 1100);
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, GivesOnlyAnEnvironmentMaterial)
+{
+    const Owned sky = makeSky("Sky");
+    const Owned paint = makeSurface("Paint");
+    kxMultipleEnvironmentsGUII dialog;
+    dialog.fill({env(sky)});
+
+    listOf(dialog)->item(0)->setData(Qt::UserRole, static_cast<unsigned>(paint.get().getFieldContainerId()));
+
+    EXPECT_FALSE(dialog.selectedMaterial());
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, HasTheParentAndFlagsThatItIsGiven)
+{
+    QWidget parent;
+    const kxMultipleEnvironmentsGUII dialog(&parent, Qt::Dialog | Qt::WindowStaysOnTopHint);
+
+    EXPECT_EQ(dialog.parentWidget(), &parent);
+    EXPECT_TRUE(dialog.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, TranslatesInTheContextOfItsForm)
+{
+    ContextTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+
+    const kxMultipleEnvironmentsGUII dialog;
+    QCoreApplication::removeTranslator(&translator);
+
+    EXPECT_EQ(dialog.windowTitle(), "kxMultipleEnvironmentsDialog");
+    EXPECT_EQ(dialog.findChild<QLabel *>("label")->text(), "kxMultipleEnvironmentsDialog");
+    EXPECT_EQ(dialog.findChild<QLabel *>("label2")->text(), "kxMultipleEnvironmentsDialog");
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, KeepsTheNameThatADialogHas)
+{
+    QDialog dialog;
+    dialog.setObjectName("mine");
+    Ui::kxMultipleEnvironmentsDialog form;
+
+    form.setupUi(&dialog);
+
+    EXPECT_EQ(dialog.objectName(), "mine");
 }
 
 TEST_F(kxMultipleEnvironmentsDialogTest, HasNoMaterialWithoutASelection)
