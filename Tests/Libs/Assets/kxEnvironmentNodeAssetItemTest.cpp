@@ -471,6 +471,7 @@ TEST_F(kxEnvironmentNodeAssetItemTest, AsksWhichOfSeveralMaterials)
     const std::string uuid = save(node);
     whileAsked = [](const QDialog &dialog) {
         EXPECT_TRUE(dialog.isModal());
+        ASSERT_TRUE(QApplication::overrideCursor());
         EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
     };
     answer(true);

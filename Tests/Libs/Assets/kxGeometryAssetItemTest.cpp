@@ -362,6 +362,20 @@ TEST_F(kxGeometryAssetItemTest, LightsLoadedOverridesByTheDefaultEnvironment)
     EXPECT_EQ(uber->getBRDFMaterials()[0]->getEnvironment(), kxDefaultEnvironment::getDefault());
 }
 
+TEST_F(kxGeometryAssetItemTest, LightsNoOverrideThatIsNoUberMaterial)
+{
+    const osg::NodePtr chair = addChair();
+    kxMaterials::setOverrideMaterial(chair, makeSurface("Over"));
+    const std::string uuid = save(chair);
+
+    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+
+    std::set<osg::MaterialPtr> materials;
+    kxMaterials::getOverrideMaterialsRecursive(loaded, materials, false);
+    ASSERT_EQ(materials.size(), 1U);
+    EXPECT_FALSE(osg::dcast<osg::UBRDFMaterialPtr>(*materials.begin())->getEnvironment());
+}
+
 TEST_F(kxGeometryAssetItemTest, SaysWhatItCannotFind)
 {
     const std::string material = store(paint);

@@ -7,6 +7,7 @@
 #include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
+#include "Kernel/kxScenegraphNotifier.h"
 #include "NodeFixture.h"
 #include "SceneGraph/Compare.h"
 #include "SceneGraph/DeepClone.h"
@@ -19,6 +20,9 @@
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "SceneGraph/UberMaterial.h"
 #include "Support/CapturedOutput.h"
+
+#include <QCoreApplication>
+#include <QSignalSpy>
 
 namespace {
 
@@ -331,6 +335,20 @@ TEST_F(kxSaveEnvironmentTest, RestoresInTheOrderOfTheNodes)
                              "[prepareEnvironmentSwitches] replace mat on Early by dawn\n"
                              "restore assignment on Early ---> Second\n"
                              "restore assignment on Late ---> Second\n");
+}
+
+TEST_F(kxSaveEnvironmentTest, RefreshesNoViewForWhatItPutsBack)
+{
+    addChoices();
+    QCoreApplication::processEvents();
+    QSignalSpy updates(&kxScenegraph::notifier(), &kxScenegraphNotifier::updateRequested);
+
+    ASSERT_TRUE(preparation.prepare(duskNode));
+    QCoreApplication::processEvents();
+    preparation.unprepare();
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(updates.count(), 0);
 }
 
 TEST_F(kxSaveEnvironmentTest, IsHarmlessWhenIdle)
