@@ -3,6 +3,7 @@
 
 #include "AssetManager/AssetStates.h"
 #include "AssetManager/DragData.h"
+#include "AssetManager/NaturalOrder.h"
 #include "AssetSession/kxAssetLibrary.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
@@ -20,10 +21,8 @@ struct AssetModel::Known : AssetEntry
     QCollatorSortKey key; ///< of the name
 };
 
-AssetModel::AssetModel(const AssetStates *states, QObject *parent) : QAbstractTableModel(parent), _states(states)
+AssetModel::AssetModel(const AssetStates *states, QObject *parent) : QAbstractTableModel(parent), _states(states), _collator(NaturalOrder::collator())
 {
-    _collator.setNumericMode(true);
-    _collator.setCaseSensitivity(Qt::CaseInsensitive);
     if (states)
         connect(states, &AssetStates::changed, this, [this] {
             if (!_rows.empty())

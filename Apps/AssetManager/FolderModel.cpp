@@ -3,9 +3,9 @@
 
 #include "AssetManager/AssetFilter.h"
 #include "AssetManager/DragData.h"
+#include "AssetManager/NaturalOrder.h"
 
 #include <QApplication>
-#include <QCollator>
 #include <QDir>
 #include <QFileInfo>
 #include <QMimeData>
@@ -29,9 +29,7 @@ QStringList filesOf(const QMimeData &data)
 /// The row in which a folder of this name has its place.
 int rowFor(const QStandardItem &parent, const QString &name)
 {
-    QCollator collator;
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    const QCollator collator = NaturalOrder::collator();
     int row = 0;
     while (row < parent.rowCount() && collator.compare(parent.child(row)->text(), name) < 0)
         ++row;
@@ -136,10 +134,16 @@ void FolderModel::setSubFolders(const QString &path, const QStringList &subFolde
         if (!subFolders.contains(parent->child(row)->data(PathRole).toString()))
             parent->removeRow(row);
     for (const QString &folder : subFolders)
-        if (!itemOf(folder)) {
-            const QString name = QFileInfo(folder).fileName();
-            parent->insertRow(rowFor(*parent, name), makeItem(folder, name));
-        }
+        addFolder(path, folder);
+}
+
+void FolderModel::addFolder(const QString &parent, const QString &folder)
+{
+    QStandardItem *item = itemOf(parent);
+    if (!item || parent.isEmpty() || itemOf(folder))
+        return;
+    const QString name = QFileInfo(folder).fileName();
+    item->insertRow(rowFor(*item, name), makeItem(folder, name));
 }
 
 QStringList FolderModel::mimeTypes() const

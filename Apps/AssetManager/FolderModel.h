@@ -26,6 +26,8 @@ public:
     /// Marks a library as unreadable, with the reason as its tool tip; "" takes that back.
     void setProblem(const QString &library, const QString &reason);
 
+    /// Shows a folder in one that is shown.
+    void addFolder(const QString &parent, const QString &folder);
     /// Shows exactly these folders in a folder that is shown; others, and what is below them, go.
     void setSubFolders(const QString &path, const QStringList &subFolders);
     /// Invalid for what is not shown. The empty path is that of all libraries together.

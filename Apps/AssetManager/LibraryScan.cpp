@@ -156,6 +156,7 @@ void LibraryScan::readDirectory(const QString &directory)
         return;
     }
     folder.plain.append(directory);
+    emit folderFound(folder.path, directory);
     Folder below;
     below.path = directory;
     below.onlyChanges = folder.onlyChanges;
@@ -173,7 +174,11 @@ void LibraryScan::leave()
 bool LibraryScan::isUnchanged(const QString &directory) const
 {
     const auto known = _known.find(directory);
-    return known != _known.end() && known->modified == modificationTime(directory);
+    return known != _known.end() && known->modified == modificationTime(directory) &&
+           std::all_of(known->uuids.begin(), known->uuids.end(), [&](const std::string &uuid) {
+               kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+               return item && item->directoryUrl().toLocalFile() == directory;
+           });
 }
 
 /// Takes the assets out of the registry that lay in the folder, or in folders in it that are not there any more.

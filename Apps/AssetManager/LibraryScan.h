@@ -12,8 +12,7 @@
 
 /// Reads libraries a little at a time, so that the window stays alive meanwhile. Main thread only.
 ///
-/// What is found is in the registry when it is announced. Folders are read in the order of their names, and each is
-/// announced before what it holds.
+/// What is found is in the registry when it is announced. Folders are read in the order of their names.
 class LibraryScan final : public QObject
 {
     Q_OBJECT
@@ -37,6 +36,8 @@ public:
 
 Q_SIGNALS:
     void started();
+    /// A folder that holds no asset of its own, before what lies in it.
+    void folderFound(const QString &parent, const QString &folder);
     /// The folder has exactly these folders that hold no asset of their own; announced for each folder that was read.
     void folderRead(const QString &folder, const QStringList &subFolders);
     /// New, read again, or gone from the registry.

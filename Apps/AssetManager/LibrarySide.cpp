@@ -16,6 +16,7 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     _assets.setFavourites(Settings::favourites());
     _assets.setRecent(Settings::recent());
     connect(&_scan, &LibraryScan::assetsChanged, this, &LibrarySide::refreshAssets);
+    connect(&_scan, &LibraryScan::folderFound, &_folders, &FolderModel::addFolder);
     connect(&_scan, &LibraryScan::folderRead, this, [this](const QString &folder, const QStringList &subFolders) {
         _folders.setSubFolders(folder, subFolders);
         _watcher.watch(folder);

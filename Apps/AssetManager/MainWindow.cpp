@@ -66,6 +66,7 @@ MainWindow::MainWindow(kxAssetManagerModule &manager) : _libraries(std::make_uni
     _browser->setTileSize(Settings::tileSize());
     _browser->setLook(Settings::showsLines() ? AssetBrowser::Look::Lines : AssetBrowser::Look::Tiles);
     resize(1440, 900);
+    layOutDocks();
     restoreGeometry(Settings::windowGeometry());
     restoreState(Settings::windowState());
     updateStatus();
@@ -89,7 +90,14 @@ void MainWindow::makeLibraryDocks()
     details->setObjectName(QStringLiteral("detailsDock"));
     details->setWidget(_details);
     addDockWidget(Qt::RightDockWidgetArea, details);
-    resizeDocks({folders, details}, {220, 300}, Qt::Horizontal);
+}
+
+void MainWindow::layOutDocks()
+{
+    const auto dock = [this](const char *name) { return findChild<QDockWidget *>(QLatin1String(name)); };
+    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {250, 330}, Qt::Horizontal);
+    resizeDocks({dock("viewDock")}, {400}, Qt::Vertical);
+    resizeDocks({dock("detailsDock"), dock("materialDock")}, {560, 300}, Qt::Vertical);
 }
 
 void MainWindow::makeMenus()

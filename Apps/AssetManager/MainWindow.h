@@ -56,6 +56,7 @@ public Q_SLOTS:
 
 private:
     void makeLibraryDocks();
+    void layOutDocks();
     void makeMenus();
     void makeFileMenu();
     void makeEditMenu();

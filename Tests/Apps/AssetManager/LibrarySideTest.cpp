@@ -32,6 +32,7 @@ protected:
     LibrarySideTest()
     {
         QSettings(QStringLiteral("kxAssets"), QStringLiteral("asset-manager")).clear();
+        QDir().mkpath(library().toLocalFile());
         QObject::connect(&side, &LibrarySide::failed, [this](const QStringList &texts) { reported += texts; });
     }
 
