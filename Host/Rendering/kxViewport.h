@@ -43,7 +43,8 @@ public:
     /// Whether better pictures are still to come.
     bool isRefining() const;
 
-    /// The node whose surface is seen at a place of the widget; null for the background, and where it is gone meanwhile.
+    /// The node whose surface is seen at a place of the widget; null for the background, and where it is gone meanwhile. Of a
+    /// large scene that changed a moment ago it may have to wait for the triangles to be put in order.
     osg::NodePtr nodeAt(const QPoint &place) const;
 
     QSize sizeHint() const override;

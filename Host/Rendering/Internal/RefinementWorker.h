@@ -72,7 +72,7 @@ private:
     std::atomic<std::uint64_t> _newest = 0;       ///< job
     std::atomic<std::uint64_t> _oldestWanted = 1; ///< older jobs were cancelled
     std::atomic<std::uint64_t> _running = 0;
-    double _pathsPerSecond = 0.0; ///< of the last coarse picture, whose paths are few; 0: not known yet
+    double _pathsPerSecond = 0.0; ///< of the last coarse picture; 0: not known yet
     Cores _allCores{Cores::Share::All};
     Cores _mostCores{Cores::Share::Most};
     std::thread _thread; ///< begins when everything else is there
