@@ -161,6 +161,12 @@ TEST(kxAssetCategoryTest, HeadsTheOtherColumnsAlike)
     EXPECT_EQ(kxAssetCategory::getHeaderData(Material, 4, 0), QVariant("Tags"));
 }
 
+TEST(kxAssetCategoryTest, HeadsColumnsWithTexts)
+{
+    for (int section = 0; section < 5; ++section)
+        EXPECT_EQ(kxAssetCategory::getHeaderData(Material, section, 0).userType(), QMetaType::QString) << section;
+}
+
 TEST(kxAssetCategoryTest, HasNoHeaderBesideTheColumns)
 {
     EXPECT_FALSE(kxAssetCategory::getHeaderData(Material, 5, 0).isValid());
@@ -225,6 +231,7 @@ TEST(kxAssetCategoryTest, AnswersForTheCategoryItHolds)
     EXPECT_EQ(environment.getColumnCount(), 4);
     EXPECT_EQ(environment.getHeaderData(0, 0), QVariant("Environment"));
     EXPECT_FALSE(environment.getHeaderData(4, 0).isValid());
+    EXPECT_FALSE(environment.getHeaderData(0, 1).isValid());
 }
 
 TEST(kxAssetCategoryTest, ShapesPreviewIcons)
@@ -248,6 +255,24 @@ TEST(kxAssetCategoryTest, TranslatesInItsOwnContext)
 
     EXPECT_EQ(text, "<kxAssetCategory>#Anything");
     EXPECT_EQ(header, QVariant("<kxAssetCategory>#Storage Location"));
+}
+
+TEST(kxAssetCategoryTest, TellsMeaningsAndNumbersApartWhenTranslating)
+{
+    struct NumberingTranslator : QTranslator
+    {
+        QString translate(const char *, const char *text, const char *meaning, int number) const override
+        {
+            return QStringLiteral("%1 %2 %3").arg(text, meaning).arg(number);
+        }
+        bool isEmpty() const override { return false; }
+    } translator;
+    QCoreApplication::installTranslator(&translator);
+
+    const QString text = kxAssetCategory::tr("%n plates", "in a scene", 3);
+    QCoreApplication::removeTranslator(&translator);
+
+    EXPECT_EQ(text, "3 plates in a scene 3");
 }
 
 TEST(kxAssetCategoryTest, TranslatesEveryHeader)
@@ -329,6 +354,21 @@ TEST_F(kxAssetCategoryProcessTest, KeepsTheNamesForPeopleAsTheyWereTranslatedFir
             QCoreApplication::removeTranslator(&translator);
             const QString second = kxAssetCategory::getUICategoryName(Geometry);
             endProcess(first == "<kxAssetCategory>#Geometries" && second == first);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(kxAssetCategoryProcessTest, TranslatesEveryNameForPeople)
+{
+    EXPECT_EXIT(
+        {
+            MarkingTranslator translator;
+            QCoreApplication::installTranslator(&translator);
+            QStringList names;
+            for (const kxAssetCategoryType category : {Material, Environment, Geometry, Sceneplate})
+                names.push_back(kxAssetCategory::getUICategoryName(category));
+            endProcess(names == QStringList{"<kxAssetCategory>#Materials", "<kxAssetCategory>#Environments",
+                                            "<kxAssetCategory>#Geometries", "<kxAssetCategory>#Sceneplates"});
         },
         testing::ExitedWithCode(0), "");
 }

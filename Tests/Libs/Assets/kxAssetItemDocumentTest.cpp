@@ -4,6 +4,7 @@
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/FieldContainerType.h"
+#include "SceneGraph/Node.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/UBRDFMaterial.h"
 #include "Support/CapturedOutput.h"
@@ -53,7 +54,7 @@ osg::FCRef<osg::Material> makeMaterial()
 
 osg::FCRef<osg::Material> makeAsset(const std::string &uuid)
 {
-    const osg::FCRef<osg::Material> material = makeMaterial();
+    osg::FCRef<osg::Material> material = makeMaterial();
     const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::createAssetAttachment(material);
     osg::CPEditor edit(attachment, osg::AssetAttachment::UuidFieldMask);
     attachment->setUuid(uuid);
@@ -84,6 +85,20 @@ TEST(kxAssetItemDocumentTest, SharesItsTreeWithCopies)
     original.setAssetName("Chair");
 
     EXPECT_EQ(copy.getAssetName(), "Chair");
+    EXPECT_EQ(assigned.getAssetName(), "Chair");
+}
+
+TEST(kxAssetItemDocumentTest, SharesItsTreeWithWhatItWasMovedTo)
+{
+    // Like the tree itself, which has only copies.
+    kxAssetItemDocument original;
+    const kxAssetItemDocument moved(static_cast<kxAssetItemDocument &&>(original));
+    kxAssetItemDocument assigned;
+    assigned = static_cast<kxAssetItemDocument &&>(original);
+
+    original.setAssetName("Chair");
+
+    EXPECT_EQ(moved.getAssetName(), "Chair");
     EXPECT_EQ(assigned.getAssetName(), "Chair");
 }
 
@@ -149,6 +164,18 @@ TEST(kxAssetItemDocumentTest, WritesTheSceneplateGroup)
                                 "<sceneplate>\n<type>2</type>\n</sceneplate>\n</item>\n");
 }
 
+TEST(kxAssetItemDocumentTest, WritesNumbersInBaseTen)
+{
+    kxAssetItemDocument document;
+
+    document.setSwitchMaterialChoice(12);
+    document.setSceneplateType(static_cast<kxSceneplateTypes::NodeType>(16));
+
+    const QDomElement root = document.getQDomDocument().documentElement();
+    EXPECT_EQ(root.firstChildElement("material").text(), "12");
+    EXPECT_EQ(root.firstChildElement("sceneplate").text(), "16");
+}
+
 TEST(kxAssetItemDocumentTest, ReadsBackWhatItWrote)
 {
     kxAssetItemDocument document;
@@ -212,6 +239,32 @@ TEST(kxAssetItemDocumentTest, LooksIntoTheFirstGroupOnly)
     const kxAssetItemDocument document =
         withContent("<material><tags>a</tags></material><material><choice>4</choice></material>");
 
+    EXPECT_EQ(document.getSwitchMaterialChoice(), -1);
+}
+
+TEST(kxAssetItemDocumentTest, WritesIntoTheFirstOfTwoGroups)
+{
+    kxAssetItemDocument document = withContent("<material/><material/>");
+
+    document.setSwitchMaterialChoice(4);
+
+    EXPECT_EQ(document.getSwitchMaterialChoice(), 4);
+}
+
+TEST(kxAssetItemDocumentTest, LooksForGroupsAndTheirValuesOneLevelDeepOnly)
+{
+    EXPECT_EQ(withContent("<x><material><choice>4</choice></material></x>").getSwitchMaterialChoice(), -1);
+    EXPECT_EQ(withMaterial("<x><choice>4</choice></x>").getSwitchMaterialChoice(), -1);
+}
+
+TEST(kxAssetItemDocumentTest, ReadsNoAttributes)
+{
+    const kxAssetItemDocument document =
+        parsed("<item name='a' uuid='b' category='Materials'><material choice='1'/></item>");
+
+    EXPECT_EQ(document.getAssetName(), "");
+    EXPECT_EQ(document.getAssetUUID(), "");
+    EXPECT_EQ(document.getAssetType(), Undefined);
     EXPECT_EQ(document.getSwitchMaterialChoice(), -1);
 }
 
@@ -290,7 +343,9 @@ TEST(kxAssetItemDocumentTest, WritesAnEmptyCategoryForUndefined)
 
     document.setAssetType(Undefined);
 
-    EXPECT_EQ(document.getQDomDocument().documentElement().firstChildElement("category").text(), "");
+    const QDomElement category = document.getQDomDocument().documentElement().firstChildElement("category");
+    EXPECT_TRUE(category.firstChild().isText()) << "of no characters";
+    EXPECT_EQ(category.text(), "");
     EXPECT_EQ(document.getQDomDocument().documentElement().elementsByTagName("category").count(), 1);
     EXPECT_EQ(document.getAssetType(), Undefined);
 }
@@ -298,6 +353,7 @@ TEST(kxAssetItemDocumentTest, WritesAnEmptyCategoryForUndefined)
 TEST(kxAssetItemDocumentTest, FindsMaterialTypesByName)
 {
     EXPECT_EQ(withMaterial("<type>UBRDFMaterial</type>").getMaterialType(), &osg::UBRDFMaterial::getClassType());
+    EXPECT_EQ(withMaterial("<type>Node</type>").getMaterialType(), &osg::Node::getClassType()) << "of whatever kind";
     EXPECT_EQ(withMaterial("<type>NoSuchMaterial</type>").getMaterialType(), nullptr);
     EXPECT_EQ(withMaterial("<type></type>").getMaterialType(), nullptr);
     EXPECT_EQ(withMaterial("").getMaterialType(), nullptr);
@@ -361,6 +417,11 @@ TEST(kxAssetItemDocumentTest, RemovesTagsOfPlacedAssetsByExactPrefix)
 TEST(kxAssetItemDocumentTest, LooksForPrefixesAfterTakingQuotesAway)
 {
     EXPECT_TRUE(kxAssetItemDocument::tagListFrom("\"Geometry Asset: Chair\", Sc\"ene").isEmpty());
+}
+
+TEST(kxAssetItemDocumentTest, SplitsAfterTakingQuotesAway)
+{
+    EXPECT_EQ(kxAssetItemDocument::tagListFrom("\"b,\" a"), (QStringList{"a", "b"}));
 }
 
 TEST(kxAssetItemDocumentTest, KeepsBlanksCommasAndDuplicatesInTags)
@@ -472,6 +533,11 @@ TEST(kxAssetItemDocumentTest, FindsSubMaterialsAnywhereBelowTheRoot)
     EXPECT_EQ(document.getSubMaterialUUIDs(), (std::vector<std::string>{"u1", "", "u1"}));
 }
 
+TEST(kxAssetItemDocumentTest, FindsNoSubMaterialsInTheRootItself)
+{
+    EXPECT_TRUE(parsed("<subMaterials><uuid>u1</uuid></subMaterials>").getSubMaterialUUIDs().empty());
+}
+
 TEST(kxAssetItemDocumentTest, IsInvalidWithoutARootAndSaysNothing)
 {
     kxtest::CapturedOutput output;
@@ -486,10 +552,12 @@ TEST(kxAssetItemDocumentTest, MissesTheUuidBeforeTheCategory)
 {
     kxtest::CapturedOutput output;
 
-    const bool isValid = kxAssetItemDocument().hasValidAssetMetaData();
+    const bool isBareValid = kxAssetItemDocument().hasValidAssetMetaData();
+    const bool isEmptyValid = withContent("<uuid/><category>Geometries</category>").hasValidAssetMetaData();
 
-    EXPECT_EQ(output.text(), "[hasValidAssetMetaData] invalid uuid \n");
-    EXPECT_FALSE(isValid);
+    EXPECT_EQ(output.text(), "[hasValidAssetMetaData] invalid uuid \n[hasValidAssetMetaData] invalid uuid \n");
+    EXPECT_FALSE(isBareValid);
+    EXPECT_FALSE(isEmptyValid);
 }
 
 TEST(kxAssetItemDocumentTest, IsInvalidWithAnUnknownCategory)
@@ -525,4 +593,7 @@ TEST(kxAssetItemDocumentTest, AcceptsTheOtherCategoriesAsTheyAre)
         EXPECT_TRUE(
             withContent(std::string("<uuid>u</uuid><category>") + category + "</category>").hasValidAssetMetaData())
             << category;
+    EXPECT_TRUE(
+        withContent("<uuid>u</uuid><category>Environments</category><material><type>NoSuchType</type></material>")
+            .hasValidAssetMetaData());
 }

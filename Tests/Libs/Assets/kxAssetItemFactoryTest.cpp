@@ -12,12 +12,14 @@
 #include "Kernel/kxSceneplateService.h"
 #include "PlainItem.h"
 #include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/SceneListener.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/UBRDFMaterial.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
 #include "Support/CapturedOutput.h"
 
 #include <QCoreApplication>
+#include <QDomDocument>
 
 #include <gtest/gtest.h>
 
@@ -48,6 +50,23 @@ public:
 
 private:
     std::vector<std::string> &_deaths;
+};
+
+/// Notes the materials that are destroyed.
+class MaterialDeaths : public osg::SceneListener
+{
+public:
+    MaterialDeaths() { osg::FieldContainerFactory::the().addListener(*this); }
+    ~MaterialDeaths() override { osg::FieldContainerFactory::the().removeListener(*this); }
+
+    void containerChanged(osg::FieldContainer &, osg::FieldMask) override {}
+    void containerDestroyed(osg::FieldContainer &container) override
+    {
+        if (container.getType().isDerivedFrom(osg::Material::getClassType()))
+            ids.push_back(container.getFieldContainerId());
+    }
+
+    std::vector<std::uint32_t> ids;
 };
 
 kxAssetItemDocument documentOf(kxAssetCategoryType category, const std::string &uuid, const std::string &name = "x")
@@ -199,6 +218,22 @@ TEST_F(kxAssetItemFactoryTest, FindsItemsAnywhereBelowAFolder)
     EXPECT_EQ(_factory.findItems(Undefined, QUrl("file:///lib")), (std::set<kxAssetItem *>{near, far}));
 }
 
+TEST_F(kxAssetItemFactoryTest, FindsNothingBelowAFolderWithASlashAtItsEnd)
+{
+    // The slash that separates is put behind the text as it is.
+    add(Material, "1", QUrl("file:///lib/x"));
+
+    EXPECT_TRUE(_factory.findItems(Undefined, QUrl("file:///lib/")).empty());
+}
+
+TEST_F(kxAssetItemFactoryTest, FindsItemsWithoutADirectoryInNone)
+{
+    PlainItem *nowhere = add(Material, "1");
+    add(Material, "2", QUrl("file:///lib/x"));
+
+    EXPECT_EQ(_factory.findItems(QUrl()), std::set<kxAssetItem *>{nowhere});
+}
+
 TEST_F(kxAssetItemFactoryTest, CombinesBothFilters)
 {
     add(Geometry, "1", QUrl("file:///lib/x"));
@@ -241,6 +276,10 @@ TEST_F(kxAssetItemFactoryTest, CreatesEnvironmentMaterialItems)
     ASSERT_NE(item, nullptr);
     EXPECT_NE(dynamic_cast<kxEnvironmentMaterialAssetItem *>(item), nullptr);
     EXPECT_TRUE(item->hasCategory(Environment));
+    EXPECT_NE(dynamic_cast<kxEnvironmentMaterialAssetItem *>(
+                  _factory.createOrUpdateItem(materialOf(Environment, "2", osg::UBRDFMaterial::getClassType()))),
+              nullptr)
+        << "whatever type it is";
 }
 
 TEST_F(kxAssetItemFactoryTest, CreatesNothingForUnknownCategories)
@@ -255,14 +294,15 @@ TEST_F(kxAssetItemFactoryTest, CreatesNothingForUnknownCategories)
 
 TEST_F(kxAssetItemFactoryTest, MakesItemsOfTheClassThatTheDocumentCallsFor)
 {
-    kxAssetItemDocument unknownType = documentOf(Environment, "4", "Sky");
-    unknownType.setItemValue("material", "");
+    QDomDocument unknownType("document");
+    ASSERT_TRUE(unknownType.setContent(QByteArray("<item><category>Environments</category><uuid>4</uuid>"
+                                                  "<material><type>NoSuchType</type></material></item>")));
     const auto make = [this](const kxAssetItemDocument &document) { return _factory.createOrUpdateItem(document); };
 
     EXPECT_TRUE(dynamic_cast<kxGeometryAssetItem *>(make(documentOf(Geometry, "1", "Chair"))));
     EXPECT_TRUE(dynamic_cast<kxSceneplateAssetItem *>(make(documentOf(Sceneplate, "2", "Logo"))));
     EXPECT_TRUE(dynamic_cast<kxEnvironmentNodeAssetItem *>(make(documentOf(Environment, "3", "Forest"))));
-    EXPECT_TRUE(dynamic_cast<kxEnvironmentNodeAssetItem *>(make(unknownType)));
+    EXPECT_TRUE(dynamic_cast<kxEnvironmentNodeAssetItem *>(make(kxAssetItemDocument(unknownType))));
 
     EXPECT_EQ(_factory.itemCount(), 4);
     EXPECT_EQ(_factory.findItem("1")->name(), "Chair");
@@ -279,6 +319,16 @@ TEST_F(kxAssetItemFactoryTest, UpdatesAKnownItemInPlace)
     EXPECT_EQ(item->name(), "Renamed");
     EXPECT_EQ(item->category(), Geometry);
     EXPECT_NE(dynamic_cast<kxMaterialAssetItem *>(item), nullptr);
+}
+
+TEST_F(kxAssetItemFactoryTest, UpdatesAKnownItemWhateverItsNewCategory)
+{
+    PlainItem *item = add(Material, "1");
+
+    EXPECT_EQ(_factory.createOrUpdateItem(documentOf(Undefined, "1", "Renamed")), item);
+
+    EXPECT_EQ(item->name(), "Renamed");
+    EXPECT_EQ(item->category(), Undefined);
 }
 
 TEST_F(kxAssetItemFactoryTest, CountsEnvironmentMaterialsAmongMaterialItemsButNotInTheCategory)
@@ -309,6 +359,17 @@ TEST_F(kxAssetItemFactoryTest, RefusesTheSameObjectTwice)
 
     EXPECT_EQ(log.lines(kxLogLevel::Error), std::vector<std::string>{"Item UUID already in use! 1-2%s"});
     EXPECT_EQ(_factory.itemCount(), 1);
+}
+
+TEST_F(kxAssetItemFactoryTest, TellsTheHostNothingOfWhatItRefuses)
+{
+    PlainItem *plate = add(Sceneplate, "1");
+    EXPECT_EQ(notifications(), 1);
+
+    EXPECT_FALSE(tryToAdd(plate));
+    EXPECT_FALSE(tryToAdd(nullptr));
+
+    EXPECT_EQ(notifications(), 0);
 }
 
 TEST_F(kxAssetItemFactoryTest, PutsAnotherObjectWithTheSameUuidInFront)
@@ -515,4 +576,24 @@ TEST_F(kxAssetItemFactoryTest, HasMaterialItemsReleaseTheirMaterials)
 
     material.reset();
     EXPECT_FALSE(registered->getMaterial());
+}
+
+TEST_F(kxAssetItemFactoryTest, HasMaterialItemsReleaseTheirMaterialsInTheOrderOfTheirAddresses)
+{
+    std::set<kxMaterialAssetItem *> items;
+    while (items.size() < 3)
+        items.insert(std::make_unique<kxMaterialAssetItem>().release());
+    std::vector<std::uint32_t> expected;
+    int number = 3; // so that the order of UUIDs is the other way round
+    for (kxMaterialAssetItem *item : items) {
+        const osg::FCRef<osg::Material> material = osg::MaterialPtr(osg::UBRDFMaterial::create());
+        item->initFrom(material, std::to_string(number--), true);
+        expected.push_back(material->getFieldContainerId());
+        ASSERT_TRUE(tryToAdd(item));
+    }
+    const MaterialDeaths deaths;
+
+    _factory.cleanupMaterialItems();
+
+    EXPECT_EQ(deaths.ids, expected);
 }

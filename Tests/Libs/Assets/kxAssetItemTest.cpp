@@ -5,11 +5,11 @@
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
 #include "Assets/kxEnvironmentNodeAssetItem.h"
 #include "Assets/kxGeometryAssetItem.h"
+#include "Assets/kxGeometrySceneplateCommon.h"
 #include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxPreviewImageLoader.h"
 #include "Assets/kxSceneplateAssetItem.h"
-#include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxVersion.h"
 #include "LibraryFixture.h"
 #include "PlainItem.h"
@@ -28,13 +28,9 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <set>
 #include <vector>
-
-#include <csignal>
-#include <sys/resource.h>
 
 namespace {
 
@@ -57,20 +53,40 @@ protected:
         return item;
     }
 
-    /// The texts of the metadata's name elements.
-    std::vector<std::string> storedNames() const
-    {
-        QDomDocument document("document");
-        EXPECT_TRUE(document.setContent(QByteArray::fromStdString(readFile("MAT_x/asset.xml"))));
-        std::vector<std::string> names;
-        const QDomNodeList elements = document.documentElement().elementsByTagName("name");
-        names.reserve(static_cast<std::size_t>(elements.size()));
-        for (int i = 0; i < elements.size(); ++i)
-            names.push_back(elements.at(i).toElement().text().toStdString());
-        return names;
-    }
-
     const osg::FCRef<osg::Material> _material = osg::MaterialPtr(osg::UBRDFMaterial::create());
+};
+
+/// Answers for itself where subclasses may, and says something else than its fields.
+class PosingItem : public PlainItem
+{
+public:
+    PosingItem() : PlainItem(Geometry, Uuid) { setName("field"); }
+
+    std::string uuid() override { return "posed"; }
+    std::string name() override { return "Posed"; }
+    kxAssetCategoryType category() override { return Sceneplate; }
+    QUrl directoryUrl() override { return posedUrl; }
+    std::uint32_t checksum() const override { return 7; }
+    QDateTime lastModified() override { return QDateTime(QDate(2021, 3, 4), QTime(5, 6)); }
+
+    QUrl posedUrl;
+};
+
+/// A back-end whose directories hold two payloads, and which notes how it is asked for them.
+class TwoPayloads : public kxLocalUrlManager
+{
+public:
+    bool accepts(const QUrl &place) const override { return place.scheme() == "two"; }
+    std::vector<QUrl> files(const QUrl &, const QStringList &nameFilters, QDir::SortFlags sort) override
+    {
+        filters = nameFilters;
+        order = sort;
+        return {QUrl("two:/b.osb"), QUrl("two:/a.osb")};
+    }
+    std::uint32_t checksum(const QUrl &file) const override { return file == QUrl("two:/b.osb") ? 22 : 11; }
+
+    QStringList filters;
+    QDir::SortFlags order;
 };
 
 QImage redImage()
@@ -101,29 +117,6 @@ public:
     }
 
     std::vector<osg::FieldMask> changes;
-};
-
-/// No file can grow while this lives.
-class FullDisk
-{
-public:
-    FullDisk()
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &_former);
-        const rlimit none{0, _former.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &_former);
-        std::signal(SIGXFSZ, SIG_DFL);
-    }
-    FullDisk(const FullDisk &) = delete;
-    FullDisk &operator=(const FullDisk &) = delete;
-
-private:
-    rlimit _former{};
 };
 
 } // namespace
@@ -170,6 +163,17 @@ TEST_F(kxAssetItemTest, KnowsItsCategory)
     EXPECT_TRUE(item.hasCategory(Geometry));
     EXPECT_FALSE(item.hasCategory(Undefined));
     EXPECT_FALSE(item.hasCategory(Material));
+}
+
+TEST_F(kxAssetItemTest, TellsItsCategoryFromItsFieldAlone)
+{
+    EXPECT_TRUE(PosingItem().hasCategory(Geometry));
+    EXPECT_FALSE(PosingItem().hasCategory(Sceneplate));
+}
+
+TEST_F(kxAssetItemTest, TagsWithTheNameThatASubclassAnswers)
+{
+    EXPECT_EQ(PosingItem().getTag(), "Geometry Asset: Posed");
 }
 
 TEST_F(kxAssetItemTest, TagsWithPrefixAndName)
@@ -228,12 +232,14 @@ TEST_F(kxAssetItemTest, TranslatesInTheContextOfItsClass)
                                   kxMaterialAssetItem::tr("x"),
                                   kxEnvironmentMaterialAssetItem::tr("x"),
                                   kxEnvironmentNodeAssetItem::tr("x"),
+                                  kxGeometrySceneplateCommon::tr("x"),
                                   kxGeometryAssetItem::tr("x"),
                                   kxSceneplateAssetItem::tr("x")};
     QCoreApplication::removeTranslator(&translator);
 
     EXPECT_EQ(contexts, (QStringList{"kxAssetItem", "kxMaterialAssetItem", "kxEnvironmentMaterialAssetItem",
-                                     "kxEnvironmentNodeAssetItem", "kxGeometryAssetItem", "kxSceneplateAssetItem"}));
+                                     "kxEnvironmentNodeAssetItem", "kxGeometrySceneplateCommon", "kxGeometryAssetItem",
+                                     "kxSceneplateAssetItem"}));
 }
 
 TEST_F(kxAssetItemTest, ReadsItsIdentityAfterAReset)
@@ -415,6 +421,7 @@ TEST_F(kxAssetItemTest, MakesAUuidWhenThereIsNone)
 
     item.initUUID(_material, "", true);
     const std::string withoutAttachment = item.uuid();
+    EXPECT_FALSE(osg::AssetAttachment::getAssetAttachment(_material)) << "asking for one makes none";
     setUuid(_material, "");
     item.initUUID(_material, "", true);
     const std::string withEmptyAttachment = item.uuid();
@@ -482,12 +489,37 @@ TEST_F(kxAssetItemTest, StampsFieldByFieldInOrder)
     EXPECT_FALSE(attachment->getUserEdited());
 }
 
+TEST_F(kxAssetItemTest, StampsThePlaceAndChecksumThatASubclassAnswers)
+{
+    PosingItem item;
+    item.posedUrl = QUrl("file:///lib/SCP_x");
+
+    const osg::AssetAttachmentPtr attachment = item.updateAssetAttachment(_material);
+
+    ASSERT_TRUE(attachment);
+    EXPECT_EQ(attachment->getUrl(), "file:///lib/SCP_x");
+    EXPECT_EQ(attachment->getChecksum(), 7U);
+    EXPECT_TRUE(item.hasSameChecksum(_material));
+}
+
 TEST_F(kxAssetItemTest, HasTheChecksumOfItsPayload)
 {
     writeFile("MAT_x/payload.osb", "123456789");
     writeFile("MAT_x/payload.png", "other");
 
     EXPECT_EQ(itemIn(url("MAT_x")).checksum(), 0xCBF43926U);
+}
+
+TEST_F(kxAssetItemTest, HasTheChecksumOfTheFirstPayloadAsTheBackEndListsThem)
+{
+    static TwoPayloads place;
+    kxUrlManager::registerManager(&place);
+    place.order = QDir::Name;
+
+    EXPECT_EQ(itemIn(QUrl("two:/x")).checksum(), 22U);
+
+    EXPECT_EQ(place.filters, QStringList("*.osb"));
+    EXPECT_EQ(place.order, QDir::SortFlags(QDir::NoSort));
 }
 
 TEST_F(kxAssetItemTest, HasNoChecksumWithoutPayloadOrBackEnd)
@@ -521,143 +553,6 @@ TEST_F(kxAssetItemTest, ComparesNoChecksumOfWhatIsNoAsset)
     // An attachment without a checksum is the same as an asset without a payload.
     setUuid(_material, Uuid);
     EXPECT_TRUE(item.hasSameChecksum(_material));
-}
-
-TEST_F(kxAssetItemTest, RenamesInTheMetadataAndInMemory)
-{
-    PlainItem item = itemIn(writeNamed("<name>Old</name>"));
-
-    EXPECT_TRUE(item.changeName(QString::fromUtf8("Neu & schön 木")));
-
-    EXPECT_EQ(item.name(), "Neu & schön 木");
-    EXPECT_EQ(storedNames(), std::vector<std::string>{"Neu & schön 木"});
-    EXPECT_EQ(item.directoryUrl(), url("MAT_x"));
-}
-
-TEST_F(kxAssetItemTest, LeavesTheFileAloneWhenTheNameIsTheSame)
-{
-    PlainItem item = itemIn(writeNamed("<name>Stored</name>"), "Same");
-
-    EXPECT_TRUE(item.changeName("Same"));
-    EXPECT_TRUE(itemIn(QUrl(), "Same").changeName("Same"));
-
-    EXPECT_EQ(storedNames(), std::vector<std::string>{"Stored"});
-}
-
-TEST_F(kxAssetItemTest, RenamesBetweenTheTwoFormsOfAnUmlaut)
-{
-    PlainItem item = itemIn(writeNamed("<name>u</name>"), "\xC3\xBC");
-
-    EXPECT_TRUE(item.changeName(QString::fromUtf8("u\xCC\x88")));
-
-    EXPECT_EQ(item.name(), "u\xCC\x88");
-    EXPECT_EQ(storedNames(), std::vector<std::string>{"u\xCC\x88"});
-}
-
-TEST_F(kxAssetItemTest, RenamesTheFirstOfTwoNamesOnly)
-{
-    PlainItem item = itemIn(writeNamed("<name>Old</name><name>Other</name>"));
-
-    EXPECT_TRUE(item.changeName("New"));
-
-    EXPECT_EQ(storedNames(), (std::vector<std::string>{"New", "Other"}));
-}
-
-TEST_F(kxAssetItemTest, FillsAnEmptyNameAndGoesOnToTheNext)
-{
-    PlainItem item = itemIn(writeNamed("<name></name><name>Old</name><name>Last</name>"));
-
-    EXPECT_TRUE(item.changeName("New"));
-
-    EXPECT_EQ(storedNames(), (std::vector<std::string>{"New", "New", "Last"}));
-}
-
-TEST_F(kxAssetItemTest, AppendsToANameThatBeginsWithSomethingElse)
-{
-    PlainItem item = itemIn(writeNamed("<name><b>bold</b>Old</name>"));
-
-    EXPECT_TRUE(item.changeName("New"));
-
-    EXPECT_EQ(storedNames(), std::vector<std::string>{"boldOldNew"});
-}
-
-TEST_F(kxAssetItemTest, ReplacesTheFirstTextOnly)
-{
-    PlainItem item = itemIn(writeNamed("<name>Old<b>bold</b></name>"));
-
-    EXPECT_TRUE(item.changeName("New"));
-
-    EXPECT_EQ(storedNames(), std::vector<std::string>{"Newbold"});
-}
-
-TEST_F(kxAssetItemTest, RenamesInMemoryWhenTheMetadataHasNoName)
-{
-    PlainItem item = itemIn(writeNamed(""));
-
-    EXPECT_TRUE(item.changeName("New"));
-
-    EXPECT_EQ(item.name(), "New");
-    EXPECT_EQ(storedNames(), std::vector<std::string>{});
-}
-
-TEST_F(kxAssetItemTest, LeavesNamesElsewhereInTheDocumentAlone)
-{
-    PlainItem item = itemIn(writeNamed("<material><name>Inner</name></material><name>Old</name>"));
-
-    EXPECT_TRUE(item.changeName("New"));
-
-    EXPECT_EQ(storedNames(), (std::vector<std::string>{"Inner", "New"}));
-}
-
-TEST_F(kxAssetItemTest, KeepsItsNameWithoutBackEndOrMetadata)
-{
-    PlainItem nowhere = itemIn(QUrl("nobody://x"));
-    PlainItem empty = itemIn(url("missing"));
-
-    EXPECT_FALSE(nowhere.changeName("New"));
-    EXPECT_FALSE(empty.changeName("New"));
-
-    EXPECT_EQ(nowhere.name(), "Old");
-    EXPECT_EQ(empty.name(), "Old");
-}
-
-TEST_F(kxAssetItemTest, KeepsItsNameWhenTheMetadataIsEmpty)
-{
-    // A place whose metadata can be read and has no root.
-    struct RootlessPlace : kxLocalUrlManager
-    {
-        bool accepts(const QUrl &place) const override { return place.scheme() == "rootless"; }
-        bool loadDocumentFromDir(const QUrl &, QDomDocument &, QUrl &) const override { return true; }
-        bool saveDocumentToFile(const QUrl &, const QDomDocument &) const override
-        {
-            ADD_FAILURE() << "there is nothing to save";
-            return true;
-        }
-    };
-    static RootlessPlace place;
-    kxUrlManager::registerManager(&place);
-    PlainItem item = itemIn(QUrl("rootless://x"));
-
-    EXPECT_FALSE(item.changeName("New"));
-
-    EXPECT_EQ(item.name(), "Old");
-}
-
-TEST_F(kxAssetItemTest, KeepsItsNameWhenTheMetadataCannotBeWritten)
-{
-    PlainItem item = itemIn(writeNamed("<name>Old</name>"));
-    const std::string before = readFile("MAT_x/asset.xml");
-    const kxLogRecorder log;
-    bool isRenamed = true;
-    {
-        const FullDisk full;
-        isRenamed = item.changeName("New");
-    }
-
-    EXPECT_FALSE(isRenamed);
-    EXPECT_EQ(item.name(), "Old");
-    EXPECT_EQ(readFile("MAT_x/asset.xml"), before);
-    EXPECT_EQ(log.lines(kxLogLevel::Error).size(), 1U);
 }
 
 TEST_F(kxAssetItemTest, ShowsItsColumns)
@@ -733,6 +628,16 @@ TEST_F(kxAssetItemTest, SortsByWhatTheSubclassDisplays)
     EXPECT_EQ(TypedItem().sortData(1), QVariant("1/0"));
 }
 
+TEST_F(kxAssetItemTest, ShowsTheTimeThatASubclassAnswersAndSortsByItsOwn)
+{
+    PosingItem item;
+    const QDateTime time(QDate(2020, 2, 29), QTime(12, 30));
+    item.setLastModified(time);
+
+    EXPECT_EQ(item.data(2, 0), QVariant(QLocale().toString(item.lastModified(), QLocale::ShortFormat)));
+    EXPECT_EQ(item.sortData(2), QVariant(time));
+}
+
 TEST_F(kxAssetItemTest, KnowsTheFolderThatHoldsItsDirectory)
 {
     EXPECT_EQ(itemIn(url("lib/MAT_x")).parentDirectoryUrl(), url("lib"));
@@ -755,6 +660,15 @@ TEST_F(kxAssetItemTest, HasAValidPlaceWhereItsAssetIs)
     EXPECT_FALSE(otherUuid.hasValidSaveLocation());
     EXPECT_FALSE(itemIn(url("missing")).hasValidSaveLocation());
     EXPECT_FALSE(PlainItem(Geometry, Uuid).hasValidSaveLocation());
+}
+
+TEST_F(kxAssetItemTest, LooksForItsPlaceByWhatASubclassAnswers)
+{
+    PosingItem item;
+    item.posedUrl = writeAsset("lib/SCP_x", "<category>Sceneplates</category><uuid>posed</uuid>");
+
+    EXPECT_EQ(item.parentDirectoryUrl(), url("lib"));
+    EXPECT_TRUE(item.hasValidSaveLocation());
 }
 
 TEST_F(kxAssetItemTest, NeedsNoLoadingForAPreviewItHas)
@@ -809,55 +723,4 @@ TEST_F(kxAssetItemTest, HasItsPreviewAnnouncedByTheSharedLoader)
     EXPECT_EQ(directory, url("MAT_x"));
     ASSERT_TRUE(preview);
     EXPECT_EQ(preview->size(), QSize(4, 2));
-}
-
-namespace {
-
-/// Makes the protected operations of the slots nameable.
-struct Slots : kxAssetItem
-{
-    static constexpr auto Reset = &Slots::reset;
-    static constexpr auto UpdateAssetAttachment = &Slots::updateAssetAttachment;
-};
-
-/// The number of a virtual operation in its table, of which the destructor takes the first two places.
-template <class Member> std::ptrdiff_t slotOf(Member member)
-{
-    std::ptrdiff_t offset = 0;
-    std::memcpy(&offset, &member, sizeof offset);
-    return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void *)) - 1;
-}
-
-} // namespace
-
-TEST_F(kxAssetItemTest, KeepsTheOrderOfItsVirtualOperations)
-{
-    const std::vector<std::ptrdiff_t> order = {
-        slotOf(&kxAssetItem::save),
-        slotOf(&kxAssetItem::readMetaData),
-        slotOf(&kxAssetItem::writeMetaData),
-        slotOf(&kxAssetItem::uuid),
-        slotOf(&kxAssetItem::name),
-        slotOf(&kxAssetItem::category),
-        slotOf(&kxAssetItem::hasCategory),
-        slotOf(&kxAssetItem::previewImage),
-        slotOf(&kxAssetItem::setPreviewImage),
-        slotOf(&kxAssetItem::addOverlayIcon),
-        slotOf(&kxAssetItem::directoryUrl),
-        slotOf(&kxAssetItem::setDirectoryUrl),
-        slotOf(&kxAssetItem::changeName),
-        slotOf(&kxAssetItem::checksum),
-        slotOf(&kxAssetItem::hasSameChecksum),
-        slotOf(&kxAssetItem::lastModified),
-        slotOf(&kxAssetItem::initFrom),
-        slotOf(&kxAssetItem::data),
-        slotOf(&kxAssetItem::sortData),
-        slotOf(&kxAssetItem::mimeType),
-        slotOf(&kxAssetItem::loadPreviewImage),
-        slotOf(Slots::Reset),
-        slotOf(Slots::UpdateAssetAttachment),
-    };
-
-    EXPECT_EQ(order, (std::vector<std::ptrdiff_t>{1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
-                                                  13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23}));
 }

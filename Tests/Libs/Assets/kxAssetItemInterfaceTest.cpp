@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+// What those who derive items in other libraries rely on.
+#include "Assets/kxAssetItem.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+/// Each of the first three leaves out one of what subclasses have to answer.
+struct SavesNothing : kxAssetItem
+{
+    void initFrom(osg::AttachmentContainerPtr, const std::string &, bool) override {}
+    QString mimeType() override { return {}; }
+};
+struct IsMadeFromNothing : kxAssetItem
+{
+    bool save(const QUrl &) override { return false; }
+    QString mimeType() override { return {}; }
+};
+struct IsNeverDragged : kxAssetItem
+{
+    bool save(const QUrl &) override { return false; }
+    void initFrom(osg::AttachmentContainerPtr, const std::string &, bool) override {}
+};
+struct IsComplete : SavesNothing
+{
+    bool save(const QUrl &) override { return false; }
+};
+
+/// Makes the protected operations of the slots nameable.
+struct Slots : kxAssetItem
+{
+    static constexpr auto Reset = &Slots::reset;
+    static constexpr auto UpdateAssetAttachment = &Slots::updateAssetAttachment;
+};
+
+/// The number of a virtual operation in its table, of which the destructor takes the first two places.
+template <class Member> std::ptrdiff_t slotOf(Member member)
+{
+    std::ptrdiff_t offset = 0;
+    std::memcpy(&offset, &member, sizeof offset);
+    return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void *)) - 1;
+}
+
+} // namespace
+
+TEST(kxAssetItemInterfaceTest, LeavesThreeOperationsToItsSubclasses)
+{
+    EXPECT_TRUE(std::is_abstract_v<SavesNothing>);
+    EXPECT_TRUE(std::is_abstract_v<IsMadeFromNothing>);
+    EXPECT_TRUE(std::is_abstract_v<IsNeverDragged>);
+    EXPECT_FALSE(std::is_abstract_v<IsComplete>);
+    EXPECT_TRUE(std::has_virtual_destructor_v<kxAssetItem>);
+}
+
+TEST(kxAssetItemInterfaceTest, KeepsTheOrderOfItsVirtualOperations)
+{
+    const std::vector<std::ptrdiff_t> order = {
+        slotOf(&kxAssetItem::save),
+        slotOf(&kxAssetItem::readMetaData),
+        slotOf(&kxAssetItem::writeMetaData),
+        slotOf(&kxAssetItem::uuid),
+        slotOf(&kxAssetItem::name),
+        slotOf(&kxAssetItem::category),
+        slotOf(&kxAssetItem::hasCategory),
+        slotOf(&kxAssetItem::previewImage),
+        slotOf(&kxAssetItem::setPreviewImage),
+        slotOf(&kxAssetItem::addOverlayIcon),
+        slotOf(&kxAssetItem::directoryUrl),
+        slotOf(&kxAssetItem::setDirectoryUrl),
+        slotOf(&kxAssetItem::changeName),
+        slotOf(&kxAssetItem::checksum),
+        slotOf(&kxAssetItem::hasSameChecksum),
+        slotOf(&kxAssetItem::lastModified),
+        slotOf(&kxAssetItem::initFrom),
+        slotOf(&kxAssetItem::data),
+        slotOf(&kxAssetItem::sortData),
+        slotOf(&kxAssetItem::mimeType),
+        slotOf(&kxAssetItem::loadPreviewImage),
+        slotOf(Slots::Reset),
+        slotOf(Slots::UpdateAssetAttachment),
+    };
+
+    EXPECT_EQ(order, (std::vector<std::ptrdiff_t>{1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
+                                                  13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23}));
+}
