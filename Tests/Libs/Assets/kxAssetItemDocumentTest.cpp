@@ -316,6 +316,15 @@ TEST(kxAssetItemDocumentTest, CopesWithANullDocument)
     EXPECT_FALSE(document.hasValidAssetMetaData());
 }
 
+TEST(kxAssetItemDocumentTest, KeepsUuidsAsTheyAre)
+{
+    kxAssetItemDocument document;
+
+    document.setAssetUUID("Ü-0A1B");
+
+    EXPECT_EQ(document.getAssetUUID(), "Ü-0A1B");
+}
+
 TEST(kxAssetItemDocumentTest, ComparesUuidsByteForByte)
 {
     kxAssetItemDocument document;

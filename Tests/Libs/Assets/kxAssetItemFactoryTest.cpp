@@ -23,6 +23,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,6 +51,23 @@ public:
 
 private:
     std::vector<std::string> &_deaths;
+};
+
+/// Says when it is asked for its UUID, and when it is deleted.
+class LoggingItem : public PlainItem
+{
+public:
+    LoggingItem(std::vector<std::string> &log, const std::string &uuid) : PlainItem(Material, uuid), _log(log) {}
+    ~LoggingItem() override { _log.emplace_back("gone"); }
+
+    std::string uuid() override
+    {
+        _log.emplace_back("asked");
+        return PlainItem::uuid();
+    }
+
+private:
+    std::vector<std::string> &_log;
 };
 
 /// Notes the materials that are destroyed.
@@ -450,6 +468,23 @@ TEST_F(kxAssetItemFactoryTest, ReadsAllUuidsOfASetBeforeDeletingAny)
     EXPECT_EQ(_factory.itemCount(), 0);
 }
 
+TEST_F(kxAssetItemFactoryTest, ReadsNoUuidOfASetAfterTheFirstDeletion)
+{
+    std::vector<std::string> log;
+    std::set<kxAssetItem *> items;
+    for (const char *uuid : {"1", "2", "3"}) {
+        auto item = std::make_unique<LoggingItem>(log, uuid);
+        ASSERT_TRUE(tryToAdd(item.get()));
+        items.insert(item.release());
+    }
+    log.clear();
+
+    _factory.deleteItems(items);
+
+    const auto firstDeath = std::find(log.begin(), log.end(), "gone");
+    EXPECT_EQ(std::vector<std::string>(firstDeath, log.end()), (std::vector<std::string>{"gone", "gone", "gone"}));
+}
+
 TEST_F(kxAssetItemFactoryTest, DeletesAllItemsInOrder)
 {
     add(Material, "3");
@@ -543,6 +578,7 @@ TEST_F(kxAssetItemFactoryTest, PrintsTheItemsBelowAUrl)
     add(Material, "2", QUrl("file:///lib/b ü"));
     add(Material, "1", QUrl("file:///library/a"));
     add(Material, "3", QUrl("file:///other"));
+    add(Material, "4", QUrl("file:///LIB/c"));
     kxtest::CapturedOutput output;
 
     _factory.printItems(QUrl("file:///lib"));

@@ -27,6 +27,7 @@ public:
         static OnePlace place;
         registerManager(&place);
         place.metadata = "<item><name>Old</name></item>";
+        place.isReadable = true;
         place.isWritable = true;
         place.saved.clear();
         return place;
@@ -37,7 +38,7 @@ public:
     {
         document.setContent(metadata);
         file = QUrl(directory.toString() + "/read.xml");
-        return true;
+        return isReadable;
     }
     bool saveDocumentToFile(const QUrl &file, const QDomDocument &document) const override
     {
@@ -46,6 +47,7 @@ public:
     }
 
     QByteArray metadata;
+    bool isReadable = true;
     bool isWritable = true;
     mutable std::vector<std::string> saved; ///< "file content"
 };
@@ -195,6 +197,18 @@ TEST_F(kxAssetItemRenamingTest, KeepsItsNameWhenTheMetadataIsEmpty)
 {
     PlainItem item = itemIn(QUrl("one:/x"));
     _place.metadata.clear();
+
+    EXPECT_FALSE(item.changeName("New"));
+
+    EXPECT_EQ(item.name(), "Old");
+    EXPECT_TRUE(_place.saved.empty());
+}
+
+TEST_F(kxAssetItemRenamingTest, KeepsItsNameWhenTheMetadataCannotBeRead)
+{
+    // The back-end's answer counts, and not what it left in the document.
+    PlainItem item = itemIn(QUrl("one:/x"));
+    _place.isReadable = false;
 
     EXPECT_FALSE(item.changeName("New"));
 

@@ -444,6 +444,7 @@ TEST_F(kxAssetItemTest, AlwaysMakesAUuidUnlessTheAttachmentMayBeUsed)
     EXPECT_EQ(withContainer.size(), 36U);
     EXPECT_NE(withContainer, Uuid);
     EXPECT_EQ(withoutContainer.size(), 36U);
+    EXPECT_NE(withoutContainer, withContainer) << "the former one is forgotten";
 }
 
 TEST_F(kxAssetItemTest, StampsNothingOntoNull)
