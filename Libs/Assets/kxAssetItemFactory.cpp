@@ -3,7 +3,6 @@
 
 #include "Assets/Internal/RegisteredItems.h"
 #include "Assets/Internal/StandardOutput.h"
-#include "Assets/Internal/Unloading.h"
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
 #include "Assets/kxEnvironmentNodeAssetItem.h"
@@ -70,11 +69,7 @@ kxAssetItemFactory::kxAssetItemFactory()
     QObject::connect(_notificationTimer.get(), &QTimer::timeout, &notifySceneplateService);
 }
 
-kxAssetItemFactory::~kxAssetItemFactory()
-{
-    if (kxAssetsInternal::doesProgramGoOn())
-        deleteAllItems();
-}
+kxAssetItemFactory::~kxAssetItemFactory() = default;
 
 kxAssetItem *kxAssetItemFactory::findItem(const std::string &uuid) const
 {

@@ -67,8 +67,8 @@ private:
     friend class kxAssetItemFactoryTest;
 
     kxAssetItemFactory();
-    /// When the library is unloaded the items are deleted. When the program ends, those that are still registered stay
-    /// undeleted: what they refer to may be gone by then.
+    /// Leaves items that are still registered undeleted: what they refer to may be gone by then. Whoever unloads the
+    /// library calls deleteAllItems() before.
     ~kxAssetItemFactory();
 
     /// Takes ownership, but for null and an object that is registered already: false.

@@ -24,6 +24,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -496,6 +497,23 @@ TEST_F(kxAssetItemFactoryTest, DeletesAllItemsInOrder)
     EXPECT_EQ(_deaths, (std::vector<std::string>{"1", "2", "3"}));
     EXPECT_EQ(_factory.itemCount(), 0);
     EXPECT_EQ(_factory.findItem("2"), nullptr);
+}
+
+TEST_F(kxAssetItemFactoryTest, LeavesItsItemsUndeletedWhenItGoesItself)
+{
+    // It went through them even when the program ended by exit(), which leaves the application object alive.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    struct DeadlyItem : PlainItem
+    {
+        ~DeadlyItem() override { std::_Exit(1); }
+    };
+
+    EXPECT_EXIT(
+        {
+            tryToAdd(std::make_unique<DeadlyItem>().release());
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(kxAssetItemFactoryTest, TellsTheHostOfNewSceneplates)
