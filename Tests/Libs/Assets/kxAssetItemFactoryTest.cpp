@@ -27,6 +27,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -86,6 +87,28 @@ public:
     }
 
     std::vector<std::uint32_t> ids;
+};
+
+// What each of them asks is whether code of any class may do it.
+template <class Factory>
+concept OffersAdding = requires(Factory &factory)
+{
+    factory.addItem(nullptr);
+};
+template <class Factory>
+concept OffersMaterialItems = requires(Factory &factory)
+{
+    factory.materialItems();
+};
+template <class Factory>
+concept OffersTelling = requires(Factory &factory)
+{
+    factory.sendSceneplatesChangeNotification();
+};
+template <class Factory>
+concept OffersDeleting = requires(Factory &factory)
+{
+    factory.deleteAllItems();
 };
 
 kxAssetItemDocument documentOf(kxAssetCategoryType category, const std::string &uuid, const std::string &name = "x")
@@ -153,6 +176,17 @@ private:
 TEST_F(kxAssetItemFactoryTest, IsOneAndTheSame)
 {
     EXPECT_EQ(&kxAssetItemFactory::the(), &_factory);
+}
+
+TEST_F(kxAssetItemFactoryTest, LetsNobodyMakeASecondOneOrAddItems)
+{
+    EXPECT_FALSE(std::is_default_constructible_v<kxAssetItemFactory>);
+    EXPECT_FALSE(OffersAdding<kxAssetItemFactory>);
+    EXPECT_FALSE(OffersMaterialItems<kxAssetItemFactory>);
+    EXPECT_FALSE(OffersTelling<kxAssetItemFactory>);
+
+    // What is public is seen.
+    EXPECT_TRUE(OffersDeleting<kxAssetItemFactory>);
 }
 
 TEST_F(kxAssetItemFactoryTest, OrdersItemsByUuid)
@@ -510,7 +544,9 @@ TEST_F(kxAssetItemFactoryTest, LeavesItsItemsUndeletedWhenItGoesItself)
 
     EXPECT_EXIT(
         {
-            tryToAdd(std::make_unique<DeadlyItem>().release());
+            // Static, so that nobody takes what is left for lost.
+            static kxAssetItem *const item = std::make_unique<DeadlyItem>().release();
+            tryToAdd(item);
             std::exit(0);
         },
         testing::ExitedWithCode(0), "");

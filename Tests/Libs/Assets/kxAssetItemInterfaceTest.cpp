@@ -2,6 +2,8 @@
 // What those who derive items in other libraries rely on.
 #include "Assets/kxAssetItem.h"
 
+#include "PlainItem.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -31,6 +33,33 @@ struct IsComplete : SavesNothing
     bool save(const QUrl &) override { return false; }
 };
 
+// What each of them asks is whether code of any class may call it.
+template <class Item>
+concept OffersReset = requires(Item &item)
+{
+    item.reset();
+};
+template <class Item>
+concept OffersStamping = requires(Item &item)
+{
+    item.updateAssetAttachment(nullptr);
+};
+template <class Item>
+concept OffersNewUuids = requires
+{
+    Item::generateUUID();
+};
+template <class Item>
+concept OffersParsing = requires
+{
+    Item::getUUIDFromString("");
+};
+template <class Item>
+concept OffersInitUuid = requires(Item &item)
+{
+    item.initUUID(nullptr, "", true);
+};
+
 /// Makes the protected operations of the slots nameable.
 struct Slots : kxAssetItem
 {
@@ -55,6 +84,19 @@ TEST(kxAssetItemInterfaceTest, LeavesThreeOperationsToItsSubclasses)
     EXPECT_TRUE(std::is_abstract_v<IsNeverDragged>);
     EXPECT_FALSE(std::is_abstract_v<IsComplete>);
     EXPECT_TRUE(std::has_virtual_destructor_v<kxAssetItem>);
+}
+
+TEST(kxAssetItemInterfaceTest, KeepsFiveOperationsForItsSubclasses)
+{
+    EXPECT_FALSE(OffersReset<kxAssetItem>);
+    EXPECT_FALSE(OffersStamping<kxAssetItem>);
+    EXPECT_FALSE(OffersNewUuids<kxAssetItem>);
+    EXPECT_FALSE(OffersParsing<kxAssetItem>);
+    EXPECT_FALSE(OffersInitUuid<kxAssetItem>);
+
+    // Made public, they are seen.
+    EXPECT_TRUE(OffersReset<PlainItem> && OffersStamping<PlainItem> && OffersNewUuids<PlainItem> &&
+                OffersParsing<PlainItem> && OffersInitUuid<PlainItem>);
 }
 
 TEST(kxAssetItemInterfaceTest, KeepsTheOrderOfItsVirtualOperations)
