@@ -23,14 +23,10 @@ struct OpenEdit
 thread_local std::vector<OpenEdit> openEdits;
 
 /// Destroying a container releases what it refers to, which may be a chain of any length: those wait here for their
-/// turn instead of being destroyed from within.
-struct DestroyQueue
-{
-    std::vector<FieldContainer *> waiting;
-    bool isRunning = false;
-};
-
-thread_local DestroyQueue destroyQueue;
+/// turn instead of being destroyed from within. Null while none is being destroyed.
+///
+/// A pointer, since containers may still be released by static objects, after what a thread owns by itself is gone.
+thread_local std::vector<FieldContainer *> *waitingForDestruction = nullptr;
 
 } // namespace
 
@@ -59,18 +55,21 @@ void FieldContainer::subRef()
     if (--_refCount > 0 || _isDying)
         return;
     _isDying = true;
-    destroyQueue.waiting.push_back(this);
-    if (destroyQueue.isRunning)
+    if (waitingForDestruction) {
+        waitingForDestruction->push_back(this);
         return;
-
-    destroyQueue.isRunning = true;
-    while (!destroyQueue.waiting.empty()) {
-        FieldContainer *container = destroyQueue.waiting.back();
-        destroyQueue.waiting.pop_back();
-        FieldContainerFactory::the().announceDestruction(*container);
-        delete container;
     }
-    destroyQueue.isRunning = false;
+
+    std::vector<FieldContainer *> waiting;
+    waitingForDestruction = &waiting;
+    for (FieldContainer *next = this; next;) {
+        FieldContainerFactory::the().announceDestruction(*next);
+        delete next;
+        next = waiting.empty() ? nullptr : waiting.back();
+        if (next)
+            waiting.pop_back();
+    }
+    waitingForDestruction = nullptr;
 }
 
 void FieldContainer::beginEdit(FieldMask mask)
