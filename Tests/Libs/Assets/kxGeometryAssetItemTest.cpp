@@ -266,6 +266,18 @@ TEST_F(kxGeometryAssetItemTest, LoadsWhatItSaved)
     EXPECT_TRUE(kxController::isRenderUpdateEnabled());
 }
 
+TEST_F(kxGeometryAssetItemTest, LoadsAnotherCopyEachTimeAndTheFormerWhenItFails)
+{
+    const std::string uuid = save(addChair());
+
+    const osg::FCRef<osg::Node> first(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+    const osg::FCRef<osg::Node> second(kxGeometryAssetItem::loadNodeFromUUID(uuid));
+    ASSERT_TRUE(first && second);
+    EXPECT_NE(first.get(), second.get());
+    ASSERT_TRUE(QFile::remove(QString::fromStdString(_folder.file("GEO_Chair/Chair.osb"))));
+    EXPECT_EQ(kxGeometryAssetItem::loadNodeFromUUID(uuid), second.get());
+}
+
 TEST_F(kxGeometryAssetItemTest, SavesTheSameBytesAgainButForTheAttachment)
 {
     const std::string uuid = save(addChair());
@@ -744,30 +756,4 @@ TEST_F(kxGeometryAssetItemTest, AsksByTheNodesNameAndNamesTheRootLikeTheItem)
                                                    "node.\nCreate one?"));
     EXPECT_EQ(osg::getName(item.getNode()), "Before");
     EXPECT_EQ(item.getNode()->getChild(0), group);
-}
-
-TEST_F(kxGeometryAssetItemTest, LeavesOverrideMaterialsAloneWithoutADefaultEnvironment)
-{
-    const osg::NodePtr chair = addChair();
-    const osg::FCRef<osg::UberMaterial> uber(osg::UberMaterial::create());
-    const osg::FCRef<osg::UBRDFMaterial> layer(osg::UBRDFMaterial::create());
-    {
-        const osg::CPEditor edit(uber.get(), osg::UberMaterial::BRDFMaterialsFieldMask);
-        uber->editBRDFMaterials().push_back(layer.get());
-    }
-    kxMaterials::setOverrideMaterial(chair->getChild(0), uber.get());
-    const std::string uuid = save(chair);
-    {
-        const osg::NodePtr places = kxScenegraph::environmentGeometrySwitch();
-        const osg::CPEditor edit(root(), osg::Node::ChildrenFieldMask);
-        root()->subChild(places);
-    }
-    ASSERT_FALSE(kxDefaultEnvironment::getDefault());
-
-    const osg::FCRef<osg::Node> loaded(kxGeometryAssetItem::loadNodeFromUUID(uuid));
-
-    std::set<osg::MaterialPtr> overrides;
-    kxMaterials::getOverrideMaterialsRecursive(loaded, overrides, false);
-    ASSERT_EQ(overrides.size(), 1U);
-    EXPECT_FALSE(osg::UberMaterialPtr::dcast(*overrides.begin())->getBRDFMaterials()[0]->getEnvironment());
 }
