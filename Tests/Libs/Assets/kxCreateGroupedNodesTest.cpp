@@ -7,6 +7,7 @@
 #include "Kernel/kxSceneplateService.h"
 #include "Kernel/kxSceneplateUtils.h"
 #include "NodeFixture.h"
+#include "SceneChangeListener.h"
 #include "SceneGraph/Compare.h"
 #include "SceneGraph/DeepClone.h"
 #include "SceneGraph/EditCP.h"
@@ -15,12 +16,15 @@
 #include "SceneGraph/Transform.h"
 #include "Support/CapturedOutput.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
 
 #include <memory>
 #include <random>
+#include <set>
+#include <utility>
 
 namespace {
 
@@ -535,6 +539,22 @@ TEST_F(kxCreateGroupedNodesTest, RefusesPlatesWithoutAScene)
     EXPECT_FALSE(plates.getRoot());
     EXPECT_EQ(describe(parent.get()), "P(A)");
     EXPECT_TRUE(kxScenegraph::isUpdateEnabled()) << "that is of geometry only";
+}
+
+TEST_F(kxCreateGroupedNodesTest, LeavesUpdatesToTheServiceOfPlates)
+{
+    const osg::NodePtr plate = addGroup(kxSceneplateUtils::getSceneplateRoot(), "Plate");
+    kxScenegraph::enableUpdate(false);
+    QCoreApplication::processEvents();
+    QSignalSpy updates(&kxScenegraph::notifier(), &kxScenegraphNotifier::updateRequested);
+
+    EXPECT_TRUE(plates.prepare({plate}));
+    plates.unprepare();
+
+    EXPECT_FALSE(kxScenegraph::isUpdateEnabled()) << "as it was";
+    kxScenegraph::enableUpdate(true);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(updates.count(), 0);
 }
 
 TEST_F(kxCreateGroupedNodesTest, LeavesRandomScenesAsTheyWere)

@@ -5,6 +5,7 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxLogRecorder.h"
+#include "Kernel/kxModalQuestion.h"
 #include "Kernel/kxNodeService.h"
 #include "Kernel/kxSceneplateService.h"
 #include "Kernel/kxSceneplateUtils.h"
@@ -16,6 +17,7 @@
 #include "Support/CapturedOutput.h"
 
 #include <QFileInfo>
+#include <QTranslator>
 
 #include <gmock/gmock.h>
 
@@ -95,8 +97,17 @@ TEST_F(kxSceneplateAssetItemTest, ShowsTheKindOfItsPlate)
 
 TEST_F(kxSceneplateAssetItemTest, ReadsTheKindFromItsMetadata)
 {
-    for (const auto &[number, text] : std::map<int, QString>{
-             {1, "Frontplate"}, {2, "Backplate"}, {3, "Unknown"}, {4, "Group"}, {8, "Switch"}, {16, "Unknown"}}) {
+    for (const auto &[number, text] : std::map<int, QString>{{0, "Unknown"},
+                                                             {1, "Frontplate"},
+                                                             {2, "Backplate"},
+                                                             {3, "Unknown"},
+                                                             {4, "Group"},
+                                                             {5, "Unknown"},
+                                                             {6, "Unknown"},
+                                                             {7, "Unknown"},
+                                                             {8, "Switch"},
+                                                             {9, "Unknown"},
+                                                             {16, "Unknown"}}) {
         kxAssetItemDocument document;
         document.setAssetType(Sceneplate);
         document.setAssetUUID("1");
@@ -104,6 +115,7 @@ TEST_F(kxSceneplateAssetItemTest, ReadsTheKindFromItsMetadata)
         kxSceneplateAssetItem item;
         EXPECT_TRUE(item.readMetaData(document));
         EXPECT_EQ(typeOf(item), text) << number;
+        EXPECT_EQ(item.uuid(), "1");
     }
 }
 
@@ -122,6 +134,7 @@ TEST_F(kxSceneplateAssetItemTest, WritesTheKindOfTheNodeAsItIsNow)
     EXPECT_TRUE(item.writeMetaData(document));
 
     EXPECT_EQ(document.getSceneplateType(), kxSceneplateTypes::Backplate);
+    EXPECT_EQ(document.getAssetUUID(), item.uuid()) << "with what every item writes";
     EXPECT_EQ(typeOf(item), "Frontplate") << "what it showed before stays";
 }
 
@@ -155,8 +168,12 @@ TEST_F(kxSceneplateAssetItemTest, HasNoPreviewWithoutTheServicesOrAPicture)
     const auto image = osg::FCRef<osg::Image>::adopt(item.renderPreview(logo));
     ASSERT_TRUE(image);
     EXPECT_EQ(image->getChannels(), 4U);
+    EXPECT_EQ(image->pixel(0, 0), (osg::Vec4f{0.0F, 0.0F, 1.0F, 1.0F}));
     EXPECT_EQ(image.get()->getRefCount(), 1);
     kxKernelServiceFactory::the().setService<kxNodeService>(nullptr);
+    EXPECT_FALSE(item.renderPreview(logo));
+    kxKernelServiceFactory::the().setService<kxNodeService>(&nodes);
+    kxKernelServiceFactory::the().setService<kxSceneplateService>(nullptr);
     EXPECT_FALSE(item.renderPreview(logo));
 }
 
@@ -194,4 +211,95 @@ TEST_F(kxSceneplateAssetItemTest, WrapsNothingWhenItIsLoaded)
     ASSERT_TRUE(loaded);
     EXPECT_EQ(describe(loaded), "Plates(Nested)");
     EXPECT_EQ(uuidOfNode(loaded->getChild(0)), "nested-uuid");
+}
+
+TEST_F(kxSceneplateAssetItemTest, AsksForThePreviewOfNoNodeAsWell)
+{
+    plates.picture = QImage(8, 6, QImage::Format_RGB32);
+    plates.picture.fill(Qt::blue);
+    kxSceneplateAssetItem item;
+
+    const auto image = osg::FCRef<osg::Image>::adopt(item.renderPreview(nullptr));
+
+    EXPECT_TRUE(image) << "it is the host's to say what it shows";
+    EXPECT_EQ(plates.asked, std::vector<std::uint32_t>{0});
+}
+
+TEST_F(kxSceneplateAssetItemTest, AsksNobodyBeforeItSaves)
+{
+    int questions = 0;
+    kxModalQuestion::setAnswerer([&questions](const kxModalQuestion::Question &) {
+        ++questions;
+        return QMessageBox::Yes;
+    });
+    const osg::NodePtr group = addGroup(kxSceneplateUtils::getSceneplateRoot(), "Plates");
+
+    save(group);
+    kxModalQuestion::setAnswerer({});
+
+    EXPECT_EQ(questions, 0);
+    EXPECT_EQ(group->getParent(), kxSceneplateUtils::getSceneplateRoot());
+}
+
+TEST_F(kxSceneplateAssetItemTest, ShowsWhatEveryItemShowsInTheOtherColumns)
+{
+    kxSceneplateAssetItem item;
+    item.initFrom(addPlate("Logo", true), {}, true);
+
+    EXPECT_EQ(item.data(kxAssetCategory::getNameColumn(), Qt::DisplayRole), "Logo");
+    EXPECT_FALSE(item.data(kxAssetCategory::getTypeColumn(), Qt::EditRole).isValid());
+}
+
+TEST_F(kxSceneplateAssetItemTest, TranslatesKindsInTheContextOfItsClass)
+{
+    struct ContextTranslator : QTranslator
+    {
+        QString translate(const char *context, const char *text, const char *, int) const override
+        {
+            return QLatin1String(context) + QLatin1Char('/') + QLatin1String(text);
+        }
+        bool isEmpty() const override { return false; }
+    } translator;
+    QCoreApplication::installTranslator(&translator);
+
+    kxSceneplateAssetItem item;
+    const QString group = item.sceneplateTypeName();
+    item.setNode(nullptr);
+    const QString unknown = item.sceneplateTypeName();
+    QCoreApplication::removeTranslator(&translator);
+
+    EXPECT_EQ(group, "kxSceneplateAssetItem/Group");
+    EXPECT_EQ(unknown, "kxSceneplateAssetItem/Unknown");
+}
+
+TEST_F(kxSceneplateAssetItemTest, ForgetsItsNodeByTheVirtualOperationWhenItIsReset)
+{
+    struct WatchfulItem : kxSceneplateAssetItem
+    {
+        void setNode(const osg::NodePtr &node) override
+        {
+            told.push_back(node.getFieldContainerId());
+            kxSceneplateAssetItem::setNode(node);
+        }
+        std::vector<std::uint32_t> told;
+    } item;
+    const osg::NodePtr logo = addPlate("Logo", true);
+
+    item.initFrom(logo, {}, true);
+
+    EXPECT_EQ(item.told, (std::vector<std::uint32_t>{0, logo.getFieldContainerId()}));
+}
+
+TEST_F(kxSceneplateAssetItemTest, HandsOutItsFormerNodeWhenLoadingFails)
+{
+    kxAssetItemDocument document;
+    document.setAssetType(Sceneplate);
+    document.setAssetUUID("plate-uuid");
+    auto *item = dynamic_cast<kxSceneplateAssetItem *>(kxAssetItemFactory::the().createOrUpdateItem(document));
+    ASSERT_TRUE(item);
+    const osg::NodePtr logo = addPlate("Logo", true);
+
+    EXPECT_FALSE(kxSceneplateAssetItem::loadNodeFromUUID("plate-uuid"));
+    item->setNode(logo);
+    EXPECT_EQ(kxSceneplateAssetItem::loadNodeFromUUID("plate-uuid"), logo);
 }
