@@ -275,6 +275,7 @@ TEST_F(kxGeometryAssetItemPreviewTest, RestoresTheViewAlsoWhenNothingWasRendered
     view.setRenderRoots({other});
     kxSelectionManager::selectNodes({other});
     const osg::FCRef<osg::UberCamera> camera(osg::deepClone(view.getUberCamera(), {}));
+    const std::size_t living = osg::FieldContainerFactory::the().livingContainerCount();
 
     EXPECT_FALSE(render(chair)) << "the camera goes once the node is framed";
 
@@ -282,6 +283,23 @@ TEST_F(kxGeometryAssetItemPreviewTest, RestoresTheViewAlsoWhenNothingWasRendered
     EXPECT_THAT(view.getRenderRoots(), ElementsAre(other));
     EXPECT_THAT(kxScenegraph::getSelectedNodes(), ElementsAre(other));
     EXPECT_EQ(osg::findDifference(view.kxOSGWidget::getUberCamera(), camera.get()), std::nullopt);
+    EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), living);
+}
+
+TEST_F(kxGeometryAssetItemPreviewTest, SaysThatTheCameraIsBackAlsoWhereItDidNotMove)
+{
+    const osg::NodePtr empty = addGroup(root(), "Nothing to frame");
+    const std::uint32_t id = view.getUberCamera().getFieldContainerId();
+    std::vector<osg::FieldMask> changes;
+    const SceneChangeListener listener([&changes, id](osg::FieldContainer &container, osg::FieldMask fields) {
+        if (container.getFieldContainerId() == id)
+            changes.push_back(fields);
+    });
+
+    render(empty);
+
+    EXPECT_THAT(changes, ElementsAre(osg::UberCamera::getCombinedCameraAttributesMask() |
+                                     osg::UberCamera::getCombinedViewingAttributesMask()));
 }
 
 TEST_F(kxGeometryAssetItemPreviewTest, TouchesNothingWithoutANodeOrACamera)

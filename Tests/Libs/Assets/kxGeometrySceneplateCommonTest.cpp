@@ -30,6 +30,7 @@
 
 #include <cstring>
 #include <map>
+#include <type_traits>
 
 namespace {
 
@@ -543,4 +544,5 @@ TEST_F(kxGeometrySceneplateCommonTest, AddsItsVirtualOperationsInOrder)
     EXPECT_EQ(slotOf(&kxGeometrySceneplateCommon::renderPreview), 24);
     EXPECT_EQ(slotOf(&kxGeometrySceneplateCommon::setNode), 25);
     EXPECT_EQ(slotOf(&kxGeometrySceneplateCommon::makeNodeValidForSave), 26);
+    EXPECT_TRUE(std::is_abstract_v<kxGeometrySceneplateCommon>);
 }
