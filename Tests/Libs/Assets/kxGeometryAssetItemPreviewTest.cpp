@@ -17,10 +17,13 @@
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "SceneGraph/USphereEnvironmentMaterial.h"
 
+#include <QTranslator>
+
 #include <gmock/gmock.h>
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -300,6 +303,26 @@ TEST_F(kxGeometryAssetItemPreviewTest, SaysThatTheCameraIsBackAlsoWhereItDidNotM
 
     EXPECT_THAT(changes, ElementsAre(osg::UberCamera::getCombinedCameraAttributesMask() |
                                      osg::UberCamera::getCombinedViewingAttributesMask()));
+}
+
+TEST_F(kxGeometryAssetItemPreviewTest, SaysWhatItDoesInTheLanguageOfTheUser)
+{
+    struct TextRecorder : QTranslator
+    {
+        QString translate(const char *context, const char *text, const char *, int) const override
+        {
+            texts.push_back(std::string(context) + "/" + text);
+            return {};
+        }
+        bool isEmpty() const override { return false; }
+        mutable std::vector<std::string> texts;
+    } recorder;
+    QCoreApplication::installTranslator(&recorder);
+
+    render(addChair());
+    QCoreApplication::removeTranslator(&recorder);
+
+    EXPECT_THAT(recorder.texts, Contains("kxGeometryAssetItem/Rendering asset preview image ..."));
 }
 
 TEST_F(kxGeometryAssetItemPreviewTest, TouchesNothingWithoutANodeOrACamera)

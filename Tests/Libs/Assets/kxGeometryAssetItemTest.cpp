@@ -449,7 +449,8 @@ TEST_F(kxGeometryAssetItemTest, SavesItselfWhileItIsRegistered)
 
     EXPECT_TRUE(item->save(url()));
 
-    EXPECT_TRUE(registered(uuid));
+    ASSERT_TRUE(registered(uuid));
+    EXPECT_TRUE(registered(uuid)->hasSameChecksum(chair)) << "marked although the item that was saved is gone";
     EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 1);
 }
 

@@ -20,6 +20,23 @@ using testing::IsEmpty;
 
 const std::string Uuid = "10000000-0000-4000-8000-000000000000";
 
+/// Notes which nodes it marks.
+template <class Item> class MarkingItem final : public Item
+{
+public:
+    explicit MarkingItem(std::vector<std::uint32_t> &marked) : _marked(marked) {}
+
+private:
+    osg::FCPtr<osg::AttachmentPtr, osg::AssetAttachment>
+    updateAssetAttachment(const osg::AttachmentContainerPtr &container) override
+    {
+        _marked.push_back(container.getFieldContainerId());
+        return Item::updateAssetAttachment(container);
+    }
+
+    std::vector<std::uint32_t> &_marked;
+};
+
 /// Saves geometry or a sceneplate to a back-end that does and notes what the test says.
 class kxGeometrySceneplateCommonSavingTest : public NodeFixture, public testing::WithParamInterface<kxAssetCategoryType>
 {
@@ -141,6 +158,20 @@ TEST_P(kxGeometrySceneplateCommonSavingTest, MarksTheNodeAfterTheAssetWasCollect
     EXPECT_EQ(attachment->getUrl(), "nodes:/library/new");
     EXPECT_EQ(attachment->getCategory(), GetParam() == Geometry ? "Geometries" : "Sceneplates");
     EXPECT_EQ(attachment->getChecksum(), 5U) << "of what is stored by then";
+}
+
+TEST_P(kxGeometrySceneplateCommonSavingTest, MarksTheNodeByTheOverridableOperation)
+{
+    std::vector<std::uint32_t> marked;
+    if (GetParam() == Geometry)
+        item = std::make_unique<MarkingItem<kxGeometryAssetItem>>(marked);
+    else
+        item = std::make_unique<MarkingItem<kxSceneplateAssetItem>>(marked);
+    item->setNode(node);
+
+    EXPECT_TRUE(save());
+
+    EXPECT_THAT(marked, ElementsAre(node.getFieldContainerId()));
 }
 
 TEST_P(kxGeometrySceneplateCommonSavingTest, SucceedsAlsoWhenTheNodeGoesMeanwhile)

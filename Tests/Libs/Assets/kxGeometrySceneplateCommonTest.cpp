@@ -227,7 +227,9 @@ TEST_F(kxGeometrySceneplateCommonTest, WrapsALoadedLeafThatHasAPlacement)
     item.setName("Chair");
 
     EXPECT_EQ(describe(load(item)), "Chair(Leaf)");
-    EXPECT_EQ(osg::Transform3DPtr::dcast(loaded->getCore())->getMatrix(), osg::Matrix());
+    const auto placement = osg::Transform3DPtr::dcast(loaded->getCore());
+    ASSERT_TRUE(placement);
+    EXPECT_EQ(placement->getMatrix(), osg::Matrix());
     EXPECT_TRUE(osg::AssetAttachment::getAssetAttachment(loaded));
     EXPECT_FALSE(osg::AssetAttachment::getAssetAttachment(payload));
 }
@@ -366,7 +368,9 @@ TEST_F(kxGeometrySceneplateCommonTest, WrapsANodeAtItsPlaceAmongItsSiblings)
 
     EXPECT_EQ(describe(parent), "P(A Asset(B) C)");
     EXPECT_EQ(parent->getChild(1), node) << "the root takes the place of the node";
-    EXPECT_EQ(osg::Transform3DPtr::dcast(node->getCore())->getMatrix(), osg::Matrix());
+    const auto placement = osg::Transform3DPtr::dcast(node->getCore());
+    ASSERT_TRUE(placement);
+    EXPECT_EQ(placement->getMatrix(), osg::Matrix());
     EXPECT_EQ(uuidOfNode(node), "b-uuid");
     EXPECT_EQ(uuidOfNode(inside), "none");
     EXPECT_EQ(inside->getRefCount(), 1);
