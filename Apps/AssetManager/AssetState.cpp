@@ -11,19 +11,26 @@
 
 namespace {
 
-/// A dot that is filled where the object is as stored, and a ring where the object was edited.
-QIcon dot(bool isFilled)
+QPixmap drawDot(bool isFilled, const QColor &color)
 {
     const int size = QApplication::style()->pixelMetric(QStyle::PM_SmallIconSize);
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor color = QApplication::palette().color(isFilled ? QPalette::Highlight : QPalette::Text);
     painter.setPen(QPen(color, size / 8.0));
     painter.setBrush(isFilled ? QBrush(color) : QBrush(Qt::NoBrush));
     painter.drawEllipse(QPointF(size / 2.0, size / 2.0), size / 4.0, size / 4.0);
-    return {pixmap};
+    return pixmap;
+}
+
+/// A dot that is filled where the object is as stored, and a ring where the object was edited.
+QIcon dot(bool isFilled)
+{
+    const QPalette palette = QApplication::palette();
+    QIcon icon(drawDot(isFilled, palette.color(isFilled ? QPalette::Highlight : QPalette::Text)));
+    icon.addPixmap(drawDot(isFilled, palette.color(QPalette::HighlightedText)), QIcon::Selected);
+    return icon;
 }
 
 } // namespace

@@ -11,10 +11,25 @@
 
 #include <QApplication>
 #include <QFont>
-#include <QIcon>
 #include <QMimeData>
+#include <QPixmap>
 #include <QStyle>
 #include <QTimer>
+
+namespace {
+
+/// As wide for those that are not current, so that the names stand below each other.
+QPixmap marker(bool isCurrent)
+{
+    const int size = QApplication::style()->pixelMetric(QStyle::PM_SmallIconSize);
+    if (isCurrent)
+        return QApplication::style()->standardIcon(QStyle::SP_DialogApplyButton).pixmap(size);
+    QPixmap nothing(size, size);
+    nothing.fill(Qt::transparent);
+    return nothing;
+}
+
+} // namespace
 
 EnvironmentListModel::EnvironmentListModel(SceneActions &actions, QObject *parent)
     : QAbstractListModel(parent), _actions(actions), _timer(new QTimer(this)), _entries(environments()),
@@ -72,7 +87,7 @@ QVariant EnvironmentListModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return isCurrent ? tr("Lights the scene") : tr("Double-click or press Enter to light the scene with it");
     case Qt::DecorationRole:
-        return isCurrent ? QApplication::style()->standardIcon(QStyle::SP_DialogApplyButton) : QIcon();
+        return marker(isCurrent);
     case Qt::FontRole: {
         QFont font;
         font.setBold(isCurrent);

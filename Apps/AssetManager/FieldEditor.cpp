@@ -78,7 +78,8 @@ bool FieldEditor::build()
         addFlag();
     else if (value.get<std::string>())
         addText();
-    else if (value.get<FieldValue::Reference>())
+    else if (value.get<FieldValue::Reference>() &&
+             !(areEqual(values()) && !value.get<FieldValue::Reference>()->container))
         addReference();
     else if (numbers == 0)
         return false;

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int Samples = 8;
+constexpr int Samples = 24;
 constexpr int PauseMilliseconds = 300;
 
 osg::MaterialPtr materialOf(std::uint32_t id)

@@ -37,6 +37,7 @@ NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidge
     _view->setUniformRowHeights(true);
     _view->setContextMenuPolicy(Qt::CustomContextMenu);
     _view->header()->setStretchLastSection(false);
+    _view->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     _view->header()->setSectionResizeMode(NodeTreeModel::NameColumn, QHeaderView::Stretch);
     _filterLine->setObjectName("filter");
     _filterLine->setPlaceholderText(tr("Filter by name"));

@@ -74,7 +74,6 @@ PropertyPanel::PropertyPanel(SceneActions &actions, QWidget *parent)
     _timer->setSingleShot(true);
     _timer->setInterval(0);
     _hint->setText(tr("Select an object or a material to see its properties here."));
-    _hint->setForegroundRole(QPalette::PlaceholderText);
     _hint->setAlignment(Qt::AlignCenter);
     _hint->setMargin(fontMetrics().height());
     _name->setObjectName("name");

@@ -101,13 +101,19 @@ QString obstacleOf(const osg::NodePtr &node)
     return {};
 }
 
-QString obstacleToMove(const osg::NodePtr &node, const osg::NodePtr &target)
+/// Why it cannot hang elsewhere; "" where it can.
+QString obstacleToLeave(const osg::NodePtr &node)
 {
-    if (QString obstacle = obstacleOf(node); !obstacle.isEmpty())
-        return obstacle;
-    if (EnvironmentStep::indexOf(node) >= 0)
+    if (EnvironmentStep::indexOf(node) > 0)
         return SceneActions::tr("\"%1\" is an environment and stays among the environments.")
             .arg(SceneNodes::label(node));
+    return obstacleOf(node);
+}
+
+QString obstacleToMove(const osg::NodePtr &node, const osg::NodePtr &target)
+{
+    if (QString obstacle = obstacleToLeave(node); !obstacle.isEmpty())
+        return obstacle;
     if (SceneNodes::isPlate(node) != SceneNodes::isPlate(target))
         return SceneActions::tr("\"%1\" cannot be moved between the scene and the plates.")
             .arg(SceneNodes::label(node));
@@ -426,9 +432,9 @@ osg::NodePtr SceneActions::group(const Nodes &nodes)
     Nodes grouped = SceneNodes::topmost(nodes);
     QStringList failures;
     std::erase_if(grouped, [&failures](const osg::NodePtr &node) {
-        const QString obstacle = obstacleToMove(node, node);
-        note(failures, node->getParent() && EnvironmentStep::indexOf(node) < 0 ? obstacleOf(node) : obstacle);
-        return SceneNodes::isFixed(node) || EnvironmentStep::indexOf(node) >= 0 || !node->getParent();
+        const QString obstacle = obstacleToLeave(node);
+        note(failures, obstacle);
+        return !obstacle.isEmpty() || !node->getParent();
     });
     const osg::NodePtr parent =
         kxScenegraph::findFirstEqualParent(std::vector<kxNodePtr>(grouped.begin(), grouped.end()));

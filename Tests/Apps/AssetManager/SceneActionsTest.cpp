@@ -292,6 +292,41 @@ TEST_F(SceneActionsTest, GroupsNodesInThePlaceOfTheFirst)
     EXPECT_FALSE(actions.group({}));
 }
 
+TEST_F(SceneActionsTest, NeitherGroupsNorMovesEnvironmentsAndWhatIsFixed)
+{
+    actions.loadEnvironment({storeEnvironment("Dawn")});
+    const osg::NodePtr dawn = kxScenegraph::environmentGeometrySwitch()->getChild(1);
+    const int steps = stack.count();
+
+    EXPECT_FALSE(actions.group({dawn, kxScenegraph::getCameraNode()}));
+    EXPECT_EQ(failures, (QStringList{"\"Dawn\" is an environment and stays among the environments.",
+                                     "\"Camera\" belongs to every scene and stays where it is."}));
+    failures.clear();
+    actions.moveNodes({dawn}, root(), 0);
+    actions.moveNodes({addChair("Chair")}, kxScenegraph::environmentGeometrySwitch(), 0);
+
+    EXPECT_EQ(failures, (QStringList{"\"Dawn\" is an environment and stays among the environments.",
+                                     "Nothing can be moved into \"Environments\"."}));
+    EXPECT_EQ(stack.count(), steps);
+}
+
+TEST_F(SceneActionsTest, GroupsNodesOfSeveralParentsWhereTheyStand)
+{
+    const osg::NodePtr room = add(osg::Transform3D::create(), root(), "Room");
+    actions.setField({room->getCore().getFieldContainerId()}, "Translation", osg::Vec3d{{5, 0, 0}}, "Move");
+    const osg::NodePtr a = addChair("A", room);
+    const osg::NodePtr b = addChair("B");
+
+    const osg::NodePtr group = actions.group({a, b});
+
+    EXPECT_EQ(group->getParent(), root());
+    EXPECT_EQ(a->getToWorld().at(0, 3), 5.0);
+    EXPECT_EQ(b->getToWorld().at(0, 3), 0.0);
+    stack.undo();
+    EXPECT_EQ(a->getParent(), room);
+    EXPECT_EQ(a->getToWorld().at(0, 3), 5.0);
+}
+
 TEST_F(SceneActionsTest, UndoesWhatIsLeftAfterTheNodeWasRemovedElsewhere)
 {
     const osg::NodePtr room = add(osg::Group::create(), root(), "Room");

@@ -4,6 +4,7 @@
 #include "AssetSession/kxAssetSession.h"
 #include "Kernel/NodeUtils.h"
 #include "Kernel/kxDefaultEnvironment.h"
+#include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSceneplateUtils.h"
 #include "SceneGraph/Compare.h"
@@ -122,6 +123,29 @@ TEST_F(kxSceneOpenerTest, MovesTheContentsOfPoolsIntoTheScenes)
     ASSERT_TRUE(opened);
     EXPECT_EQ(opened.value().nodes[0]->getNChildren(), 0U);
     EXPECT_EQ(kxScenegraph::getMaterialPool()->getConstraints().size(), 1U);
+}
+
+TEST_F(kxSceneOpenerTest, TakesOverAPoolThatIsARootAndWhatItSaysOfOtherRoots)
+{
+    const osg::NodePtr chair = add(osg::Group::create());
+    const auto pool = osg::MaterialPool::create();
+    const auto constraint = osg::Constraint::create();
+    {
+        const osg::CPEditor edit(constraint, osg::Constraint::EndsFieldMask);
+        constraint->editEnds().push_back(kxNodeKeys::make(chair));
+    }
+    {
+        const osg::CPEditor edit(pool, osg::MaterialPool::ConstraintsFieldMask);
+        pool->editConstraints().push_back(constraint);
+    }
+
+    const auto opened = open({add(pool), chair});
+
+    ASSERT_TRUE(opened);
+    ASSERT_EQ(opened.value().nodes.size(), 1U);
+    ASSERT_EQ(kxScenegraph::getMaterialPool()->getConstraints().size(), 1U);
+    EXPECT_EQ(kxScenegraph::getMaterialPool()->getConstraints()[0]->getEnds()[0],
+              kxNodeKeys::get(opened.value().nodes[0]));
 }
 
 TEST_F(kxSceneOpenerTest, ChangesNothingWhenTheFileCannotBeRead)
