@@ -91,7 +91,8 @@ bool kxEnvironmentNodeAssetItem::save(const QUrl &url)
     if (!manager->saveEnvironmentNodeAsset(url, this))
         return false;
 
-    // Removing the registered item deletes it, and it may be this one: what follows uses nothing of it.
+    // Removing the registered item deletes it, and it may be this one: what follows uses nothing of it unless it lives.
+    const std::weak_ptr<const void> alive = life();
     const QUrl directory = directoryUrl();
     const kxAssetCategoryType itsCategory = category();
     const std::uint32_t nodeId = _nodeId;
@@ -99,8 +100,11 @@ bool kxEnvironmentNodeAssetItem::save(const QUrl &url)
     if (wasRegistered && registered && !manager->removeOldItemDirectory(registered, this))
         return false;
     manager->collectItems(directory, itsCategory, nullptr);
-    writeAssetAttachment(kxNodeUtils::getNodeFromId(nodeId), id, itsCategory, directory,
-                         checksumOf(directory, itsCategory));
+    const osg::NodePtr node = kxNodeUtils::getNodeFromId(nodeId);
+    if (alive.expired())
+        writeAssetAttachment(node, id, itsCategory, directory, checksumOf(directory, itsCategory));
+    else
+        updateAssetAttachment(node);
     return true;
 }
 

@@ -196,14 +196,18 @@ bool kxMaterialAssetItem::save(const QUrl &url)
     if (!manager->saveMaterialAsset(url, this))
         return false;
 
-    // Removing the registered item deletes it, and it may be this one: what follows uses nothing of it.
+    // Removing the registered item deletes it, and it may be this one: what follows uses nothing of it unless it lives.
+    const std::weak_ptr<const void> alive = life();
     const QUrl directory = directoryUrl();
     const kxAssetCategoryType itsCategory = category();
     kxAssetItem *registered = kxAssetItemFactory::the().findItem(id);
     if (wasRegistered && registered && !manager->removeOldItemDirectory(registered, this))
         return false;
     manager->collectItems(directory, itsCategory, nullptr);
-    writeAssetAttachment(material, id, itsCategory, directory, materialChecksum(directory, itsCategory));
+    if (alive.expired())
+        writeAssetAttachment(material, id, itsCategory, directory, materialChecksum(directory, itsCategory));
+    else
+        updateAssetAttachment(material);
     markOtherAssetOccurrencesAsOutdated(material, id);
     return true;
 }

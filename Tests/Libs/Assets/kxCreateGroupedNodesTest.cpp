@@ -7,7 +7,6 @@
 #include "Kernel/kxSceneplateService.h"
 #include "Kernel/kxSceneplateUtils.h"
 #include "NodeFixture.h"
-#include "SceneChangeListener.h"
 #include "SceneGraph/Compare.h"
 #include "SceneGraph/DeepClone.h"
 #include "SceneGraph/EditCP.h"
