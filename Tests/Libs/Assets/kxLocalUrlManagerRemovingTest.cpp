@@ -202,6 +202,26 @@ TEST_F(kxLocalUrlManagerRemovingProtectedTest, RemovesTheNewDirectoryWhenTheOldO
     EXPECT_NE(item(Second), nullptr);
 }
 
+TEST_F(kxLocalUrlManagerRemovingTest, IsDoneWhenTheOldAssetIsGoneThoughItsDirectoryIsNot)
+{
+    // What is not UTF-8 cannot be named to the system.
+    const std::string stubborn = "old/MAT_A/\xFF";
+    writeMaterial("old/MAT_A", First);
+    writeFile(stubborn, "x");
+    writeMaterial("new/MAT_A", First);
+    manager.collectItems(url("old"), Undefined, nullptr);
+    PlainItem newItem(Material, First);
+    newItem.setDirectoryUrl(url("new/MAT_A"));
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(manager.removeOldItemDirectory(item(First), &newItem));
+
+    EXPECT_EQ(output.text(), "deleting: " + url("old/MAT_A").toString().toStdString() + "\n");
+    EXPECT_THAT(entries("old/MAT_A"), UnorderedElementsAre("\xFF"));
+    EXPECT_TRUE(manager.containsItem(url("new/MAT_A"), Material, First));
+    EXPECT_EQ(item(First), nullptr);
+}
+
 TEST_F(kxLocalUrlManagerRemovingTest, KeepsTheOldAssetWhereTheNewOneWasSavedInsideIt)
 {
     writeMaterial("MAT_A", First);
