@@ -5,21 +5,16 @@
 #include "FileSizeLimit.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMaterials.h"
-#include "Kernel/kxPlatform.h"
 #include "MaterialFixture.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/ImageAttachment.h"
 #include "Support/CapturedOutput.h"
 
 #include <QDomDocument>
-#include <QEventLoop>
-#include <QFileSystemWatcher>
-#include <QTimer>
 
 #include <gmock/gmock.h>
 
 #include <csignal>
-#include <fstream>
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
@@ -403,80 +398,4 @@ TEST_F(kxLocalUrlManagerSavingTest, KeepsTheFormerAssetWhenTheProcessIsKilledDur
 
     EXPECT_TRUE(save(changed));
     EXPECT_EQ(storedGlow("MAT_Lack"), 0.5F);
-}
-
-TEST_F(kxLocalUrlManagerSavingTest, StartsTheConverterOnlyWhereItIsWanted)
-{
-    kxtest::CapturedOutput output;
-
-    EXPECT_FALSE(manager.writeMaterialFiles(url("a.osb")));
-    EXPECT_FALSE(manager.writeMaterialFiles(url("a.OSB"), true));
-    EXPECT_FALSE(manager.writeMaterialFiles(url("a.other")));
-    kxUrlManager::setWriteAutomotiveMaterialFiles(true);
-    EXPECT_FALSE(manager.writeMaterialFiles(url("b.osb")));
-
-    EXPECT_EQ(output.text(),
-              "Starting Morvane: " + _folder.file("a.other") + "\nStarting Morvane: " + _folder.file("b.osb") + "\n");
-}
-
-namespace {
-
-/// A converter in the place where the library looks for it: it copies its input, with its arguments behind.
-class ConverterScript
-{
-public:
-    ConverterScript() : _path(kxPlatform::getBinDir() + "\\ZEQ\\Morvane.exe")
-    {
-        std::ofstream(_path) << "#!/bin/sh\ncp \"$2\" \"$2.copy\"\nprintf '%s\\n' \"$@\" > \"$2.arguments\"\n"
-                                "mv \"$2.arguments\" \"$2.done\"\n";
-        fs::permissions(_path, fs::perms::owner_all);
-    }
-    ~ConverterScript() { fs::remove(_path); }
-    ConverterScript(const ConverterScript &) = delete;
-    ConverterScript &operator=(const ConverterScript &) = delete;
-
-private:
-    std::string _path;
-};
-
-/// Runs the event loop until it is so, looking whenever something in the directory changes.
-template <class Condition> bool waitUntil(const std::string &directory, Condition isSo)
-{
-    QFileSystemWatcher watcher({QString::fromStdString(directory)});
-    QEventLoop loop;
-    QObject::connect(&watcher, &QFileSystemWatcher::directoryChanged, &loop, [&] {
-        if (isSo())
-            loop.quit();
-    });
-    QTimer::singleShot(20000, &loop, &QEventLoop::quit); // only reached when it never becomes so
-    if (!isSo())
-        loop.exec();
-    return isSo();
-}
-
-} // namespace
-
-// All in one test, because the converter has one place for all tests of the program.
-TEST_F(kxLocalUrlManagerSavingTest, RunsTheConverterAndRemovesThePayloadOfACompositeAfterwards)
-{
-    kxUrlManager::setWriteAutomotiveMaterialFiles(true);
-    kxMaterialAssetItem composite = itemOf(makeComposite("Wahl"), OtherUuid);
-    kxMaterialAssetItem plain = itemOf(makeSurface("Lack"));
-    const ConverterScript converter;
-    kxtest::CapturedOutput output;
-
-    EXPECT_TRUE(manager.saveMaterialAsset(url(), &composite));
-    EXPECT_TRUE(_folder.contains("MAT_Wahl/Wahl.osb")) << "a save does not wait for the converter";
-    const std::string payload = readFile("MAT_Wahl/Wahl.osb");
-    EXPECT_TRUE(waitUntil(_folder.file("MAT_Wahl"), [this] { return !_folder.contains("MAT_Wahl/Wahl.osb"); }));
-    EXPECT_TRUE(manager.saveMaterialAsset(url(), &plain));
-    EXPECT_TRUE(waitUntil(_folder.file("MAT_Lack"), [this] { return _folder.contains("MAT_Lack/Lack.osb.done"); }));
-
-    EXPECT_EQ(readFile("MAT_Wahl/Wahl.osb.copy"), payload);
-    EXPECT_EQ(readFile("MAT_Wahl/Wahl.osb.done"), "-i\n" + _folder.file("MAT_Wahl/Wahl.osb") + "\n");
-    EXPECT_TRUE(_folder.contains("MAT_Lack/Lack.osb"));
-    const std::string lines = "Starting Morvane: " + _folder.file("MAT_Wahl/Wahl.osb") +
-                              "\nRemove file: " + _folder.file("MAT_Wahl/Wahl.osb") +
-                              "\nStarting Morvane: " + _folder.file("MAT_Lack/Lack.osb") + "\n";
-    EXPECT_EQ(output.text(), lines);
 }
