@@ -10,6 +10,7 @@
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/ImageAttachment.h"
 #include "SceneGraph/MultiPassMaterial.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/TagAttachment.h"
@@ -99,6 +100,19 @@ std::vector<std::string> MaterialFixture::tagsOf(const osg::MaterialPtr &materia
 {
     const auto attachment = osg::findAttachment<osg::TagAttachment>(material);
     return attachment ? attachment->getMaterials().values() : std::vector<std::string>{"(no attachment)"};
+}
+
+void MaterialFixture::addPreview(const osg::MaterialPtr &material)
+{
+    const osg::FCRef<osg::Image> image(osg::Image::create());
+    image->set(2, 2, 3, osg::PixelType::UInt8);
+    const osg::ImageAttachmentPtr attachment = osg::ImageAttachment::create();
+    {
+        osg::CPEditor edit(material, osg::AttachmentContainer::AttachmentsFieldMask);
+        material->addAttachment(attachment);
+    }
+    osg::CPEditor edit(attachment, osg::ImageAttachment::ImageFieldMask);
+    attachment->setImage(image);
 }
 
 void MaterialFixture::setGlow(const osg::MaterialPtr &material, const osg::Color4f &colour)

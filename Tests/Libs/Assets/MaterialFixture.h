@@ -30,6 +30,8 @@ protected:
     static void makeAsset(const osg::MaterialPtr &material, const std::string &uuid);
     static void setTags(const osg::MaterialPtr &material, const std::vector<std::string> &tags);
     static std::vector<std::string> tagsOf(const osg::MaterialPtr &material);
+    /// Two by two black pixels.
+    static void addPreview(const osg::MaterialPtr &material);
     static void setGlow(const osg::MaterialPtr &material, const osg::Color4f &colour);
     static osg::Color4f glowOf(const osg::MaterialPtr &material);
     static std::string uuidOf(const osg::MaterialPtr &material);

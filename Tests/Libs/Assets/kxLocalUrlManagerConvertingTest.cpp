@@ -4,8 +4,6 @@
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxPlatform.h"
 #include "MaterialFixture.h"
-#include "SceneGraph/EditCP.h"
-#include "SceneGraph/ImageAttachment.h"
 #include "Support/CapturedOutput.h"
 
 #include <QCoreApplication>
@@ -99,19 +97,6 @@ protected:
         const Owned part = makeSurface("part");
         makeAsset(part, PartUuid);
         return makeSwitch(name, {part});
-    }
-
-    static void addPreview(const Owned &material)
-    {
-        const osg::FCRef<osg::Image> image(osg::Image::create());
-        image->set(2, 2, 3, osg::PixelType::UInt8);
-        const osg::ImageAttachmentPtr attachment = osg::ImageAttachment::create();
-        {
-            osg::CPEditor edit(material, osg::AttachmentContainer::AttachmentsFieldMask);
-            material->addAttachment(attachment);
-        }
-        osg::CPEditor edit(attachment, osg::ImageAttachment::ImageFieldMask);
-        attachment->setImage(image);
     }
 
     /// Runs the event loop until it is so, looking after every event: that a converter has ended is one.

@@ -6,8 +6,6 @@
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMaterials.h"
 #include "MaterialFixture.h"
-#include "SceneGraph/EditCP.h"
-#include "SceneGraph/ImageAttachment.h"
 #include "Support/CapturedOutput.h"
 
 #include <QDomDocument>
@@ -52,15 +50,7 @@ protected:
 
     static Owned withPreview(const Owned &material)
     {
-        const osg::FCRef<osg::Image> image(osg::Image::create());
-        image->set(2, 2, 3, osg::PixelType::UInt8);
-        const osg::ImageAttachmentPtr attachment = osg::ImageAttachment::create();
-        {
-            osg::CPEditor edit(material, osg::AttachmentContainer::AttachmentsFieldMask);
-            material->addAttachment(attachment);
-        }
-        osg::CPEditor edit(attachment, osg::ImageAttachment::ImageFieldMask);
-        attachment->setImage(image);
+        addPreview(material);
         return material;
     }
 
