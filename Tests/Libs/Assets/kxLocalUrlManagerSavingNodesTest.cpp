@@ -18,6 +18,7 @@
 #include "SceneGraph/Environment.h"
 #include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
+#include "SceneGraph/UberMaterial.h"
 #include "Support/CapturedOutput.h"
 
 #include <gmock/gmock.h>
@@ -293,6 +294,38 @@ TEST_F(kxLocalUrlManagerSavingNodesTest, HasAPreviewRenderedOnceTheSceneIsAsItWa
     EXPECT_THAT(output.text(), EndsWith("---> Default Environment\nsaving preview of dawn\n" + end));
     EXPECT_THAT(entries("ENV_Hills"), UnorderedElementsAre("Hills.xml", "Hills.osb", "Hills.png"));
     EXPECT_EQ(item.directoryUrl(), url("ENV_Hills"));
+}
+
+TEST_F(kxLocalUrlManagerSavingNodesTest, RendersAPreviewOfGeometryOnceTheSceneIsAsItWas)
+{
+    const osg::UberMaterialPtr paint = osg::UberMaterial::create();
+    const osg::UBRDFMaterialPtr layer = osg::UBRDFMaterial::create();
+    {
+        const osg::CPEditor edit(paint, osg::UberMaterial::BRDFMaterialsFieldMask);
+        paint->editBRDFMaterials().push_back(layer);
+    }
+    {
+        const osg::CPEditor edit(layer, osg::UBRDFMaterial::EnvironmentFieldMask);
+        layer->setEnvironment(dawn.get());
+    }
+    const osg::NodePtr chair = addChair();
+    addSquare(chair, "Back", paint);
+    ScriptedGeometryItem item;
+    item.initFrom(chair, Uuid, true);
+    int rendered = 0;
+    item.render = [&](const osg::NodePtr &node) {
+        ++rendered;
+        EXPECT_EQ(node, chair);
+        EXPECT_EQ(layer->getEnvironment(), dawn.get());
+        EXPECT_THAT(entries("GEO_Chair"), UnorderedElementsAre("Chair.xml", "Chair.osb"));
+        EXPECT_TRUE(item.directoryUrl().isEmpty());
+        return makePicture();
+    };
+
+    EXPECT_TRUE(save(item));
+
+    EXPECT_EQ(rendered, 1);
+    EXPECT_THAT(entries("GEO_Chair"), UnorderedElementsAre("Chair.xml", "Chair.osb", "Chair.png"));
 }
 
 TEST_F(kxLocalUrlManagerSavingNodesTest, KeepsTheMetadataOfAnEnvironmentThatCannotBePrepared)

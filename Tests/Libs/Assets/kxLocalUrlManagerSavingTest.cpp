@@ -6,6 +6,8 @@
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMaterials.h"
 #include "MaterialFixture.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/UberMaterial.h"
 #include "Support/CapturedOutput.h"
 
 #include <QDomDocument>
@@ -166,12 +168,45 @@ TEST_F(kxLocalUrlManagerSavingTest, FailsWhereNoDirectoryCanBeMade)
     EXPECT_TRUE(item.directoryUrl().isEmpty());
 }
 
+TEST_F(kxLocalUrlManagerSavingTest, FailsWithoutADirectory)
+{
+    class Homeless final : public kxLocalUrlManager
+    {
+    public:
+        QUrl makeUniqueDirectory(const QUrl &, const QString &, kxAssetItem *) override { return {}; }
+        bool saveDocumentToFile(const QUrl &, const QDomDocument &) const override
+        {
+            ADD_FAILURE() << "there is no place for it";
+            return false;
+        }
+    };
+    kxMaterialAssetItem item = itemOf(makeSurface("Lack"));
+    const kxLogRecorder log;
+
+    EXPECT_FALSE(Homeless().saveMaterialAsset(url(), &item));
+
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_THAT(entries(), IsEmpty());
+}
+
 TEST_F(kxLocalUrlManagerSavingTest, NamesFilesAfterTheMaterialAsAFileNameMayBe)
 {
     EXPECT_TRUE(save(makeSurface("a/b: [c]?")));
 
     EXPECT_THAT(entries(), ElementsAre("MAT_a_b_ _c__"));
     EXPECT_THAT(entries("MAT_a_b_ _c__"), UnorderedElementsAre("a_b_ _c__.xml", "a_b_ _c__.osb"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, NamesFilesAfterTheMaterialAsItIsNow)
+{
+    const Owned material = makeSurface("Before");
+    kxMaterialAssetItem item = itemOf(material);
+    kxMaterials::setName(material, "Later", false);
+
+    EXPECT_TRUE(manager.saveMaterialAsset(url(), &item));
+
+    EXPECT_THAT(entries(), ElementsAre("MAT_Later"));
+    EXPECT_THAT(entries("MAT_Later"), UnorderedElementsAre("Later.xml", "Later.osb"));
 }
 
 TEST_F(kxLocalUrlManagerSavingTest, SavesAndLoadsUnderNamesOfEveryKind)
@@ -243,6 +278,21 @@ TEST_F(kxLocalUrlManagerSavingTest, LeavesACompositeToItsMetadata)
 
     EXPECT_EQ(output.text(), "") << "no converter is started";
     EXPECT_THAT(entries("MAT_Wahl"), UnorderedElementsAre("Wahl.xml", "Wahl.png"));
+}
+
+TEST_F(kxLocalUrlManagerSavingTest, WritesThePayloadOfWhatIsMadeOfNoOtherMaterials)
+{
+    const osg::UberMaterialPtr layered = osg::UberMaterial::create();
+    {
+        const osg::CPEditor edit(layered, osg::UberMaterial::BRDFMaterialsFieldMask);
+        layered->editBRDFMaterials().push_back(osg::UBRDFMaterial::create());
+    }
+
+    EXPECT_TRUE(save(named(layered, "Layered")));
+    EXPECT_TRUE(save(makeSwitch("Empty", {}), OtherUuid));
+
+    EXPECT_THAT(entries("MAT_Layered"), UnorderedElementsAre("Layered.xml", "Layered.osb"));
+    EXPECT_THAT(entries("MAT_Empty"), UnorderedElementsAre("Empty.xml", "Empty.osb"));
 }
 
 TEST_F(kxLocalUrlManagerSavingTest, RemovesTheStalePayloadOfACompositeAndNoOtherFile)
