@@ -3,6 +3,7 @@
 
 #include "LibraryFixture.h"
 #include "SceneGraph/ExternalThread.h"
+#include "TestUrlManager.h"
 
 #include <QImage>
 #include <QMetaMethod>
@@ -20,13 +21,30 @@ protected:
     {
         std::vector<std::pair<QUrl, QImage *>> finished;
         kxLoadImage task(directory, &_image);
-        QObject::connect(&task, &kxLoadImage::finished, &task,
-                         [&finished](const QUrl &url, QImage *image) { finished.emplace_back(url, image); });
+        QObject::connect(&task, &kxLoadImage::finished, &task, [this, &finished](const QUrl &url, QImage *image) {
+            finished.emplace_back(url, image);
+            _knownThreads = osg::ExternalThread::knownCount();
+        });
         task.run();
         return finished;
     }
 
     QImage _image;
+    std::size_t _knownThreads = 1;
+};
+
+/// For URLs like "odd:/filled" and "odd:/empty": what it returns says nothing of what it loaded.
+class OddManager final : public TestUrlManager
+{
+public:
+    bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("odd"); }
+    bool loadImageFromDir(const QUrl &url, QImage *image) const override
+    {
+        if (url.fileName() != QLatin1String("filled"))
+            return true;
+        *image = QImage(3, 2, QImage::Format_RGB32);
+        return false;
+    }
 };
 
 } // namespace
@@ -71,6 +89,7 @@ TEST_F(kxLoadImageTest, FillsTheImageAndFinishes)
     ASSERT_EQ(finished.size(), 1U);
     EXPECT_EQ(finished[0], (std::pair<QUrl, QImage *>(url("MAT_x"), &_image)));
     EXPECT_EQ(_image.size(), QSize(3, 2));
+    EXPECT_EQ(_knownThreads, 0U) << "forgotten before anybody is told";
     EXPECT_EQ(osg::ExternalThread::knownCount(), 0U);
 }
 
@@ -94,4 +113,15 @@ TEST_F(kxLoadImageTest, FinishesWithAnEmptyImageWithoutABackEnd)
     ASSERT_EQ(finished.size(), 1U);
     EXPECT_EQ(finished[0], (std::pair<QUrl, QImage *>(nobodys, &_image)));
     EXPECT_TRUE(_image.isNull());
+}
+
+TEST_F(kxLoadImageTest, FinishesWhateverTheBackEndSays)
+{
+    static OddManager manager;
+    kxUrlManager::registerManager(&manager);
+
+    EXPECT_EQ(finishedBy(QUrl(QStringLiteral("odd:/empty"))).size(), 1U);
+    EXPECT_TRUE(_image.isNull());
+    EXPECT_EQ(finishedBy(QUrl(QStringLiteral("odd:/filled"))).size(), 1U);
+    EXPECT_EQ(_image.size(), QSize(3, 2));
 }

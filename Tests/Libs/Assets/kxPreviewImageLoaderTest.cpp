@@ -14,6 +14,7 @@
 #include <QThreadPool>
 #include <QTimer>
 
+#include <array>
 #include <atomic>
 #include <memory>
 
@@ -30,7 +31,7 @@ namespace {
 class UncountedLeaks
 {
 public:
-    UncountedLeaks() {} // makes it more than a value that nobody uses
+    UncountedLeaks() {} // NOLINT(modernize-use-equals-default): a variable of a trivial type counts as unused
     UncountedLeaks(const UncountedLeaks &) = delete;
     UncountedLeaks &operator=(const UncountedLeaks &) = delete;
 
@@ -55,6 +56,19 @@ QByteArray png(QRgb colour)
     return bytes;
 }
 
+/// Counts how many of its kind were deleted.
+class CountedImage final : public QImage
+{
+public:
+    CountedImage(const QSize &size, int &deleted) : QImage(size, QImage::Format_RGB32), _deleted(deleted) {}
+    ~CountedImage() override { ++_deleted; }
+    CountedImage(const CountedImage &) = delete;
+    CountedImage &operator=(const CountedImage &) = delete;
+
+private:
+    int &_deleted;
+};
+
 /// A place whose previews are read when the test says so, for URLs like "gate:/MAT_Red".
 class GatedManager : public TestUrlManager
 {
@@ -62,6 +76,8 @@ public:
     bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("gate"); }
     bool loadImageFromDir(const QUrl &, QImage *image) const override
     {
+        wasEmpty = image->isNull();
+        *image = QImage(pixels.data(), 2, 2, QImage::Format_RGB32, countDeleted, &deletedMeanwhile);
         entered.release();
         gate.acquire();
         wasKnown = osg::ExternalThread::isCurrentKnown();
@@ -76,7 +92,15 @@ public:
     mutable QSemaphore gate;
     mutable std::atomic_bool wasKnown{false};
     mutable std::atomic_bool wasWorker{false};
+    mutable std::atomic_bool wasEmpty{false};
     mutable std::atomic_int loads{0};
+    /// Of images that are being loaded, reset by the test.
+    mutable std::atomic_int deletedMeanwhile{0};
+
+private:
+    static void countDeleted(void *count) { ++*static_cast<std::atomic_int *>(count); }
+
+    mutable std::array<uchar, 16> pixels{};
 };
 
 GatedManager &gated()
@@ -91,12 +115,14 @@ protected:
     kxPreviewImageLoaderTest()
     {
         kxUrlManager::registerManager(&gated());
-        QObject::connect(&_loader, &kxPreviewImageLoader::previewLoaded, &_loader,
-                         [this](const QUrl &url, QImage *image) {
-                             _directories.push_back(url);
-                             _images.emplace_back(image);
-                             _wasOnMainThread = QThread::currentThread() == QCoreApplication::instance()->thread();
-                         });
+        QObject::connect(
+            &_loader, &kxPreviewImageLoader::previewLoaded, &_loader,
+            [this](const QUrl &url, QImage *image) {
+                _directories.push_back(url);
+                _images.emplace_back(image);
+                _wasOnMainThread = QThread::currentThread() == QCoreApplication::instance()->thread();
+            },
+            Qt::DirectConnection);
     }
     ~kxPreviewImageLoaderTest() override { settle(); }
 
@@ -121,6 +147,13 @@ protected:
         if (_images.size() < count)
             loop.exec();
         return _images.size() >= count;
+    }
+
+    /// As if a task had loaded the image.
+    static void deliver(kxPreviewImageLoader &loader, QImage *image)
+    {
+        QMetaObject::invokeMethod(&loader, "previewReady", Qt::DirectConnection, Q_ARG(QUrl, gateUrl()),
+                                  Q_ARG(QImage *, image));
     }
 
     static QUrl gateUrl() { return QUrl(QStringLiteral("gate:/MAT_Red")); }
@@ -173,6 +206,7 @@ TEST_F(kxPreviewImageLoaderTest, ReadsOnAWorkerThreadThatTheSceneGraphKnows)
     gated().entered.acquire();
     EXPECT_TRUE(gated().wasWorker);
     EXPECT_TRUE(gated().wasKnown);
+    EXPECT_TRUE(gated().wasEmpty);
     settle();
     EXPECT_EQ(osg::ExternalThread::knownCount(), 0U);
 }
@@ -185,9 +219,10 @@ TEST_F(kxPreviewImageLoaderTest, LoadsADirectoryOnceHoweverOftenItIsAskedForMean
         _loader.loadImageFromDir(gateUrl());
     gated().entered.acquire();
     _loader.loadImageFromDir(gateUrl());
-    gated().gate.release();
-    ASSERT_TRUE(waitForPreviews(1));
+    gated().gate.release(6); // for a load each, so that one too many fails here and does not wait
     settle();
+    gated().entered.acquire(gated().entered.available());
+    gated().gate.acquire(gated().gate.available());
 
     EXPECT_EQ(gated().loads, 1);
     EXPECT_EQ(_images.size(), 1U);
@@ -236,8 +271,7 @@ TEST_F(kxPreviewImageLoaderTest, ForgetsARequestThatIsDeliveredWithoutAnImage)
     gated().gate.release(2);
     _loader.loadImageFromDir(gateUrl());
 
-    QMetaObject::invokeMethod(&_loader, "previewReady", Qt::DirectConnection, Q_ARG(QUrl, gateUrl()),
-                              Q_ARG(QImage *, nullptr));
+    deliver(_loader, nullptr);
     EXPECT_TRUE(_images.empty());
     _loader.loadImageFromDir(gateUrl());
     settle();
@@ -247,6 +281,57 @@ TEST_F(kxPreviewImageLoaderTest, ForgetsARequestThatIsDeliveredWithoutAnImage)
 
     EXPECT_EQ(gated().loads, 2);
     EXPECT_EQ(_images.size(), 2U);
+}
+
+TEST_F(kxPreviewImageLoaderTest, LeavesAnImageToItsReceiver)
+{
+    int deleted = 0;
+
+    deliver(_loader, new CountedImage({2, 2}, deleted));
+
+    ASSERT_EQ(_images.size(), 1U);
+    EXPECT_EQ(deleted, 0);
+}
+
+TEST_F(kxPreviewImageLoaderTest, DeletesAnImageThatStayedEmptyAndSaysNothing)
+{
+    int deleted = 0;
+
+    deliver(_loader, new CountedImage({}, deleted));
+
+    EXPECT_TRUE(_images.empty());
+    EXPECT_EQ(deleted, 1);
+}
+
+TEST_F(kxPreviewImageLoaderTest, DeletesAnImageThatNobodyReceives)
+{
+    kxPreviewImageLoader unheard;
+    int deleted = 0;
+
+    deliver(unheard, new CountedImage({2, 2}, deleted));
+
+    EXPECT_EQ(deleted, 1);
+}
+
+TEST_F(kxPreviewImageLoaderTest, TakesTurnsWithTheOtherTasksOfThePool)
+{
+    QThreadPool &pool = *QThreadPool::globalInstance();
+    const int threads = pool.maxThreadCount();
+    pool.setMaxThreadCount(1);
+    gated().loads = 0;
+    std::vector<int> loadsBefore;
+    const auto note = [&loadsBefore] { loadsBefore.push_back(gated().loads); };
+
+    _loader.loadImageFromDir(QUrl(QStringLiteral("gate:/MAT_Busy"))); // nothing else begins before it has ended
+    pool.start(note);
+    _loader.loadImageFromDir(gateUrl());
+    pool.start(note);
+    gated().gate.release(2);
+    settle();
+    gated().entered.acquire(2);
+    pool.setMaxThreadCount(threads);
+
+    EXPECT_EQ(loadsBefore, (std::vector{1, 2}));
 }
 
 TEST_F(kxPreviewImageLoaderTest, SaysNothingOfADirectoryWithoutAPreviewAndMayBeAskedAgain)
@@ -329,8 +414,10 @@ TEST_F(kxPreviewImageLoaderTest, MayGoWhileATaskIsRunning)
         loader->loadImageFromDir(gateUrl());
     }
     gated().entered.acquire();
+    gated().deletedMeanwhile = 0;
 
     loader.reset();
+    EXPECT_EQ(gated().deletedMeanwhile, 0) << "the task is still filling it";
     gated().gate.release();
     settle();
 
