@@ -258,6 +258,27 @@ TEST_F(kxLocalUrlManagerSavingNodesTest, NamesFilesAfterTheItemAsAFileNameMayBe)
         << "the node's name as it is now";
 }
 
+TEST_F(kxLocalUrlManagerSavingNodesTest, AddsASlashOnlyWhereThereIsNone)
+{
+    class Slashed final : public kxLocalUrlManager
+    {
+    public:
+        QUrl makeUniqueDirectory(const QUrl &url, const QString &name, kxAssetItem *item) override
+        {
+            return QUrl(kxLocalUrlManager::makeUniqueDirectory(url, name, item).toString() + QLatin1Char('/'));
+        }
+    };
+    ScriptedGeometryItem item;
+    item.initFrom(addChair(), Uuid, true);
+    kxtest::CapturedOutput output;
+
+    EXPECT_TRUE(Slashed().saveSceneNodeAsset(url(), &item));
+
+    EXPECT_EQ(output.text(), savingGeometry("Chair") + end);
+    EXPECT_THAT(entries("GEO_Chair"), UnorderedElementsAre("Chair.xml", "Chair.osb"));
+    EXPECT_EQ(item.directoryUrl(), url("GEO_Chair/"));
+}
+
 TEST_F(kxLocalUrlManagerSavingNodesTest, SavesThePreviewThatAnEnvironmentHas)
 {
     addPreview(dawn.get());

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxPreviewImageLoader.h"
 
+#include "Kernel/kxLogRecorder.h"
 #include "LibraryFixture.h"
 #include "SceneGraph/ExternalThread.h"
+#include "Support/CapturedOutput.h"
 #include "TestUrlManager.h"
 
 #include <QBuffer>
@@ -337,10 +339,14 @@ TEST_F(kxPreviewImageLoaderTest, TakesTurnsWithTheOtherTasksOfThePool)
 TEST_F(kxPreviewImageLoaderTest, SaysNothingOfADirectoryWithoutAPreviewAndMayBeAskedAgain)
 {
     writeFile("MAT_Red/Red.xml", "<item/>");
+    const kxLogRecorder log;
+    kxtest::CapturedOutput output;
 
     _loader.loadImageFromDir(url("MAT_Red"));
     settle();
     EXPECT_TRUE(_images.empty());
+    EXPECT_EQ(output.text(), "");
+    EXPECT_TRUE(log.lines().empty());
 
     writePng("MAT_Red/Red.png", Red);
     _loader.loadImageFromDir(url("MAT_Red"));
@@ -361,6 +367,8 @@ TEST_F(kxPreviewImageLoaderTest, SaysNothingOfABrokenPreview)
 TEST_F(kxPreviewImageLoaderTest, CompletesWithoutABackEnd)
 {
     const QUrl nobodys(QStringLiteral("nobody://place/MAT_Red"));
+    const kxLogRecorder log;
+    kxtest::CapturedOutput output;
 
     _loader.loadImageFromDir(nobodys);
     _loader.loadImageFromDir(QUrl());
@@ -369,6 +377,8 @@ TEST_F(kxPreviewImageLoaderTest, CompletesWithoutABackEnd)
     settle();
 
     EXPECT_TRUE(_images.empty());
+    EXPECT_EQ(output.text(), "");
+    EXPECT_TRUE(log.lines().empty());
 }
 
 TEST_F(kxPreviewImageLoaderTest, DeliversThePreviewThatWasModifiedLast)
