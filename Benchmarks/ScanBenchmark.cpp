@@ -4,64 +4,19 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxUrlManager.h"
 #include "Support/Comparison.h"
+#include "Support/SampleLibrary.h"
 
 #include <QApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QDomDocument>
 #include <QTemporaryDir>
-#include <QUuid>
 
 #include <cstdio>
 #include <map>
 #include <vector>
 
 namespace {
-
-constexpr int AssetsOfAFolder = 100;
-constexpr int FoldersOfAFolder = 20;
-
-/// About 1 KB.
-QByteArray metadata(int number)
-{
-    QString tags;
-    for (int i = 0; i < 24; ++i)
-        tags += (i ? ", " : "") + QStringLiteral("tag%1 of material %2").arg(i).arg(number);
-    return QStringLiteral("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE SARNAsset>\n<item>\n"
-                          "  <category>Materials</category>\n  <uuid>%1</uuid>\n  <name>Material %2</name>\n"
-                          "  <sarnVersion>0.1.0</sarnVersion>\n  <material>\n    <type>UBRDFMaterial</type>\n"
-                          "    <tags>%3</tags>\n    <photometric>0</photometric>\n  </material>\n</item>\n")
-        .arg(QUuid::createUuid().toString(QUuid::WithoutBraces))
-        .arg(number)
-        .arg(tags)
-        .toUtf8();
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("%s cannot be written", qPrintable(path));
-}
-
-/// Each asset has metadata, a payload and a preview, as a saved one has; nobody reads the latter two.
-void makeLibrary(const QString &root, int count)
-{
-    for (int i = 0; i < count; ++i) {
-        const int folder = i / AssetsOfAFolder;
-        const QString directory = QStringLiteral("%1/%2/%3/MAT_%4")
-                                      .arg(root)
-                                      .arg(folder / FoldersOfAFolder)
-                                      .arg(folder % FoldersOfAFolder)
-                                      .arg(i);
-        if (!QDir().mkpath(directory))
-            qFatal("%s cannot be made", qPrintable(directory));
-        const QString name = QStringLiteral("%1/Material %2").arg(directory).arg(i);
-        write(name + ".xml", metadata(i));
-        write(name + ".osb", "payload");
-        write(name + ".png", "preview");
-    }
-}
 
 struct Values
 {
@@ -103,7 +58,7 @@ void scanBare(const QString &directory, Table &table)
 double measure(int count, int rounds)
 {
     const QTemporaryDir folder;
-    makeLibrary(folder.path(), count);
+    kxbench::makeLibrary(folder.path(), count, "preview");
     const QUrl url = QUrl::fromLocalFile(folder.path());
     const kxUrlManager *manager = kxUrlManager::getUrlManager(url);
     Table table;
