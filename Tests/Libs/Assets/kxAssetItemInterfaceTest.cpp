@@ -3,10 +3,10 @@
 #include "Assets/kxAssetItem.h"
 
 #include "PlainItem.h"
+#include "VirtualTable.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <type_traits>
 #include <vector>
 
@@ -70,9 +70,7 @@ struct Slots : kxAssetItem
 /// The number of a virtual operation in its table, of which the destructor takes the first two places.
 template <class Member> std::ptrdiff_t slotOf(Member member)
 {
-    std::ptrdiff_t offset = 0;
-    std::memcpy(&offset, &member, sizeof offset);
-    return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void *)) - 1;
+    return tableEntryOf(member) - 1;
 }
 
 } // namespace

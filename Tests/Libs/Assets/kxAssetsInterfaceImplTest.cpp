@@ -6,6 +6,7 @@
 #include "Kernel/kxScenegraph.h"
 #include "NodeFixture.h"
 #include "Support/CapturedOutput.h"
+#include "VirtualTable.h"
 
 #include <gmock/gmock.h>
 
@@ -57,6 +58,14 @@ TEST_F(kxAssetsInterfaceImplTest, SendsZeroForNoParentAndNothingForNoPlates)
 
     object->loadSceneplateAssets({"a"}, nullptr);
     EXPECT_THAT(manager.plates, ElementsAre(Pair("a", 0U)));
+}
+
+TEST_F(kxAssetsInterfaceImplTest, KeepsTheOrderOfItsVirtualOperations)
+{
+    EXPECT_EQ(tableEntryOf(&kxAssetsInterface::interfaceType), 0);
+    EXPECT_EQ(tableEntryOf(&kxAssetsInterface::interfaceTypeName), 1);
+    EXPECT_EQ(tableEntryOf(&kxAssetsInterface::test), 4) << "after the destructor's two entries";
+    EXPECT_EQ(tableEntryOf(&kxAssetsInterface::loadSceneplateAssets), 5);
 }
 
 } // namespace

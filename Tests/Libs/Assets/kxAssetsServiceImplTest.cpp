@@ -1,17 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManagerModule.h"
+#include "Kernel/kxAssetsInterface.h"
 #include "Kernel/kxAssetsService.h"
+#include "Kernel/kxInterfaceFactory.h"
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxTypeConverter.h"
 #include "NodeFixture.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/SceneListener.h"
 #include "Support/CapturedOutput.h"
+#include "VirtualTable.h"
 
 #include <QCoreApplication>
 #include <QTranslator>
 
 #include <gmock/gmock.h>
+
+#include <functional>
 
 namespace {
 
@@ -27,7 +34,11 @@ protected:
     {
         kxKernelServiceFactory::the().startKernel();
         service = kxKernelServiceFactory::the().getService<kxAssetsService>();
-        _connection = QObject::connect(service, &kxAssetsService::assetsChanged, service, [this] { ++changes; });
+        _connection = QObject::connect(service, &kxAssetsService::assetsChanged, service, [this] {
+            ++changes;
+            if (onChange)
+                onChange();
+        });
     }
     ~kxAssetsServiceImplTest() override { QObject::disconnect(_connection); }
 
@@ -61,12 +72,29 @@ protected:
     kxAssetsService *service = nullptr;
     AssetManagerModule manager;
     int changes = 0;
+    std::function<void()> onChange;
     osg::NodePtr chair = addAsset(root(), "chair");
     osg::NodePtr table = addAsset(root(), "table");
     osg::NodePtr plain = addGroup(root(), "plain");
 
 private:
     QMetaObject::Connection _connection;
+};
+
+/// Notes which fields of asset attachments change, edit by edit.
+class AttachmentListener : public osg::SceneListener
+{
+public:
+    AttachmentListener() { osg::FieldContainerFactory::the().addListener(*this); }
+    ~AttachmentListener() override { osg::FieldContainerFactory::the().removeListener(*this); }
+
+    void containerChanged(osg::FieldContainer &container, osg::FieldMask fields) override
+    {
+        if (container.getType().isDerivedFrom(osg::AssetAttachment::getClassType()))
+            edits.emplace_back(container.getFieldContainerId(), fields);
+    }
+
+    std::vector<std::pair<std::uint32_t, osg::FieldMask>> edits;
 };
 
 } // namespace
@@ -94,6 +122,18 @@ TEST_F(kxAssetsServiceImplTest, TakesTheReferencesOfTheseNodesOnly)
     EXPECT_THAT(manager.calls, IsEmpty());
 }
 
+TEST_F(kxAssetsServiceImplTest, TellsOfAnyListWhoseReferencesItTook)
+{
+    std::string uuidThen;
+    onChange = [&] { uuidThen = uuidOfNode(chair); };
+
+    service->removeAssetReference({script(chair)});
+    EXPECT_EQ(uuidThen, "none") << "told afterwards";
+    service->removeAssetReference({nullptr});
+
+    EXPECT_EQ(changes, 2);
+}
+
 TEST_F(kxAssetsServiceImplTest, SelectsTheFirstFoundAssetInPlaceOfTheOthersAndAddsTheRest)
 {
     manager.known = {"table", "lamp"};
@@ -118,6 +158,48 @@ TEST_F(kxAssetsServiceImplTest, SelectsTheFirstFoundAssetInPlaceOfTheOthersAndAd
                           "Could not find asset.\nLast known storage location: file:///möbel/GEO_chair.")});
     EXPECT_EQ(changes, 0);
     EXPECT_THAT(service->selectAssets({}), IsEmpty());
+}
+
+TEST_F(kxAssetsServiceImplTest, KeepsWhatItSelectedWhenALaterAssetIsNotFound)
+{
+    manager.known = {"chair", "lamp"};
+    const osg::NodePtr lamp = addAsset(root(), "lamp");
+
+    const QStringList errors = service->selectAssets({script(chair), script(table), script(lamp)});
+
+    ASSERT_THAT(manager.selections, SizeIs(3));
+    EXPECT_TRUE(manager.selections[0].clearsSelection);
+    EXPECT_FALSE(manager.selections[1].clearsSelection);
+    EXPECT_FALSE(manager.selections[2].clearsSelection) << "the lamp joins the chair";
+    EXPECT_THAT(errors, SizeIs(1));
+}
+
+TEST_F(kxAssetsServiceImplTest, TakesTheAnswerForOneAssetForNoOther)
+{
+    manager.answerSelection = [this](kxMessage &message) {
+        if (manager.selections.size() == 1)
+            message.set("found", true);
+    };
+
+    EXPECT_THAT(service->selectAssets({script(chair), script(table)}), SizeIs(1)) << "nobody answered for the table";
+}
+
+TEST_F(kxAssetsServiceImplTest, TranslatesWhatItReportsInTheContextOfItsClass)
+{
+    struct ContextTranslator : QTranslator
+    {
+        QString translate(const char *context, const char *text, const char *, int) const override
+        {
+            return QString(context) + ": " + text;
+        }
+        bool isEmpty() const override { return false; }
+    } translator;
+    QCoreApplication::installTranslator(&translator);
+
+    const QStringList errors = service->selectAssets({script(chair)});
+    QCoreApplication::removeTranslator(&translator);
+
+    EXPECT_EQ(errors, QStringList{"kxAssetsServiceImpl: Could not find asset.\nLast known storage location: ."});
 }
 
 TEST_F(kxAssetsServiceImplTest, DoesNotReplaceInTheUrlWhatLooksLikeAPlace)
@@ -154,6 +236,18 @@ TEST_F(kxAssetsServiceImplTest, AsksToOverwriteByTheIdsInTheirOrder)
     EXPECT_THAT(manager.overwritten, SizeIs(1));
 }
 
+TEST_F(kxAssetsServiceImplTest, AsksToOverwriteWhateverTheListHolds)
+{
+    const kxdNodePtr destroyed = gone();
+
+    service->overwriteAssets({nullptr, destroyed, script(chair), nullptr, script(chair)});
+    service->overwriteAssets({nullptr});
+
+    EXPECT_THAT(manager.overwritten, ElementsAre(ElementsAre(destroyed->getObjectId(), chair.getFieldContainerId(),
+                                                             chair.getFieldContainerId()),
+                                                 IsEmpty()));
+}
+
 TEST_F(kxAssetsServiceImplTest, FindsAllNodesOfTheSameAssets)
 {
     const osg::NodePtr second = addAsset(plain, "chair");
@@ -165,13 +259,14 @@ TEST_F(kxAssetsServiceImplTest, FindsAllNodesOfTheSameAssets)
     EXPECT_THAT(idsOf(service->findAssetNodes({script(chair)}, script(plain))), ElementsAre(b));
     EXPECT_THAT(service->findAssetNodes({script(chair)}, nullptr), IsEmpty());
     EXPECT_THAT(service->findAssetNodes({script(chair)}, gone()), IsEmpty());
+    EXPECT_THAT(service->findAssetNodes({nullptr, gone()}, script(root())), IsEmpty());
     EXPECT_THAT(service->findAssetNodes({}, script(root())), IsEmpty());
     EXPECT_EQ(changes, 0);
 }
 
 TEST_F(kxAssetsServiceImplTest, MarksAssetsAsEdited)
 {
-    service->markAssetsEdited({script(chair), nullptr, script(plain)});
+    service->markAssetsEdited({script(chair), nullptr, script(plain), gone()});
 
     EXPECT_TRUE(isEdited(chair));
     EXPECT_FALSE(isEdited(table));
@@ -180,15 +275,37 @@ TEST_F(kxAssetsServiceImplTest, MarksAssetsAsEdited)
     EXPECT_EQ(changes, 2) << "also for nothing";
 }
 
+TEST_F(kxAssetsServiceImplTest, MarksEachAssetByOneEditOfThatFieldAndTellsOfAllOnce)
+{
+    const auto idOf = [](const osg::NodePtr &node) {
+        return osg::AssetAttachment::getAssetAttachment(node).getFieldContainerId();
+    };
+    const AttachmentListener listener;
+    std::size_t editsThen = 0;
+    onChange = [&] { editsThen = listener.edits.size(); };
+
+    service->markAssetsEdited({script(table), script(chair)});
+
+    EXPECT_THAT(listener.edits, ElementsAre(Pair(idOf(table), osg::AssetAttachment::UserEditedFieldMask),
+                                            Pair(idOf(chair), osg::AssetAttachment::UserEditedFieldMask)));
+    EXPECT_EQ(editsThen, 2U);
+    EXPECT_EQ(changes, 1);
+    EXPECT_THAT(manager.calls, IsEmpty());
+}
+
 TEST_F(kxAssetsServiceImplTest, AsksOnceForTheChangesOfAllAssets)
 {
-    service->queryAssetChanges({script(chair), script(table), script(chair), script(plain), nullptr});
+    std::size_t queriesThen = 0;
+    onChange = [&] { queriesThen = manager.queried.size(); };
+
+    service->queryAssetChanges({script(chair), script(table), script(chair), script(plain), nullptr, gone()});
 
     ASSERT_THAT(manager.queried, SizeIs(1));
     EXPECT_EQ(manager.queried[0], (std::set{osg::AssetAttachment::getAssetAttachment(chair),
                                             osg::AssetAttachment::getAssetAttachment(table)}));
     EXPECT_EQ(changes, 1);
-    service->queryAssetChanges({script(plain)});
+    EXPECT_EQ(queriesThen, 1U) << "told afterwards";
+    service->queryAssetChanges({script(plain), nullptr});
     service->queryAssetChanges({});
     EXPECT_THAT(manager.queried, SizeIs(1));
     EXPECT_EQ(changes, 1);
@@ -205,4 +322,29 @@ TEST_F(kxAssetsServiceImplTest, LoadsSceneplatesThroughTheInterfaceObject)
     EXPECT_THAT(manager.calls, ElementsAre("loadSceneplateAsset", "loadSceneplateAsset", "broadcast 32768",
                                            "loadSceneplateAsset", "broadcast 32768"));
     EXPECT_EQ(changes, 0);
+}
+
+TEST_F(kxAssetsServiceImplTest, AsksForTheInterfaceObjectOnceInAProcess)
+{
+    service->loadSceneplateAssets({"a"}, nullptr);
+    auto *object = kxInterfaceFactory::the().get<kxAssetsInterface>();
+    kxInterfaceFactory::the().unregisterObject(object);
+
+    service->loadSceneplateAssets({"b"}, nullptr);
+    EXPECT_TRUE(kxInterfaceFactory::the().registerObject(object));
+
+    EXPECT_THAT(manager.plates, ElementsAre(Pair("a", 0U), Pair("b", 0U)));
+}
+
+TEST_F(kxAssetsServiceImplTest, KeepsTheOrderOfItsVirtualOperations)
+{
+    const std::ptrdiff_t first = tableEntryOf(&kxAssetsService::removeAssetReference);
+
+    EXPECT_GT(first, tableEntryOf(&QObject::eventFilter)) << "after what it inherits";
+    EXPECT_EQ(tableEntryOf(&kxAssetsService::selectAssets), first + 1);
+    EXPECT_EQ(tableEntryOf(&kxAssetsService::overwriteAssets), first + 2);
+    EXPECT_EQ(tableEntryOf(&kxAssetsService::findAssetNodes), first + 3);
+    EXPECT_EQ(tableEntryOf(&kxAssetsService::markAssetsEdited), first + 4);
+    EXPECT_EQ(tableEntryOf(&kxAssetsService::queryAssetChanges), first + 5);
+    EXPECT_EQ(tableEntryOf(&kxAssetsService::loadSceneplateAssets), first + 6);
 }
