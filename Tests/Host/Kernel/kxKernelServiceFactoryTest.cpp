@@ -112,6 +112,23 @@ TEST(kxKernelServiceFactoryTest, RunsALaterRegistrationForALookUp)
     EXPECT_EQ(service->initialisations, 1);
 }
 
+TEST(kxKernelServiceFactoryTest, InitialisesAServiceOnceThoughTheKernelIsReadyAgain)
+{
+    factory().startKernel();
+    QPointer<kxTestSceneplateService> service;
+    const auto registration = registerSceneplateService(&service);
+    QCoreApplication::processEvents();
+    int announcements = 0;
+    QObject::connect(factory().getService<kxKernelService>(), &kxKernelService::ready, service,
+                     [&announcements] { ++announcements; });
+
+    const kxKernelRegister later([] {});
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(announcements, 1);
+    EXPECT_EQ(service->initialisations, 1);
+}
+
 TEST(kxKernelServiceFactoryTest, FindsAServiceByTheNamesOfItsClasses)
 {
     factory().startKernel();

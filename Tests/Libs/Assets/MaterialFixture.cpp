@@ -127,6 +127,20 @@ osg::Color4f MaterialFixture::glowOf(const osg::MaterialPtr &material)
     return osg::dcast<osg::UBRDFMaterialPtr>(material)->getIncandescenceColor();
 }
 
+std::vector<osg::MaterialPtr> MaterialFixture::partsOf(const osg::MaterialPtr &material)
+{
+    return kxMaterials::getSubMaterials(material);
+}
+
+std::vector<std::string> MaterialFixture::namesOf(const std::vector<osg::MaterialPtr> &materials)
+{
+    std::vector<std::string> names;
+    names.reserve(materials.size());
+    for (const osg::MaterialPtr &material : materials)
+        names.push_back(material ? kxMaterials::getName(material) : "(null)");
+    return names;
+}
+
 std::string MaterialFixture::uuidOf(const osg::MaterialPtr &material)
 {
     const auto attachment = osg::AssetAttachment::getAssetAttachment(material);

@@ -34,6 +34,8 @@ protected:
     static void addPreview(const osg::MaterialPtr &material);
     static void setGlow(const osg::MaterialPtr &material, const osg::Color4f &colour);
     static osg::Color4f glowOf(const osg::MaterialPtr &material);
+    static std::vector<osg::MaterialPtr> partsOf(const osg::MaterialPtr &material);
+    static std::vector<std::string> namesOf(const std::vector<osg::MaterialPtr> &materials);
     static std::string uuidOf(const osg::MaterialPtr &material);
     static bool isUserEdited(const osg::MaterialPtr &material);
 

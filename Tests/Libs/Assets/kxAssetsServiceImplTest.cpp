@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManagerModule.h"
+#include "ChangeListener.h"
 #include "Kernel/kxAssetsInterface.h"
 #include "Kernel/kxAssetsService.h"
 #include "Kernel/kxInterfaceFactory.h"
@@ -8,8 +9,6 @@
 #include "Kernel/kxTypeConverter.h"
 #include "NodeFixture.h"
 #include "SceneGraph/EditCP.h"
-#include "SceneGraph/FieldContainerFactory.h"
-#include "SceneGraph/SceneListener.h"
 #include "Support/CapturedOutput.h"
 #include "VirtualTable.h"
 
@@ -79,22 +78,6 @@ protected:
 
 private:
     QMetaObject::Connection _connection;
-};
-
-/// Notes which fields of asset attachments change, edit by edit.
-class AttachmentListener : public osg::SceneListener
-{
-public:
-    AttachmentListener() { osg::FieldContainerFactory::the().addListener(*this); }
-    ~AttachmentListener() override { osg::FieldContainerFactory::the().removeListener(*this); }
-
-    void containerChanged(osg::FieldContainer &container, osg::FieldMask fields) override
-    {
-        if (container.getType().isDerivedFrom(osg::AssetAttachment::getClassType()))
-            edits.emplace_back(container.getFieldContainerId(), fields);
-    }
-
-    std::vector<std::pair<std::uint32_t, osg::FieldMask>> edits;
 };
 
 } // namespace
@@ -277,17 +260,16 @@ TEST_F(kxAssetsServiceImplTest, MarksAssetsAsEdited)
 
 TEST_F(kxAssetsServiceImplTest, MarksEachAssetByOneEditOfThatFieldAndTellsOfAllOnce)
 {
-    const auto idOf = [](const osg::NodePtr &node) {
-        return osg::AssetAttachment::getAssetAttachment(node).getFieldContainerId();
-    };
-    const AttachmentListener listener;
+    std::vector<osg::FieldMask> edits;
+    const ChangeListener listener(osg::AssetAttachment::getClassType(),
+                                  [&edits](osg::FieldMask fields) { edits.push_back(fields); });
     std::size_t editsThen = 0;
-    onChange = [&] { editsThen = listener.edits.size(); };
+    onChange = [&] { editsThen = edits.size(); };
 
     service->markAssetsEdited({script(table), script(chair)});
 
-    EXPECT_THAT(listener.edits, ElementsAre(Pair(idOf(table), osg::AssetAttachment::UserEditedFieldMask),
-                                            Pair(idOf(chair), osg::AssetAttachment::UserEditedFieldMask)));
+    const auto mark = osg::AssetAttachment::UserEditedFieldMask;
+    EXPECT_THAT(edits, ElementsAre(mark, mark));
     EXPECT_EQ(editsThen, 2U);
     EXPECT_EQ(changes, 1);
     EXPECT_THAT(manager.calls, IsEmpty());

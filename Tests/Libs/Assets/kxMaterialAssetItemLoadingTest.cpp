@@ -3,6 +3,7 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxMaterialAssetItem.h"
+#include "ChangeListener.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxFileIO.h"
 #include "Kernel/kxLogRecorder.h"
@@ -15,18 +16,14 @@
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/FieldContainerFactory.h"
-#include "SceneGraph/MultiPassMaterial.h"
-#include "SceneGraph/SceneListener.h"
 #include "SceneGraph/SwitchMaterial.h"
-#include "SceneGraph/TagAttachment.h"
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
 #include "SceneGraph/UberMaterial.h"
 #include "Support/CapturedOutput.h"
+#include "TestUrlManager.h"
 
 #include <QDir>
-
-#include <functional>
 
 namespace {
 
@@ -65,42 +62,21 @@ protected:
         EXPECT_EQ(glow[2], 0.3F);
         return glow[3];
     }
-
-    static kxAssetItemDocument documentOf(const std::string &type, const std::vector<std::string> &parts,
-                                          const std::string &more = {})
-    {
-        std::string text = "<item><category>Materials</category><uuid>c</uuid><name>Käse</name><material><type>" +
-                           type + "</type>" + more + "<subMaterials>";
-        for (const std::string &part : parts)
-            text += "<uuid>" + part + "</uuid>";
-        QDomDocument document("document");
-        EXPECT_TRUE(document.setContent(QByteArray::fromStdString(text + "</subMaterials></material></item>")));
-        return kxAssetItemDocument(document);
-    }
 };
-
-std::vector<osg::MaterialPtr> partsOf(const osg::MaterialPtr &material)
-{
-    return kxMaterials::getSubMaterials(material);
-}
-
-std::vector<std::string> namesOf(const std::vector<osg::MaterialPtr> &materials)
-{
-    std::vector<std::string> names;
-    for (const osg::MaterialPtr &material : materials)
-        names.push_back(material ? kxMaterials::getName(material) : "(null)");
-    return names;
-}
-
-int choiceOf(const osg::MaterialPtr &material)
-{
-    return osg::dcast<osg::SwitchMaterialPtr>(material)->getChoice();
-}
 
 osg::MaterialPtr environmentOf(const osg::MaterialPtr &material)
 {
     return osg::dcast<osg::UBRDFMaterialPtr>(material)->getEnvironment();
 }
+
+/// Says that it loads materials, and hands none out.
+class EmptyManager : public TestUrlManager
+{
+public:
+    bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("empty"); }
+    std::vector<QUrl> files(const QUrl &url, const QStringList &, QDir::SortFlags) override { return {url}; }
+    bool loadMaterialFromFile(const QUrl &, osg::MaterialPtr &) const override { return true; }
+};
 
 /// A view that notes when its refinement is stopped, and whether updates were still on by then.
 class WatchfulView : public kxOSGWidget
@@ -110,28 +86,6 @@ public:
 
 private:
     void cancelRefinement() override { cancellations.push_back(kxController::isRenderUpdateEnabled()); }
-};
-
-/// Calls back whenever a container of this type changes.
-class ChangeListener : public osg::SceneListener
-{
-public:
-    ChangeListener(const osg::FieldContainerType &type, std::function<void(osg::FieldMask)> callback)
-        : _type(type), _callback(std::move(callback))
-    {
-        osg::FieldContainerFactory::the().addListener(*this);
-    }
-    ~ChangeListener() override { osg::FieldContainerFactory::the().removeListener(*this); }
-
-    void containerChanged(osg::FieldContainer &container, osg::FieldMask fields) override
-    {
-        if (container.getType().isDerivedFrom(_type))
-            _callback(fields);
-    }
-
-private:
-    const osg::FieldContainerType &_type;
-    std::function<void(osg::FieldMask)> _callback;
 };
 
 } // namespace
@@ -144,6 +98,18 @@ TEST_F(kxMaterialAssetItemLoadingTest, LoadsNothingFromNowhere)
     EXPECT_FALSE(item.loadMaterial());
     item.setDirectoryUrl(url("missing"));
     EXPECT_FALSE(item.loadMaterial());
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, LoadsNothingWhereTheBackEndHandsNothingOut)
+{
+    static EmptyManager manager; // it can never be taken out of the registry
+    kxUrlManager::registerManager(&manager);
+    Item item;
+    item.setDirectoryUrl(QUrl("empty:/x"));
+
+    EXPECT_FALSE(item.loadMaterial());
+
+    EXPECT_EQ(item.materialType(), nullptr);
 }
 
 TEST_F(kxMaterialAssetItemLoadingTest, LoadsAStoredMaterial)
@@ -356,7 +322,7 @@ TEST_F(kxMaterialAssetItemLoadingTest, SharesImagesWithTheScene)
             osg::CPEditor edit(texture, osg::Texture::ImageFieldMask);
             texture->setImage(image);
         }
-        const Owned surface = makeSurface(name);
+        Owned surface = makeSurface(name);
         osg::CPEditor edit(surface, osg::UBRDFMaterial::DiffuseTextureFieldMask);
         osg::dcast<osg::UBRDFMaterialPtr>(surface)->setDiffuseTexture(texture);
         return surface;
@@ -445,6 +411,20 @@ TEST_F(kxMaterialAssetItemLoadingTest, GivesNothingForItemsWithoutMaterialType)
     EXPECT_FALSE(Item::getMaterialFromUUID(uuid));
 
     EXPECT_EQ(output.text(), "");
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, LoadsNoMaterialThroughItemsOfAnotherKind)
+{
+    kxLocalUrlManager::the()->collectItems(
+        writeAsset("GEO_x", "<category>Geometries</category><uuid>g</uuid><name>x</name>"), Undefined, nullptr);
+    ASSERT_NE(kxAssetItemFactory::the().findItem("g"), nullptr);
+    EXPECT_FALSE(Item::getMaterialFromUUID("g"));
+
+    const Owned ofTheScene = makeSurface("x");
+    makeAsset(ofTheScene, "g");
+    kxScenegraph::addToMaterialPool(ofTheScene);
+
+    EXPECT_EQ(Item::getMaterialFromUUID("g"), ofTheScene.get()) << "which is looked for first, whatever the item is";
 }
 
 TEST_F(kxMaterialAssetItemLoadingTest, AnswersForEachUuidInOrder)
@@ -587,106 +567,6 @@ TEST_F(kxMaterialAssetItemLoadingTest, EndsAChainThatIsTooDeep)
               std::vector<std::string>{"Material asset 'c100' lies too deep within 'c0' and is left out."});
 }
 
-TEST_F(kxMaterialAssetItemLoadingTest, RebuildsASwitchFromItsMetadata)
-{
-    const std::string a = storeSurface("A");
-    const std::string b = storeSurface("B");
-    osg::MaterialPtr material;
-
-    ASSERT_TRUE(Item::createMaterialFromDoc(
-        documentOf("SwitchMaterial", {a, b, a}, "<choice>1</choice><tags>y, x</tags>"), material));
-
-    const Owned owned = Owned::adopt(material);
-    EXPECT_EQ(&material->getType(), &osg::SwitchMaterial::getClassType());
-    EXPECT_EQ(material->getRefCount(), 1) << "the receiver's";
-    EXPECT_EQ(namesOf(partsOf(material)), (std::vector<std::string>{"A", "B", "A"}));
-    EXPECT_EQ(choiceOf(material), 1);
-    EXPECT_EQ(kxMaterials::getName(material), "Käse");
-    EXPECT_EQ(uuidOf(material), "c");
-    EXPECT_EQ(osg::AssetAttachment::getAssetAttachment(material)->getCategory(), "Materials");
-    EXPECT_EQ(tagsOf(material), (std::vector<std::string>{"x", "y"}));
-}
-
-TEST_F(kxMaterialAssetItemLoadingTest, RebuildsMultiPassAndEnvironmentSwitches)
-{
-    const std::string a = storeSurface("A");
-    osg::MaterialPtr passes;
-    osg::MaterialPtr environments;
-
-    ASSERT_TRUE(Item::createMaterialFromDoc(documentOf("MultiPassMaterial", {a}, "<choice>0</choice>"), passes));
-    ASSERT_TRUE(Item::createMaterialFromDoc(documentOf("UEnvironmentSwitchMaterial", {a}), environments));
-
-    const Owned owned = Owned::adopt(passes);
-    const Owned alsoOwned = Owned::adopt(environments);
-    EXPECT_EQ(&passes->getType(), &osg::MultiPassMaterial::getClassType());
-    EXPECT_EQ(namesOf(partsOf(passes)), std::vector<std::string>{"A"});
-    EXPECT_EQ(&environments->getType(), &osg::UEnvironmentSwitchMaterial::getClassType());
-    EXPECT_EQ(namesOf(partsOf(environments)), std::vector<std::string>{"A"});
-}
-
-TEST_F(kxMaterialAssetItemLoadingTest, MovesLaterPartsUpWhenOneIsMissing)
-{
-    const std::string a = storeSurface("A");
-    const std::string b = storeSurface("B");
-    osg::MaterialPtr material;
-
-    ASSERT_TRUE(
-        Item::createMaterialFromDoc(documentOf("SwitchMaterial", {"none", a, "", b}, "<choice>1</choice>"), material));
-
-    const Owned owned = Owned::adopt(material);
-    EXPECT_EQ(namesOf(partsOf(material)), (std::vector<std::string>{"A", "B"}));
-    EXPECT_EQ(choiceOf(material), 1);
-}
-
-TEST_F(kxMaterialAssetItemLoadingTest, KeepsTheFirstChoiceWhereTheStoredOneHasNoPart)
-{
-    const std::string a = storeSurface("A");
-    for (const char *choice : {"1", "2", "-1", "99", "x"}) {
-        osg::MaterialPtr material;
-        ASSERT_TRUE(Item::createMaterialFromDoc(
-            documentOf("SwitchMaterial", {a, "none"}, std::string("<choice>") + choice + "</choice>"), material));
-        const Owned owned = Owned::adopt(material);
-        EXPECT_EQ(choiceOf(material), 0) << choice;
-    }
-}
-
-TEST_F(kxMaterialAssetItemLoadingTest, RebuildsCompositesWithoutPartsAndTags)
-{
-    osg::MaterialPtr material;
-
-    ASSERT_TRUE(Item::createMaterialFromDoc(documentOf("MultiPassMaterial", {}), material));
-
-    const Owned owned = Owned::adopt(material);
-    EXPECT_TRUE(partsOf(material).empty());
-    EXPECT_TRUE(tagsOf(material).empty()) << "the attachment is there all the same";
-}
-
-TEST_F(kxMaterialAssetItemLoadingTest, RebuildsNothingElse)
-{
-    const Owned before = makeSurface("before");
-    const auto living = osg::FieldContainerFactory::the().livingContainerCount();
-    for (const char *type : {"UBRDFMaterial", "UberMaterial", "MultiMaterial", "USkyEnvironmentMaterial", "Node",
-                             "NoSuchType", "Material", ""}) {
-        osg::MaterialPtr material = before;
-        EXPECT_FALSE(Item::createMaterialFromDoc(documentOf(type, {}), material)) << type;
-        EXPECT_EQ(material, before.get()) << type;
-    }
-    EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), living);
-}
-
-TEST_F(kxMaterialAssetItemLoadingTest, RebuildsNothingFromInvalidMetadata)
-{
-    kxAssetItemDocument document;
-    document.setMaterialType(osg::SwitchMaterial::getClassType());
-    osg::MaterialPtr material;
-    kxtest::CapturedOutput output;
-
-    EXPECT_FALSE(Item::createMaterialFromDoc(document, material));
-
-    EXPECT_EQ(output.text(), "[hasValidAssetMetaData] invalid uuid \n");
-    EXPECT_FALSE(material);
-}
-
 TEST_F(kxMaterialAssetItemLoadingTest, FollowsTheNameOfItsEnvironment)
 {
     const Owned surface = makeSurface("Lack");
@@ -706,6 +586,25 @@ TEST_F(kxMaterialAssetItemLoadingTest, FollowsTheNameOfItsEnvironment)
     ASSERT_TRUE(item(uuid)->loadMaterial());
 
     EXPECT_EQ(environmentOf(item(uuid)->getMaterial()), first.get()) << "the lowest id of that exact name";
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, ForgetsItsEnvironmentWhenItIsMadeOfAMaterial)
+{
+    const Owned surface = makeSurface("Lack");
+    const Owned evening = makeSky("Abend");
+    {
+        osg::CPEditor edit(surface, osg::UBRDFMaterial::EnvironmentFieldMask);
+        osg::dcast<osg::UBRDFMaterialPtr>(surface)->setEnvironment(evening);
+    }
+    const std::string uuid = store(surface);
+    kxScenegraph::addToMaterialPool(evening);
+    const QUrl directory = item(uuid)->directoryUrl();
+
+    item(uuid)->initFrom(surface, uuid, true);
+    item(uuid)->setDirectoryUrl(directory);
+    ASSERT_TRUE(item(uuid)->loadMaterial());
+
+    EXPECT_NE(environmentOf(item(uuid)->getMaterial()), evening.get());
 }
 
 TEST_F(kxMaterialAssetItemLoadingTest, KeepsAnEnvironmentThatHasTheNameAlready)
@@ -763,6 +662,22 @@ TEST_F(kxMaterialAssetItemLoadingTest, LeavesTheEnvironmentWhereNoneHasTheName)
     EXPECT_NE(environment ? kxMaterials::getName(environment) : "", "ABEND");
 }
 
+TEST_F(kxMaterialAssetItemLoadingTest, FollowsNoEnvironmentWithoutAName)
+{
+    const Owned surface = makeSurface("Lack");
+    const Owned unnamed = makeSky("");
+    {
+        osg::CPEditor edit(surface, osg::UBRDFMaterial::EnvironmentFieldMask);
+        osg::dcast<osg::UBRDFMaterialPtr>(surface)->setEnvironment(unnamed);
+    }
+    const std::string uuid = store(surface);
+    kxScenegraph::addToMaterialPool(unnamed);
+
+    ASSERT_TRUE(item(uuid)->loadMaterial());
+
+    EXPECT_NE(environmentOf(item(uuid)->getMaterial()), unnamed.get());
+}
+
 TEST_F(kxMaterialAssetItemLoadingTest, RaisesTheIntensityToPhotometricUnits)
 {
     EXPECT_EQ(intensityAfterLoading(false, Photometric, true), 200.0F);
@@ -771,6 +686,30 @@ TEST_F(kxMaterialAssetItemLoadingTest, RaisesTheIntensityToPhotometricUnits)
 TEST_F(kxMaterialAssetItemLoadingTest, LowersTheIntensityFromPhotometricUnits)
 {
     EXPECT_EQ(intensityAfterLoading(true, NonPhotometric, false), 4.0F * 0.01F);
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, EditsTheLoadedSurfaceOncePerField)
+{
+    const Owned surface = makeSurface("Lamp");
+    setGlow(surface, {1, 1, 1, 4});
+    const Owned evening = makeSky("Abend");
+    {
+        osg::CPEditor edit(surface, osg::UBRDFMaterial::EnvironmentFieldMask);
+        osg::dcast<osg::UBRDFMaterialPtr>(surface)->setEnvironment(evening);
+    }
+    const std::string uuid = store(surface);
+    kxScenegraph::addToMaterialPool(evening);
+    photometric(true);
+    item(uuid)->setExpectedPhotometricState(Photometric);
+    std::vector<osg::FieldMask> edits;
+    const ChangeListener listener(osg::UBRDFMaterial::getClassType(),
+                                  [&edits](osg::FieldMask fields) { edits.push_back(fields); });
+
+    ASSERT_TRUE(item(uuid)->loadMaterial());
+
+    const std::vector<osg::FieldMask> last(edits.end() - 2, edits.end());
+    EXPECT_EQ(last, (std::vector<osg::FieldMask>{osg::UBRDFMaterial::EnvironmentFieldMask,
+                                                 osg::UBRDFMaterial::IncandescenceColorFieldMask}));
 }
 
 TEST_F(kxMaterialAssetItemLoadingTest, KeepsTheIntensityInEveryOtherCase)

@@ -27,7 +27,7 @@ protected:
     /// A material of the scene that carries this UUID.
     static Owned inScene(const std::string &name, const std::string &uuid)
     {
-        const Owned material = makeSurface(name);
+        Owned material = makeSurface(name);
         makeAsset(material, uuid);
         kxScenegraph::addToMaterialPool(material);
         return material;
@@ -168,6 +168,23 @@ TEST_F(kxMaterialAssetItemSavingTest, RemovesTheOldDirectoryWhenSavedElsewhere)
     EXPECT_EQ(item(Uuid)->directoryUrl(), url("b/MAT_Lack"));
 }
 
+TEST_F(kxMaterialAssetItemSavingTest, GoesNoFurtherWhereTheOldDirectoryCannotGo)
+{
+    ASSERT_TRUE(itemOf(makeSurface("Lack")).save(url()));
+    const Owned copy = inScene("Copy", Uuid);
+    const Owned saved = makeSurface("Lack");
+    kxtest::CapturedOutput output;
+
+    // The new directory would lie below the old one.
+    const bool isSaved = itemOf(saved).save(url("MAT_Lack"));
+
+    EXPECT_NE(output.text().find("deleting old directory failed.\n"), std::string::npos);
+    EXPECT_FALSE(isSaved);
+    EXPECT_FALSE(osg::AssetAttachment::getAssetAttachment(saved));
+    EXPECT_FALSE(isUserEdited(copy));
+    EXPECT_EQ(item(Uuid)->directoryUrl(), url("MAT_Lack"));
+}
+
 TEST_F(kxMaterialAssetItemSavingTest, GivesAnotherAssetOfTheNameADirectoryOfItsOwn)
 {
     ASSERT_TRUE(itemOf(makeSurface("Lack"), Uuid).save(url()));
@@ -202,21 +219,22 @@ TEST_F(kxMaterialAssetItemSavingTest, LeavesCopiesAloneThatAreMarkedAlready)
             osg::FieldContainerFactory::the().addListener(*this);
         }
         ~EditCounter() override { osg::FieldContainerFactory::the().removeListener(*this); }
-        void containerChanged(osg::FieldContainer &container, osg::FieldMask) override
+        void containerChanged(osg::FieldContainer &container, osg::FieldMask fields) override
         {
-            edits += container.getFieldContainerId() == attachment.getFieldContainerId() ? 1 : 0;
+            if (container.getFieldContainerId() == attachment.getFieldContainerId())
+                edits.push_back(fields);
         }
         osg::AssetAttachmentPtr attachment;
-        int edits = 0;
+        std::vector<osg::FieldMask> edits;
     };
     const Owned copy = inScene("Copy", Uuid);
     const Owned saved = makeSurface("Lack");
     const EditCounter counter(osg::AssetAttachment::getAssetAttachment(copy));
 
     ASSERT_TRUE(itemOf(saved).save(url()));
-    EXPECT_EQ(counter.edits, 1);
+    EXPECT_EQ(counter.edits, std::vector{osg::AssetAttachment::UserEditedFieldMask});
     ASSERT_TRUE(itemOf(saved).save(url()));
-    EXPECT_EQ(counter.edits, 1);
+    EXPECT_EQ(counter.edits.size(), 1U);
     EXPECT_TRUE(isUserEdited(copy));
 }
 

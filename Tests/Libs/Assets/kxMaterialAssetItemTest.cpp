@@ -2,6 +2,7 @@
 #include "Assets/kxMaterialAssetItem.h"
 
 #include "Assets/kxAssetItemDocument.h"
+#include "ChangeListener.h"
 #include "Kernel/kxIconManager.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMaterials.h"
@@ -206,6 +207,40 @@ TEST_F(kxMaterialAssetItemTest, IsOnlyResetByWhatIsNoMaterial)
     item.initFrom(nullptr, "given", true);
     EXPECT_EQ(item.uuid(), "");
     EXPECT_TRUE(_host.previewRequests.empty());
+}
+
+TEST_F(kxMaterialAssetItemTest, ResetsItsWholeDescription)
+{
+    const Owned part = makeSurface("p");
+    makeAsset(part, "u1");
+    const Owned choices = makeSwitch("s", {part}, 0);
+    setTags(choices, {"a"});
+    kxMaterialAssetItem item = itemOf(choices);
+    kxAssetItemDocument document;
+    ASSERT_TRUE(item.writeMetaData(document));
+    document.setHasPhotometricProperties(true);
+    ASSERT_TRUE(item.readMetaData(document));
+    ASSERT_EQ(item.subMaterialUUIDs().size(), 1U);
+
+    item.initFrom(nullptr, "given", true);
+
+    EXPECT_TRUE(item.subMaterialUUIDs().empty());
+    EXPECT_EQ(item.switchChoice(), -1);
+    EXPECT_EQ(item.data(4, 0), QVariant(QString("")));
+    EXPECT_EQ(item.getPhotometricState(), Unknown);
+    EXPECT_EQ(item.materialTypeName(), "");
+}
+
+TEST_F(kxMaterialAssetItemTest, ReadsThePartsOfEachMaterialItIsMadeOfAnew)
+{
+    const Owned part = makeSurface("p");
+    makeAsset(part, "u1");
+    const Owned passes = makeMultiPass("m", {part});
+    kxMaterialAssetItem item = itemOf(passes);
+
+    item.initFrom(passes, Uuid, true);
+
+    EXPECT_EQ(item.subMaterialUUIDs(), std::vector<std::string>{"u1"});
 }
 
 TEST_F(kxMaterialAssetItemTest, ReadsTheTagsOfItsMaterialAndPrintsThem)
@@ -418,6 +453,19 @@ TEST_F(kxMaterialAssetItemTest, TakesOffTheTagsOfPlacedAssets)
 
     EXPECT_EQ(tagsOf(material), (std::vector<std::string>{"wood", "Scene", "geometry Asset: x", "my Geometry Asset: y",
                                                           "Material Asset: z"}));
+}
+
+TEST_F(kxMaterialAssetItemTest, TakesAllTagsOffInOneEdit)
+{
+    const Owned material = makeSurface("x");
+    setTags(material, {"Geometry Asset: Chair", "Environment Asset: Sky", "wood"});
+    std::vector<osg::FieldMask> edits;
+    const ChangeListener listener(osg::TagAttachment::getClassType(),
+                                  [&edits](osg::FieldMask fields) { edits.push_back(fields); });
+
+    kxMaterialAssetItem::removeSpecialAssetTagsFrom(material);
+
+    EXPECT_EQ(edits, std::vector{osg::TagAttachment::MaterialsFieldMask});
 }
 
 TEST_F(kxMaterialAssetItemTest, TakesNoTagsOffWhatHasNone)
@@ -658,51 +706,6 @@ TEST_F(kxMaterialAssetItemTest, CannotDescribePartsThatAreNoAssets)
 
     EXPECT_EQ(output.text(), "Meta data: Sub material is no asset.\n");
     EXPECT_FALSE(isWritten);
-}
-
-TEST_F(kxMaterialAssetItemTest, HasTheChecksumOfItsPayload)
-{
-    writeAsset("MAT_x", "<material><type>UBRDFMaterial</type></material>");
-    writeFile("MAT_x/x.osb", "123456789");
-    kxMaterialAssetItem item;
-    item.setDirectoryUrl(url("MAT_x"));
-
-    EXPECT_EQ(item.checksum(), 0xCBF43926U);
-}
-
-TEST_F(kxMaterialAssetItemTest, HasTheChecksumOfItsDescriptionWithoutAPayload)
-{
-    writeAsset("MAT_x", "<name>x</name><material><type>SwitchMaterial</type><tags>Öl</tags></material>");
-    kxMaterialAssetItem item;
-    item.setDirectoryUrl(url("MAT_x"));
-
-    // Of "  <material>\n    <type>SwitchMaterial</type>\n    <tags>Öl</tags>\n  </material>\n".
-    EXPECT_EQ(item.checksum(), 0x1E2E7974U);
-}
-
-TEST_F(kxMaterialAssetItemTest, HasAChecksumThatDependsOnTheDescriptionOnly)
-{
-    kxMaterialAssetItem item;
-    item.setDirectoryUrl(writeAsset("MAT_x", "<name>x</name><material><choice>1</choice></material>"));
-    const std::uint32_t checksum = item.checksum();
-
-    writeAsset("MAT_x", "<material>  <choice>1</choice></material><name>other</name><material/>");
-    EXPECT_EQ(item.checksum(), checksum);
-    writeAsset("MAT_x", "<name>x</name><material><choice>2</choice></material>");
-    EXPECT_NE(item.checksum(), checksum);
-}
-
-TEST_F(kxMaterialAssetItemTest, HasNoChecksumWithoutPayloadAndDescription)
-{
-    kxMaterialAssetItem item;
-    EXPECT_EQ(item.checksum(), 0U);
-    item.setDirectoryUrl(QUrl("nobody://x"));
-    EXPECT_EQ(item.checksum(), 0U);
-    item.setDirectoryUrl(url("missing"));
-    EXPECT_EQ(item.checksum(), 0U);
-
-    item.setDirectoryUrl(writeAsset("MAT_x", "<name>x</name><group><material/></group>"));
-    EXPECT_EQ(item.checksum(), 0U);
 }
 
 TEST_F(kxMaterialAssetItemTest, TakesItsPreviewFromTheMaterial)
