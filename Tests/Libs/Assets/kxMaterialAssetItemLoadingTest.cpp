@@ -73,9 +73,19 @@ osg::MaterialPtr environmentOf(const osg::MaterialPtr &material)
 class EmptyManager : public TestUrlManager
 {
 public:
-    bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("empty"); }
+    bool accepts(const QUrl &url) const override
+    {
+        return url.scheme() == QLatin1String("empty") || (acceptsInvalid && !url.isValid());
+    }
     std::vector<QUrl> files(const QUrl &url, const QStringList &, QDir::SortFlags) override { return {url}; }
-    bool loadMaterialFromFile(const QUrl &, osg::MaterialPtr &) const override { return true; }
+    bool loadMaterialFromFile(const QUrl &, osg::MaterialPtr &) const override
+    {
+        ++loads;
+        return true;
+    }
+
+    bool acceptsInvalid = false;
+    mutable int loads = 0;
 };
 
 /// A view that notes when its refinement is stopped, and whether updates were still on by then.
@@ -109,7 +119,13 @@ TEST_F(kxMaterialAssetItemLoadingTest, LoadsNothingWhereTheBackEndHandsNothingOu
 
     EXPECT_FALSE(item.loadMaterial());
 
+    EXPECT_EQ(manager.loads, 1);
     EXPECT_EQ(item.materialType(), nullptr);
+
+    manager.acceptsInvalid = true;
+    EXPECT_FALSE(Item().loadMaterial());
+    manager.acceptsInvalid = false;
+    EXPECT_EQ(manager.loads, 1) << "nobody is asked for what has no directory";
 }
 
 TEST_F(kxMaterialAssetItemLoadingTest, LoadsAStoredMaterial)
@@ -201,6 +217,18 @@ TEST_F(kxMaterialAssetItemLoadingTest, DescribesItselfByWhatItLoaded)
     EXPECT_EQ(item(uuid)->data(4, 0), QVariant("a, b"));
     EXPECT_EQ(tagsOf(item(uuid)->getMaterial()), (std::vector<std::string>{"b", "a"}))
         << "the mark of the chair is gone";
+}
+
+TEST_F(kxMaterialAssetItemLoadingTest, ReadsTheTagsBeforeItTakesMarksOff)
+{
+    const Owned surface = makeSurface("Lack");
+    setTags(surface, {"Geometry Asset: Chair, oak"}); // one tag, which reads as two
+    const std::string uuid = store(surface);
+
+    ASSERT_TRUE(item(uuid)->loadMaterial());
+
+    EXPECT_EQ(item(uuid)->data(4, 0), QVariant("oak"));
+    EXPECT_TRUE(tagsOf(item(uuid)->getMaterial()).empty());
 }
 
 TEST_F(kxMaterialAssetItemLoadingTest, ForgetsADescriptionThatTheLoadedMaterialDoesNotBear)

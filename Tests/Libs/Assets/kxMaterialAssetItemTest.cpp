@@ -778,11 +778,12 @@ TEST_F(kxMaterialAssetItemTest, PaintsTheTypeOfCompositesIntoTheCorner)
 TEST_F(kxMaterialAssetItemTest, PaintsAnIconThatJustFitsUnscaled)
 {
     const QPixmap icon = kxScenegraph::getMaterialTypeIcon(&osg::SwitchMaterial::getClassType(), 0);
-    QPixmap pixmap = greenPixmap(64, 43); // three quarters of it are 32.25, cut off to the icon's height
+    // Three quarters of the height are 32.25, cut off to the icon's height; to scale it would make it narrower.
+    QPixmap pixmap = greenPixmap(32, 43);
 
     itemOfType(osg::SwitchMaterial::getClassType()).addOverlayIcon(pixmap);
 
-    EXPECT_EQ(pixmap.toImage(), greenWith(icon, 64, 43, 10));
+    EXPECT_EQ(pixmap.toImage(), greenWith(icon, 32, 43, 10));
 }
 
 TEST_F(kxMaterialAssetItemTest, ShrinksAnIconThatIsTooTall)
