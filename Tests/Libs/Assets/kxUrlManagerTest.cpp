@@ -3,6 +3,7 @@
 
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxLocalUrlManager.h"
 #include "Kernel/kxLogRecorder.h"
 #include "PlainItem.h"
 #include "SceneGraph/UBRDFMaterial.h"
@@ -17,6 +18,9 @@
 #include <QTimer>
 
 #include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
 
 namespace {
 
@@ -92,6 +96,34 @@ TEST_F(kxUrlManagerTest, IgnoresNullAndSecondRegistrations)
     kxUrlManager::registerManager(&manager);
 
     EXPECT_EQ(kxUrlManager::getUrlManager(url("/a")), &manager);
+}
+
+TEST_F(kxUrlManagerTest, PrefersTheBackEndWithTheLowerAddress)
+{
+    class Accepting final : public TestUrlManager
+    {
+        bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("both"); }
+    };
+    static std::array<Accepting, 3> managers; // they stay in the registry
+
+    for (const std::size_t i : {1U, 0U, 2U})
+        kxUrlManager::registerManager(&managers[i]);
+
+    EXPECT_EQ(kxUrlManager::getUrlManager(QUrl("both:/a")), managers.data()) << "neither the first nor the last added";
+}
+
+TEST_F(kxUrlManagerTest, KnowsTheLocalBackEndOnlyWhenSomebodyRegistersIt)
+{
+    // In a process of its own: other tests register it for good.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            kxUrlManager *local = kxLocalUrlManager::the();
+            const bool isUnknown = !kxUrlManager::getUrlManager(QUrl("file:///"));
+            kxUrlManager::registerManager(local);
+            std::_Exit(isUnknown && kxUrlManager::getUrlManager(QUrl("file:///")) == local ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(kxUrlManagerTest, ShowsUrlsAsTheirBackEndDoesAndOthersAsTheyAre)
@@ -284,6 +316,50 @@ TEST_F(kxUrlManagerTest, ReadsOnlyTheDirectoryItselfWhenAskedTo)
     EXPECT_EQ(manager.log, (std::vector<QString>{"files /lib"}));
 }
 
+TEST_F(kxUrlManagerTest, PassesOverDocumentsThatDescribeNoAsset)
+{
+    manager.write("/lib/1.xml", "<x/>");
+    manager.write("/lib/2.xml", metadata("", "Materials"));
+    manager.write("/lib/3.xml", metadata(Third, "Materials").replace("UBRDFMaterial", "ChunkMaterial"));
+    manager.write("/lib/below/a.xml", metadata(First));
+
+    manager.collectItems(url("/lib"), Undefined, nullptr);
+
+    EXPECT_EQ(registered(), (Uuids{First}));
+    EXPECT_FALSE(manager.containsItems(url("/lib"), Undefined));
+    EXPECT_FALSE(manager.containsItem(url("/lib"), Undefined, Third));
+}
+
+TEST_F(kxUrlManagerTest, DeletesNoItemThatAScanDoesNotFindAgain)
+{
+    manager.write("/lib/MAT_A/a.xml", metadata(First));
+    manager.collectItems(url("/lib"), Undefined, nullptr);
+    manager.removeDirectory(url("/lib"));
+
+    manager.collectItems(url("/lib"), Undefined, nullptr);
+
+    EXPECT_EQ(registered(), (Uuids{First}));
+}
+
+TEST_F(kxUrlManagerTest, ListsMetadataInTheOrderOfThePlace)
+{
+    class Listing final : public TestUrlManager
+    {
+    public:
+        std::vector<QUrl> files(const QUrl &url, const QStringList &nameFilters, QDir::SortFlags sort) override
+        {
+            isAsWanted = isAsWanted && nameFilters == QStringList{"*.xml"} && sort == QDir::NoSort;
+            return TestUrlManager::files(url, nameFilters, sort);
+        }
+        bool isAsWanted = true;
+    } listing;
+
+    listing.collectItems(url("/lib"), Material, nullptr);
+    EXPECT_TRUE(listing.isAsWanted);
+    listing.containsItem(url("/lib"), Material, First);
+    EXPECT_TRUE(listing.isAsWanted);
+}
+
 TEST_F(kxUrlManagerTest, DoesNothingWhenCancelledBefore)
 {
     manager.write("/lib/MAT_A/a.xml", metadata(First));
@@ -314,6 +390,40 @@ TEST_F(kxUrlManagerTest, StopsBetweenFilesWhenCancelledAndKeepsWhatItHas)
     EXPECT_EQ(registered(), (Uuids{First}));
     EXPECT_EQ(items.size(), 1U);
     EXPECT_EQ(manager.documentReads[QStringLiteral("/lib/MAT_C/c.xml")], 0);
+}
+
+TEST_F(kxUrlManagerTest, ReadsNoOtherFileAndGoesNoDeeperWhenCancelled)
+{
+    manager.write("/lib/1.xml", "<broken");
+    manager.write("/lib/2.xml", metadata(First));
+    manager.write("/lib/below/3.xml", metadata(Second));
+    QProgressDialog dialog;
+    int passes = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &dialog, [&] {
+        if (++passes == 2)
+            dialog.cancel();
+    });
+    timer.start(0);
+
+    manager.collectItems(url("/lib"), Material, &dialog);
+
+    EXPECT_EQ(manager.log, (std::vector<QString>{"files /lib", "loadDocumentFromFile /lib/1.xml"}));
+}
+
+TEST_F(kxUrlManagerTest, LeavesTheRangeValueAndTextOfTheDialogAlone)
+{
+    manager.write("/lib/MAT_A/a.xml", metadata(First));
+    QProgressDialog dialog("Scanning", "Stop", 3, 17);
+    dialog.setValue(5);
+
+    manager.collectItems(url("/lib"), Material, &dialog);
+
+    EXPECT_EQ(registered(), (Uuids{First}));
+    EXPECT_EQ(dialog.minimum(), 3);
+    EXPECT_EQ(dialog.maximum(), 17);
+    EXPECT_EQ(dialog.value(), 5);
+    EXPECT_EQ(dialog.labelText(), "Scanning");
 }
 
 TEST_F(kxUrlManagerTest, ToleratesThatTheRegistryIsEmptiedDuringAScan)
@@ -355,6 +465,49 @@ TEST_F(kxUrlManagerTest, TellsWhatADirectoryItselfContains)
     EXPECT_FALSE(manager.containsItem(url("/lib"), Geometry, First));
     EXPECT_FALSE(manager.containsItem(url("/lib"), Undefined, Second));
     EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 0);
+}
+
+TEST_F(kxUrlManagerTest, LooksNoFurtherThanTheFirstAssetThatItWasAskedFor)
+{
+    manager.write("/lib/1.xml", metadata(First));
+    manager.write("/lib/2.xml", metadata(First));
+    manager.write("/lib/3.xml", metadata(Second));
+
+    EXPECT_TRUE(manager.containsItems(url("/lib"), Material));
+    EXPECT_TRUE(manager.containsItem(url("/lib"), Material, First));
+
+    EXPECT_EQ(manager.documentReads[QStringLiteral("/lib/1.xml")], 2);
+    EXPECT_EQ(manager.documentReads[QStringLiteral("/lib/2.xml")], 0);
+    EXPECT_TRUE(manager.containsItem(url("/lib"), Material, Second)) << "behind two others";
+}
+
+TEST_F(kxUrlManagerTest, RereadsAnItemWhateverItsCategory)
+{
+    manager.write("/lib/a/1.xml", "<x/>");
+    manager.write("/lib/a/2.xml", metadata(First, "Materials", "Blue"));
+    manager.write("/lib/a/3.xml", metadata(First, "Materials", "Second"));
+    PlainItem item(Geometry, First);
+    item.setDirectoryUrl(url("/lib/a"));
+
+    EXPECT_TRUE(kxUrlManager::updateItem(&item));
+
+    EXPECT_EQ(item.name(), "Blue") << "of the first file";
+    EXPECT_EQ(item.category(), Material);
+}
+
+TEST_F(kxUrlManagerTest, RereadsNoItemFromMetadataThatIsNotValid)
+{
+    manager.write("/lib/a/1.xml", metadata(First, "Nonsense", "Blue"));
+    PlainItem item(Material, First);
+    item.setName("Kept");
+    item.setLastModified(QDateTime(QDate(2001, 1, 1), QTime(1, 1)));
+    item.setDirectoryUrl(url("/lib/a"));
+
+    EXPECT_FALSE(kxUrlManager::updateItem(&item));
+
+    EXPECT_EQ(item.name(), "Kept");
+    EXPECT_EQ(item.directoryUrl(), url("/lib/a"));
+    EXPECT_EQ(item.lastModified(), QDateTime(QDate(2001, 1, 1), QTime(1, 1)));
 }
 
 TEST_F(kxUrlManagerTest, RereadsAnItemFromItsOwnMetadata)
@@ -433,12 +586,81 @@ TEST_F(kxUrlManagerTest, RemovesTheNewDirectoryWhenTheOldOneStays)
     EXPECT_NE(kxAssetItemFactory::the().findItem(First), nullptr);
 }
 
+namespace {
+
+/// Removes the metadata of the directory, and not all the rest.
+class HalfRemovingManager final : public TestUrlManager
+{
+    bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("half"); }
+    bool removeDirectory(const QUrl &url) const override
+    {
+        TestUrlManager::removeDirectory(url);
+        return false;
+    }
+};
+
+} // namespace
+
+TEST_F(kxUrlManagerTest, KeepsTheNewDirectoryWhereTheOldAssetIsGoneThoughItsDirectoryIsNot)
+{
+    static HalfRemovingManager half; // it stays in the registry
+    kxUrlManager::registerManager(&half);
+    half.write("/lib/old/a.xml", metadata(First));
+    half.write("/lib/new/a.xml", metadata(First));
+    PlainItem oldItem(Material, First);
+    oldItem.setDirectoryUrl(QUrl("half:/lib/old"));
+    PlainItem newItem(Material, First);
+    newItem.setDirectoryUrl(QUrl("half:/lib/new"));
+    manager.write("/lib/registered/a.xml", metadata(First));
+    manager.collectItems(url("/lib"), Material, nullptr);
+
+    kxtest::CapturedOutput output;
+    EXPECT_TRUE(half.removeOldItemDirectory(&oldItem, &newItem));
+
+    EXPECT_EQ(output.text(), "deleting: half:/lib/old\n");
+    EXPECT_TRUE(half.exists(url("/lib/new")));
+    EXPECT_EQ(registered(), Uuids{});
+}
+
+TEST_F(kxUrlManagerTest, RemovesTheOldDirectoryOfAnAssetThatChangedItsCategory)
+{
+    manager.write("/lib/old/a.xml", metadata(First, "Materials"));
+    manager.write("/lib/new/a.xml", metadata(First, "Geometries"));
+    PlainItem oldItem(Material, First);
+    oldItem.setDirectoryUrl(url("/lib/old"));
+    PlainItem newItem(Geometry, First);
+    newItem.setDirectoryUrl(url("/lib/new"));
+
+    EXPECT_TRUE(manager.removeOldItemDirectory(&oldItem, &newItem));
+
+    EXPECT_FALSE(manager.exists(url("/lib/old")));
+    EXPECT_TRUE(manager.exists(url("/lib/new")));
+}
+
+TEST_F(kxUrlManagerTest, DeletesTheEntryOfTheNewItemWhateverTheOldOneWas)
+{
+    manager.write("/lib/a/a.xml", metadata(First));
+    manager.write("/lib/b/b.xml", metadata(Second));
+    manager.collectItems(url("/lib"), Material, nullptr);
+    PlainItem newItem(Material, Second);
+    newItem.setDirectoryUrl(url("/lib/c"));
+
+    EXPECT_TRUE(manager.removeOldItemDirectory(kxAssetItemFactory::the().findItem(First), &newItem));
+
+    EXPECT_EQ(registered(), (Uuids{First}));
+    EXPECT_TRUE(manager.exists(url("/lib/a"))) << "it holds another asset";
+}
+
 TEST_F(kxUrlManagerTest, NeedsBothItemsToRemoveAnOldDirectory)
 {
+    manager.write("/lib/a/a.xml", metadata(First));
+    manager.collectItems(url("/lib"), Material, nullptr);
     PlainItem item(Material, First);
 
     EXPECT_FALSE(manager.removeOldItemDirectory(nullptr, &item));
     EXPECT_FALSE(manager.removeOldItemDirectory(&item, nullptr));
+
+    EXPECT_EQ(registered(), (Uuids{First}));
 }
 
 TEST_F(kxUrlManagerTest, ShowsNoProgressUntilToldTo)

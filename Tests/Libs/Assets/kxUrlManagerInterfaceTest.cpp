@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: Apache-2.0
+// What back-ends that were compiled elsewhere rely on: the order of the operations, and what all back-ends share.
+#include "Assets/kxLocalUrlManager.h"
+#include "TestUrlManager.h"
+
+#include <QImage>
+#include <QPixmap>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstring>
+#include <type_traits>
+
+namespace {
+
+/// The place of a virtual operation in the table of its class: a pointer to it holds the offset there, plus one.
+template <class Operation> std::size_t slotOf(Operation operation)
+{
+    std::ptrdiff_t offset = 0;
+    static_assert(sizeof operation >= sizeof offset);
+    std::memcpy(&offset, &operation, sizeof offset);
+    return static_cast<std::size_t>(offset - 1) / sizeof(void *);
+}
+
+using Base = kxUrlManager;
+using Category = kxAssetCategoryType;
+using Items = std::set<kxAssetItem *>;
+
+/// The settings that all back-ends share, seen as a back-end sees them.
+class Settings final : public TestUrlManager
+{
+public:
+    using kxUrlManager::_previewImageFileFormat;
+    using kxUrlManager::_previewImageFileFormats;
+    using kxUrlManager::_writeAutomotiveMaterialFiles;
+};
+
+} // namespace
+
+TEST(kxUrlManagerInterfaceTest, KeepsTheOrderOfItsOperations)
+{
+    EXPECT_EQ(slotOf(&Base::accepts), 0U);
+    EXPECT_EQ(slotOf(&Base::subDirectoryCount), 1U);
+    EXPECT_EQ(slotOf(&Base::subDirectories), 2U);
+    EXPECT_EQ(slotOf(&Base::files), 3U);
+    EXPECT_EQ(slotOf<void (Base::*)(const QUrl &, Category, QProgressDialog *) const>(&Base::collectItems), 4U);
+    EXPECT_EQ(
+        slotOf<void (Base::*)(const QUrl &, Category, Items &, QProgressDialog *, bool) const>(&Base::collectItems),
+        5U);
+    EXPECT_EQ(slotOf(&Base::containsItems), 6U);
+    EXPECT_EQ(slotOf(&Base::containsItem), 7U);
+    EXPECT_EQ(slotOf(&Base::isDirectory), 8U);
+    EXPECT_EQ(slotOf(&Base::isFile), 9U);
+    EXPECT_EQ(slotOf(&Base::exists), 10U);
+    EXPECT_EQ(slotOf(&Base::expand), 11U);
+    EXPECT_EQ(slotOf(&Base::extendByDirectory), 12U);
+    EXPECT_EQ(slotOf(&Base::getDirectoryUrl), 13U);
+    EXPECT_EQ(slotOf(&Base::getParentDirectoryUrl), 14U);
+    EXPECT_EQ(slotOf(&Base::getUniqueDirectoryName), 15U);
+    EXPECT_EQ(slotOf(&Base::isSameDirectory), 16U);
+    EXPECT_EQ(slotOf(&Base::makeUniqueDirectory), 17U);
+    EXPECT_EQ(slotOf(&Base::makeDirectory), 18U);
+    EXPECT_EQ(slotOf(&Base::makePath), 19U);
+    EXPECT_EQ(slotOf(&Base::removeDirectory), 20U);
+    EXPECT_EQ(slotOf(&Base::removeOldItemDirectory), 21U);
+    EXPECT_EQ(slotOf<bool (Base::*)(const QUrl &, const QUrl &) const>(&Base::rename), 22U);
+    EXPECT_EQ(slotOf<QUrl (Base::*)(const QUrl &, const QString &, const QString &)>(&Base::rename), 23U);
+    EXPECT_EQ(slotOf(&Base::move), 24U);
+    EXPECT_EQ(slotOf(&Base::writeMaterialFiles), 25U);
+}
+
+TEST(kxUrlManagerInterfaceTest, KeepsTheOrderOfWhatLoadsAndSaves)
+{
+    EXPECT_EQ(slotOf(&Base::loadPixmapFromDir), 26U);
+    EXPECT_EQ(slotOf(&Base::loadPixmapFromFile), 27U);
+    EXPECT_EQ(slotOf(&Base::loadImageFromDir), 28U);
+    EXPECT_EQ(slotOf(&Base::loadImageFromFile), 29U);
+    EXPECT_EQ(slotOf(&Base::loadMaterialFromDir), 30U);
+    EXPECT_EQ(slotOf(&Base::loadMaterialFromFile), 31U);
+    EXPECT_EQ(slotOf<bool (Base::*)(const QUrl &, QDomDocument &, QUrl &) const>(&Base::loadDocumentFromDir), 32U);
+    EXPECT_EQ(slotOf<bool (Base::*)(const QUrl &, QDomDocument &) const>(&Base::loadDocumentFromDir), 33U);
+    EXPECT_EQ(slotOf(&Base::loadDocumentFromFile), 34U);
+    EXPECT_EQ(slotOf(&Base::loadSceneplateFromDir), 35U);
+    EXPECT_EQ(slotOf(&Base::loadSceneplateFromFile), 36U);
+    EXPECT_EQ(slotOf(&Base::loadNodeFromDir), 37U);
+    EXPECT_EQ(slotOf(&Base::loadNodeFromFile), 38U);
+    EXPECT_EQ(slotOf(&Base::saveDocumentToFile), 39U);
+    EXPECT_EQ(slotOf(&Base::saveMaterialAsset), 40U);
+    EXPECT_EQ(slotOf(&Base::saveEnvironmentNodeAsset), 41U);
+    EXPECT_EQ(slotOf(&Base::saveSceneNodeAsset), 42U);
+    EXPECT_EQ(slotOf(&Base::directoryName), 43U);
+    EXPECT_EQ(slotOf(&Base::fileName), 44U);
+    EXPECT_EQ(slotOf(&Base::owner), 45U);
+    EXPECT_EQ(slotOf(&Base::lastModified), 46U);
+    EXPECT_EQ(slotOf(&Base::uiString), 47U);
+    EXPECT_EQ(slotOf(&Base::icon), 48U);
+    EXPECT_EQ(slotOf(&Base::checksum), 49U);
+    EXPECT_EQ(slotOf<bool (kxLocalUrlManager::*)(const QUrl &, bool) const>(&kxLocalUrlManager::writeMaterialFiles),
+              50U);
+}
+
+TEST(kxUrlManagerInterfaceTest, IsNotDeletedThroughTheInterfaceNorMadeByOthers)
+{
+    EXPECT_TRUE(std::is_abstract_v<kxUrlManager>);
+    EXPECT_FALSE(std::has_virtual_destructor_v<kxUrlManager>);
+    EXPECT_FALSE(std::is_default_constructible_v<kxLocalUrlManager>);
+}
+
+TEST(kxUrlManagerInterfaceTest, StoresWhatItIsToldWithoutATest)
+{
+    EXPECT_EQ(Settings::_previewImageFileFormat, 0);
+    EXPECT_FALSE(Settings::_writeAutomotiveMaterialFiles);
+
+    for (const int index : {1, -3, 4711}) {
+        kxUrlManager::setPreviewImageFileFormat(index);
+        EXPECT_EQ(Settings::_previewImageFileFormat, index);
+    }
+    kxUrlManager::setWriteAutomotiveMaterialFiles(true);
+    EXPECT_TRUE(Settings::_writeAutomotiveMaterialFiles);
+
+    kxUrlManager::setPreviewImageFileFormat(0);
+    kxUrlManager::setWriteAutomotiveMaterialFiles(false);
+}
+
+TEST(kxUrlManagerInterfaceTest, FillsTheFormatsOnlyWhereThereAreNone)
+{
+    const Settings first;
+    const auto formats = std::exchange(Settings::_previewImageFileFormats, {"gif"});
+    const Settings second;
+
+    EXPECT_EQ(Settings::_previewImageFileFormats, (std::vector<std::string>{"gif"})) << "left as they are";
+    Settings::_previewImageFileFormats.clear();
+    const Settings third;
+    EXPECT_EQ(Settings::_previewImageFileFormats, (std::vector<std::string>{"png", "vif"}));
+
+    Settings::_previewImageFileFormats = formats;
+}
