@@ -4,6 +4,9 @@
 #include "LibraryFixture.h"
 #include "Support/CapturedOutput.h"
 
+#include <QCoreApplication>
+#include <QTranslator>
+
 #include <gmock/gmock.h>
 
 namespace fs = std::filesystem;
@@ -19,9 +22,10 @@ class DirectoryMoverTest : public LibraryFixture
 protected:
     DirectoryMoverTest()
     {
-        kxModalQuestion::setAnswerer([this](const kxModalQuestion::Question &) {
+        kxModalQuestion::setAnswerer([this](const kxModalQuestion::Question &question) {
             ++questions;
-            return QMessageBox::Yes;
+            asked = question.title + "/" + question.text;
+            return answer;
         });
     }
     ~DirectoryMoverTest() override { kxModalQuestion::setAnswerer({}); }
@@ -57,7 +61,40 @@ protected:
 
     const kxLocalUrlManager &manager = *kxLocalUrlManager::the();
     QUrl result;
+    QMessageBox::StandardButton answer = QMessageBox::Yes;
+    QString asked;
     int questions = 0;
+};
+
+/// Notes how a merge lists the folder "from", and what it renames.
+class NotingManager final : public kxLocalUrlManager
+{
+public:
+    std::vector<QUrl> subDirectories(const QUrl &url) override
+    {
+        note("subDirectories", url, url.fileName() == QLatin1String("from"));
+        return kxLocalUrlManager::subDirectories(url);
+    }
+    std::vector<QUrl> files(const QUrl &url, const QStringList &filters, QDir::SortFlags sort) override
+    {
+        note("files", url, url.fileName() == QLatin1String("from") && filters.isEmpty() && sort == QDir::NoSort);
+        return kxLocalUrlManager::files(url, filters, sort);
+    }
+    using kxLocalUrlManager::rename;
+    bool rename(const QUrl &from, const QUrl &to) const override
+    {
+        note("rename", from, true);
+        return kxLocalUrlManager::rename(from, to);
+    }
+
+    mutable std::vector<std::string> notes;
+
+private:
+    void note(const char *operation, const QUrl &url, bool isWanted) const
+    {
+        if (isWanted)
+            notes.push_back(operation + (" " + url.fileName().toStdString()));
+    }
 };
 
 } // namespace
@@ -277,4 +314,68 @@ TEST_F(DirectoryMoverTest, MergesNothingIntoWhatIsNoOtherFolder)
 
     EXPECT_THAT(entries(""), UnorderedElementsAre("from", "file", "link"));
     EXPECT_THAT(entries("from"), UnorderedElementsAre("MAT_Red"));
+}
+
+TEST_F(DirectoryMoverTest, GoesOnAfterAFolderThatCannotBeMoved)
+{
+    writeFile("from/a/file", "1");
+    writeFile("from/b/file", "2");
+    writeFile("from/c", "3");
+    writeFile("to/a", "no folder");
+
+    EXPECT_FALSE(manager.merge(url("from"), url("to")));
+
+    EXPECT_EQ(readFile("from/a/file"), "1");
+    EXPECT_EQ(readFile("to/b/file"), "2");
+    EXPECT_EQ(readFile("to/c"), "3");
+}
+
+TEST_F(DirectoryMoverTest, ListsAllThatItMergesBeforeItMovesAny)
+{
+    writeFile("from/a folder/file", "1");
+    writeMaterial("from/MAT_Red", First);
+    writeFile("from/z file", "2");
+    _folder.makeFolder("to");
+    const NotingManager noting;
+
+    EXPECT_TRUE(noting.merge(url("from"), url("to")));
+
+    EXPECT_THAT(noting.notes, testing::ElementsAre("subDirectories from", "files from", "rename a folder",
+                                                   "rename MAT_Red", "rename z file"));
+}
+
+TEST_F(DirectoryMoverTest, MergesOnNoAnswerButYes)
+{
+    writeFile("a/new", "1");
+    writeFile("target/a/old", "2");
+
+    for (const auto other : {QMessageBox::No, QMessageBox::Cancel, QMessageBox::NoButton}) {
+        answer = other;
+        EXPECT_FALSE(move("a", "target"));
+        EXPECT_EQ(result, url("target/a"));
+    }
+
+    EXPECT_THAT(entries("a"), UnorderedElementsAre("new"));
+    EXPECT_THAT(entries("target/a"), UnorderedElementsAre("old"));
+}
+
+TEST_F(DirectoryMoverTest, AsksInTheContextOfTheBackEnd)
+{
+    struct ContextTranslator : QTranslator
+    {
+        QString translate(const char *context, const char *text, const char *, int) const override
+        {
+            return QString(context) + ":" + text;
+        }
+        bool isEmpty() const override { return false; }
+    } translator;
+    writeFile("a/new", "1");
+    writeFile("target/a/old", "2");
+
+    QCoreApplication::installTranslator(&translator);
+    move("a", "target");
+    QCoreApplication::removeTranslator(&translator);
+
+    EXPECT_EQ(asked, "kxLocalUrlManager:Asset Manager/kxLocalUrlManager:The target already contains a folder named "
+                     "'a'.\nMerge folders?");
 }

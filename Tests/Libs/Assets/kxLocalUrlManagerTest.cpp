@@ -17,6 +17,7 @@
 #include "Support/CapturedOutput.h"
 
 #include <QDomDocument>
+#include <QFileIconProvider>
 #include <QImage>
 #include <QPixmap>
 
@@ -107,6 +108,53 @@ TEST_F(kxLocalUrlManagerTest, FindsTheDirectoryAndTheParent)
     EXPECT_FALSE(manager.isSameDirectory(url("sub"), url()));
 }
 
+TEST_F(kxLocalUrlManagerTest, TakesTheDirectoryThatWouldHoldWhatIsNotThere)
+{
+    writeFile("from/a/file", "x");
+
+    EXPECT_EQ(manager.getDirectoryUrl(url("none")), url());
+    EXPECT_EQ(manager.getDirectoryUrl(url("none/nor this")), url("none"));
+    EXPECT_EQ(manager.extendByDirectory(url("none"), "x"), url("x"));
+    QUrl result;
+    EXPECT_TRUE(manager.move(url("from/a"), url("none"), result, false));
+    EXPECT_EQ(result, url("a"));
+    EXPECT_EQ(readFile("a/file"), "x");
+    EXPECT_FALSE(manager.move(url("a"), url("none"), result, false)) << "onto itself";
+    EXPECT_EQ(result, url("a"));
+}
+
+TEST_F(kxLocalUrlManagerTest, AnswersAbsolutePlacesForRelativeOnes)
+{
+    writeFile("sub/file", "x");
+    const QString former = QDir::currentPath();
+    QDir::setCurrent(QString::fromStdString(_folder.string()));
+    const QUrl relative = QUrl::fromLocalFile("sub");
+
+    EXPECT_EQ(manager.files(relative, {}, QDir::NoSort), (std::vector<QUrl>{url("sub/file")}));
+    EXPECT_EQ(manager.files(relative, {}, QDir::Name), (std::vector<QUrl>{url("sub/file")}));
+    EXPECT_EQ(manager.subDirectories(QUrl::fromLocalFile(".")), (std::vector<QUrl>{url("sub")}));
+    EXPECT_EQ(manager.getParentDirectoryUrl(relative), url());
+    EXPECT_EQ(manager.makeDirectory(relative, "a"), url("sub/a"));
+    EXPECT_EQ(manager.makePath(relative, "b/c"), url("sub/b/c"));
+    EXPECT_EQ(manager.makeUniqueDirectory(relative, "a", nullptr), url("sub/a0"));
+    QDir::setCurrent(former);
+}
+
+TEST_F(kxLocalUrlManagerTest, ShowsTheIconsOfTheSystem)
+{
+    writeFile("sub/file.txt", "x");
+    const auto iconOf = [](const QIcon &icon) { return icon.pixmap(16).toImage(); };
+    const QFileIconProvider system;
+
+    const QImage folder = iconOf(manager.icon(url("sub")));
+    const QImage file = iconOf(manager.icon(url("sub/file.txt")));
+
+    EXPECT_FALSE(folder.isNull());
+    EXPECT_EQ(folder, iconOf(system.icon(QFileInfo(url("sub").toLocalFile()))));
+    EXPECT_EQ(file, iconOf(system.icon(QFileInfo(url("sub/file.txt").toLocalFile()))));
+    EXPECT_NE(folder, file);
+}
+
 TEST_F(kxLocalUrlManagerTest, ListsDirectoriesByNameWithoutLinks)
 {
     for (const char *name : {"b", "A", "c"})
@@ -140,6 +188,8 @@ TEST_F(kxLocalUrlManagerTest, ExtendsByNamesAsTheyAre)
     EXPECT_EQ(manager.extendByDirectory(url("sub"), "50% #1 ü").toLocalFile().toStdString(),
               _folder.file("sub/50% #1 ü"));
     EXPECT_EQ(manager.extendByDirectory(url("sub/file.txt"), "x").toLocalFile().toStdString(), _folder.file("sub/x"));
+    EXPECT_EQ(manager.extendByDirectory(url("sub/"), "x"), url("sub/x")) << "one slash is enough";
+    EXPECT_EQ(manager.extendByDirectory(QUrl("file:///"), "x"), QUrl("file:///x"));
 }
 
 TEST_F(kxLocalUrlManagerTest, NumbersTakenNames)
@@ -160,6 +210,9 @@ TEST_F(kxLocalUrlManagerTest, MakesAUniqueDirectory)
     EXPECT_EQ(manager.makeUniqueDirectory(url(), "MAT_Red", nullptr), url("MAT_Red0"));
     EXPECT_EQ(manager.makeUniqueDirectory(url(), "MAT_Red", nullptr), url("MAT_Red1"));
     EXPECT_TRUE(has("MAT_Red1"));
+    EXPECT_EQ(manager.makeUniqueDirectory(url(), "MAT_Red1", nullptr), url("MAT_Red2"));
+    EXPECT_EQ(manager.makeUniqueDirectory(url(), "MAT_Blue7", nullptr), url("MAT_Blue7"));
+    EXPECT_EQ(manager.makeUniqueDirectory(url(), "MAT_Blue7", nullptr), url("MAT_Blue8"));
 }
 
 TEST_F(kxLocalUrlManagerTest, FindsTheDirectoryThatHoldsTheAssetAlready)
@@ -207,6 +260,16 @@ TEST_F(kxLocalUrlManagerTest, RenamesOnlyToFreeNames)
     EXPECT_EQ(manager.rename(url("c"), "c", "d"), url("d"));
     EXPECT_EQ(manager.rename(url("d"), "d", "b"), url("d"));
     EXPECT_TRUE(has("d"));
+}
+
+TEST_F(kxLocalUrlManagerTest, RenamesBesideThePlaceThatItIsTold)
+{
+    _folder.makeFolder("sub/old");
+    const QUrl beside = url("sub/whatever");
+
+    EXPECT_EQ(manager.rename(beside, "missing", "new"), beside);
+    EXPECT_EQ(manager.rename(beside, "old", "new 50%"), url("sub/new 50%"));
+    EXPECT_TRUE(has("sub/new 50%"));
 }
 
 TEST_F(kxLocalUrlManagerTest, MovesAFolderAndSaysSo)
@@ -406,6 +469,18 @@ TEST_F(kxLocalUrlManagerTest, WritesDocumentsThatReadBackEqual)
     QDomDocument back;
     EXPECT_TRUE(manager.loadDocumentFromFile(url("ü 緑.xml"), back));
     EXPECT_EQ(back.documentElement().firstChildElement("name").text(), QString::fromUtf8("Grün 緑"));
+    EXPECT_NE(readFile("ü 緑.xml").find("<name>Grün 緑</name>"), std::string::npos) << "in UTF-8";
+}
+
+TEST_F(kxLocalUrlManagerTest, LeavesNothingOfTheDocumentThatItReplaces)
+{
+    QDomDocument document;
+    document.setContent(QStringLiteral("<item/>"));
+    writeFile("a.xml", std::string(5000, 'x'));
+
+    EXPECT_TRUE(manager.saveDocumentToFile(url("a.xml"), document));
+
+    EXPECT_EQ(readFile("a.xml").find("xxx"), std::string::npos);
 }
 
 TEST_F(kxLocalUrlManagerTest, LogsWhyADocumentWasNotWritten)
