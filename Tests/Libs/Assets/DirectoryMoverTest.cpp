@@ -260,6 +260,19 @@ TEST_F(DirectoryMoverTest, NeverMergesAnAssetIntoAFolderOfItsName)
     EXPECT_THAT(entries("to/MAT_Red"), UnorderedElementsAre("notes"));
 }
 
+TEST_F(DirectoryMoverTest, NeverMergesAnAssetOfAnyCategory)
+{
+    for (const std::string category : {"Environments", "Geometries", "Sceneplates"}) {
+        writeAsset("from/" + category, "<category>" + category + "</category><uuid>" + First + "</uuid><name>x</name>");
+        writeFile("to/" + category + "/notes", "x");
+    }
+
+    EXPECT_TRUE(manager.merge(url("from"), url("to")));
+
+    EXPECT_THAT(entries("to"), UnorderedElementsAre("Environments", "Environments0", "Geometries", "Geometries0",
+                                                    "Sceneplates", "Sceneplates0"));
+}
+
 TEST_F(DirectoryMoverTest, NumbersAssetsOnFromTheNumberTheyHave)
 {
     writeMaterial("from/MAT_Red7", First);

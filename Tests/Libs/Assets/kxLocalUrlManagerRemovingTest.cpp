@@ -17,6 +17,7 @@ namespace {
 
 const std::string First = "10000000-0000-4000-8000-000000000001";
 const std::string Second = "20000000-0000-4000-8000-000000000002";
+const std::string Third = "30000000-0000-4000-8000-000000000003";
 
 class kxLocalUrlManagerRemovingTest : public LibraryFixture
 {
@@ -25,6 +26,11 @@ protected:
     {
         writeAsset(directory, "<category>Materials</category><uuid>" + uuid +
                                   "</uuid><name>x</name><material><type>UBRDFMaterial</type></material>");
+    }
+
+    void writeGeometry(const std::string &directory, const std::string &uuid) const
+    {
+        writeAsset(directory, "<category>Geometries</category><uuid>" + uuid + "</uuid><name>x</name>");
     }
 
     void collect() const { manager.collectItems(url(), Undefined, nullptr); }
@@ -155,6 +161,36 @@ TEST_F(kxLocalUrlManagerRemovingTest, DeletesTheItemsBelowTheDirectoryAndNoOther
 
     EXPECT_EQ(item(First), nullptr);
     EXPECT_NE(item(Second), nullptr);
+}
+
+TEST_F(kxLocalUrlManagerRemovingTest, DeletesItemsOfEveryCategory)
+{
+    writeMaterial("lib/MAT_A", First);
+    writeGeometry("lib/GEO_B", Second);
+    collect();
+    ASSERT_NE(item(Second), nullptr);
+
+    EXPECT_TRUE(manager.removeDirectory(url("lib")));
+
+    EXPECT_EQ(item(First), nullptr);
+    EXPECT_EQ(item(Second), nullptr);
+}
+
+TEST_F(kxLocalUrlManagerRemovingProtectedTest, KeepsSurvivorsOfEveryCategory)
+{
+    writeGeometry("lib/MAT_Stays/below", Third);
+    fs::permissions(_folder.file("lib/MAT_Stays/below"), fs::perms(0555));
+    fs::remove(_folder.file("lib/MAT_Stays/asset.xml"));
+    manager.collectItems(url("lib/MAT_Stays"), Undefined, nullptr);
+    kxAssetItem *survivor = item(Third);
+    {
+        const OrdinaryUser ordinary;
+        EXPECT_FALSE(manager.removeDirectory(url("lib")));
+    }
+
+    EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 1);
+    EXPECT_EQ(item(Third), survivor);
+    fs::permissions(_folder.file("lib/MAT_Stays/below"), fs::perms::all);
 }
 
 TEST_F(kxLocalUrlManagerRemovingTest, KeepsTheItemOfTheDirectoryItself)

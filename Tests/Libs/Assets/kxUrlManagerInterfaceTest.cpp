@@ -9,8 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -105,6 +107,19 @@ TEST(kxUrlManagerInterfaceTest, IsNotDeletedThroughTheInterfaceNorMadeByOthers)
     EXPECT_TRUE(std::is_abstract_v<kxUrlManager>);
     EXPECT_FALSE(std::has_virtual_destructor_v<kxUrlManager>);
     EXPECT_FALSE(std::is_default_constructible_v<kxLocalUrlManager>);
+}
+
+TEST(kxUrlManagerInterfaceTest, FindsNoBackEndWhereNoneIsRegistered)
+{
+    // In a process of its own: other tests register some for good.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            const QUrl url("file:///a%20b");
+            const bool isUnknown = !kxUrlManager::getUrlManager(url) && !kxUrlManager::getUrlManager(QUrl());
+            std::_Exit(isUnknown && kxUrlManager::getUiString(url) == "file:///a b" ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST(kxUrlManagerInterfaceTest, StoresWhatItIsToldWithoutATest)
