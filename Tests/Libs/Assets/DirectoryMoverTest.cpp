@@ -36,6 +36,11 @@ protected:
                                   "</uuid><name>x</name><material><type>UBRDFMaterial</type></material>");
     }
 
+    void writeAssetOf(const std::string &category, const std::string &directory) const
+    {
+        writeAsset(directory, "<category>" + category + "</category><uuid>" + First + "</uuid><name>x</name>");
+    }
+
     std::vector<std::string> entries(const std::string &directory) const
     {
         std::vector<std::string> names;
@@ -263,7 +268,7 @@ TEST_F(DirectoryMoverTest, NeverMergesAnAssetIntoAFolderOfItsName)
 TEST_F(DirectoryMoverTest, NeverMergesAnAssetOfAnyCategory)
 {
     for (const std::string category : {"Environments", "Geometries", "Sceneplates"}) {
-        writeAsset("from/" + category, "<category>" + category + "</category><uuid>" + First + "</uuid><name>x</name>");
+        writeAssetOf(category, "from/" + category);
         writeFile("to/" + category + "/notes", "x");
     }
 
