@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxLocalUrlManager.h"
 #include "Kernel/kxLogRecorder.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxScenegraphNotifier.h"
 #include "NodeFixture.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/SceneFile.h"
@@ -9,6 +11,7 @@
 #include "Support/CapturedOutput.h"
 #include "TestUrlManager.h"
 
+#include <QCoreApplication>
 #include <QDomDocument>
 #include <QImage>
 #include <QPixmap>
@@ -159,6 +162,23 @@ TEST_F(kxUrlManagerLoadingTest, CutsOnlyTheMeshesOfANodeThatNeedIt)
 
     EXPECT_THAT(meshOf(node->getChild(0))->getIndices().values(), testing::SizeIs(6)) << "a square is two triangles";
     EXPECT_THAT(meshOf(node->getChild(2)->getChild(0))->getFaceSizes().values(), ElementsAre(3U, 3U)) << "left alone";
+}
+
+TEST_F(kxUrlManagerLoadingTest, AsksForNoRefreshWhenItCutsMeshes)
+{
+    writePayload("GEO_Chair", makeTagged().get());
+    QCoreApplication::processEvents();
+    int refreshes = 0;
+    QObject context;
+    QObject::connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::updateRequested, &context,
+                     [&refreshes] { ++refreshes; });
+
+    osg::NodePtr loaded;
+    ASSERT_TRUE(local.loadNodeFromDir(url("GEO_Chair"), loaded));
+    const osg::FCRef<osg::Node> node(loaded);
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(refreshes, 0);
 }
 
 TEST_F(kxUrlManagerLoadingTest, UpdatesUberMaterials)
