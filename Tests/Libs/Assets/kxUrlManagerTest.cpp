@@ -112,6 +112,28 @@ TEST_F(kxUrlManagerTest, PrefersTheBackEndWithTheLowerAddress)
     EXPECT_EQ(kxUrlManager::getUrlManager(QUrl("both:/a")), managers.data()) << "neither the first nor the last added";
 }
 
+TEST_F(kxUrlManagerTest, AsksABackEndOnceHoweverOftenItWasRegistered)
+{
+    class Refusing final : public TestUrlManager
+    {
+    public:
+        bool accepts(const QUrl &) const override
+        {
+            ++asked;
+            return false;
+        }
+        mutable int asked = 0;
+    };
+    static Refusing refusing; // it stays in the registry
+    kxUrlManager::registerManager(&refusing);
+    kxUrlManager::registerManager(&refusing);
+    refusing.asked = 0;
+
+    kxUrlManager::getUrlManager(QUrl("nowhere:/a"));
+
+    EXPECT_EQ(refusing.asked, 1);
+}
+
 TEST_F(kxUrlManagerTest, KnowsTheLocalBackEndOnlyWhenSomebodyRegistersIt)
 {
     // In a process of its own: other tests register it for good.
