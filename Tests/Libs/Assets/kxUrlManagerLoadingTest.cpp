@@ -115,9 +115,9 @@ TEST_F(kxUrlManagerLoadingTest, StripsTheTagsOfAssetsFromTheMaterialsOfANode)
 
 TEST_F(kxUrlManagerLoadingTest, KeepsTheTagsOfMaterialsWithinComposites)
 {
-    const Owned part = makeSurface("Part");
-    setTags(part, {"Geometry Asset: Chair"});
-    const Owned composite = makeSwitch("Choices", {part});
+    const Owned inner = makeSurface("Inner");
+    setTags(inner, {"Geometry Asset: Chair"});
+    const Owned composite = makeSwitch("Choices", {inner});
     setTags(composite, {"Geometry Asset: Chair"});
     const osg::FCRef<osg::Node> seat(addSquare(osg::NodePtr(), "Seat", composite));
     writePayload("GEO_Chair", seat.get());
