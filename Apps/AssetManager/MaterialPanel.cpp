@@ -34,6 +34,7 @@ MaterialPanel::MaterialPanel(SceneActions &actions, QWidget *parent)
     _view->setDragEnabled(true);
     _view->setAcceptDrops(true);
     _view->setDragDropMode(QAbstractItemView::DragDrop);
+    _view->viewport()->setAcceptDrops(true); // which items that cannot be moved about have switched off
     _view->setDefaultDropAction(Qt::CopyAction);
     _view->setContextMenuPolicy(Qt::CustomContextMenu);
     auto *layout = new QVBoxLayout(this);

@@ -68,6 +68,21 @@ TEST_F(EnvironmentPanelTest, KeepsTheDefaultEnvironment)
     EXPECT_EQ(failures, QStringList("\"Default Environment\" belongs to every scene and stays where it is."));
 }
 
+TEST_F(EnvironmentPanelTest, LoadsWhatIsDroppedWithThePointer)
+{
+    EnvironmentPanel panel(actions);
+    panel.show();
+    process();
+    QMimeData data;
+    DragData::setAssets(data, {{Environment, storeEnvironment("Dawn")}});
+
+    dropAt(panel.view(), panel.view().viewport()->rect().center(), data);
+
+    EXPECT_EQ(shown(panel.model()), (QStringList{"Sky", "Dawn"}));
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(loaded.size(), 1);
+}
+
 TEST_F(EnvironmentPanelTest, RefusesWhatBelongsElsewhere)
 {
     EnvironmentPanel panel(actions);

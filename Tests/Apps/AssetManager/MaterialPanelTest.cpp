@@ -94,6 +94,21 @@ TEST_F(MaterialPanelTest, TellsWhichMaterialsAreSelectedAndSelectsTheirUsers)
     EXPECT_EQ(DragData::materials(*data), std::vector<std::uint32_t>{red});
 }
 
+TEST_F(MaterialPanelTest, LoadsWhatIsDroppedWithThePointer)
+{
+    MaterialPanel panel(actions);
+    panel.show();
+    process();
+    QMimeData data;
+    DragData::setAssets(data, {{Material, storeMaterial("Blue")}});
+
+    dropAt(panel.view(), panel.view().viewport()->rect().center(), data);
+
+    EXPECT_EQ(shown(panel.model()), QStringList{"Blue"});
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(loaded.size(), 1);
+}
+
 TEST_F(MaterialPanelTest, RefusesWhatBelongsElsewhere)
 {
     MaterialPanel panel(actions);

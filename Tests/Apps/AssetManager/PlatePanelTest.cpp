@@ -57,6 +57,21 @@ TEST_F(PlatePanelTest, ShowsHidesAndOrdersPlates)
     EXPECT_EQ(shown(panel.model()), QStringList{"Frame"}) << "it did not come by a step";
 }
 
+TEST_F(PlatePanelTest, LoadsWhatIsDroppedWithThePointer)
+{
+    PlatePanel panel(actions);
+    panel.show();
+    process();
+    QMimeData data;
+    DragData::setAssets(data, {{Sceneplate, storePlate("Logo")}});
+
+    dropAt(panel.view(), panel.view().viewport()->rect().center(), data);
+
+    EXPECT_EQ(shown(panel.model()), QStringList{"Logo"});
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(loaded.size(), 1);
+}
+
 TEST_F(PlatePanelTest, RefusesWhatBelongsElsewhere)
 {
     PlatePanel panel(actions);

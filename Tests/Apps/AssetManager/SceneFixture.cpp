@@ -18,8 +18,9 @@
 #include "SceneGraph/USkyEnvironmentMaterial.h"
 
 #include <QAbstractItemModel>
+#include <QAbstractItemView>
 #include <QCoreApplication>
-#include <QEvent>
+#include <QDropEvent>
 
 namespace {
 
@@ -34,7 +35,7 @@ std::string store(const osg::NodePtr &node, const QUrl &library)
 {
     const auto saved = kxNodeSaving({}).save(node, "", library);
     EXPECT_TRUE(saved);
-    const std::string uuid = saved ? saved.value().uuid : "";
+    std::string uuid = saved ? saved.value().uuid : "";
     takeAway(node);
     return uuid;
 }
@@ -141,6 +142,18 @@ std::string SceneFixture::storePlate(const std::string &name)
 QUrl SceneFixture::library() const
 {
     return QUrl::fromLocalFile(QString::fromStdString(folder.file("lib")));
+}
+
+void SceneFixture::dropAt(const QAbstractItemView &view, const QPoint &place, const QMimeData &data)
+{
+    QWidget *viewport = view.viewport();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &enter);
+    QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &move);
+    QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &event);
+    process();
 }
 
 bool SceneFixture::drop(QAbstractItemModel &model, const QMimeData &data, int row, const QModelIndex &parent)

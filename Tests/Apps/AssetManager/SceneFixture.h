@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 class QAbstractItemModel;
+class QAbstractItemView;
 class QModelIndex;
 
 /// A host with a library folder, an empty scene, and the actions with their stack.
@@ -39,6 +40,8 @@ protected:
     std::string storePlate(const std::string &name);
     QUrl library() const;
 
+    /// As a drag from elsewhere enters the view, moves to \a place in its viewport and ends there.
+    static void dropAt(const QAbstractItemView &view, const QPoint &place, const QMimeData &data);
     /// Whether the model takes the drop, which is carried out as a view does it.
     static bool drop(QAbstractItemModel &model, const QMimeData &data, int row, const QModelIndex &parent);
 

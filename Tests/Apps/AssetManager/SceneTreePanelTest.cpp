@@ -11,7 +11,6 @@
 #include "SceneGraph/Group.h"
 
 #include <QAction>
-#include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -53,16 +52,10 @@ protected:
     /// As a drag from elsewhere ends over the row, or over the empty part of the view for null.
     void dropOn(const osg::NodePtr &node, const QMimeData &data) const
     {
-        QWidget *viewport = panel.view().viewport();
+        const QWidget *viewport = panel.view().viewport();
         const QPoint place = node ? panel.view().visualRect(viewIndex(node)).center()
                                   : QPoint(viewport->width() / 2, viewport->height() - 2);
-        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(viewport, &enter);
-        QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(viewport, &move);
-        QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(viewport, &event);
-        process();
+        dropAt(panel.view(), place, data);
     }
     static std::vector<std::string> selected()
     {
