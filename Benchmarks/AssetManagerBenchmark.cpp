@@ -28,6 +28,7 @@ namespace {
 
 constexpr int Few = 1000;
 constexpr int Many = 100000;
+constexpr int TagsOfAnAsset = 6;
 constexpr double MustPause = 50.0; // milliseconds
 
 QByteArray preview()
@@ -35,7 +36,7 @@ QByteArray preview()
     QImage image(320, 320, QImage::Format_RGB32);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, y, qRgb(x % 256, (x * y) % 256, y % 256));
+            image.setPixel(x, y, qRgb(x / 16 * 12, y / 16 * 12, 128)); // small on the disk
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -115,7 +116,7 @@ int start(const QString &library)
 void measureStart(const QString &program)
 {
     const QTemporaryDir folder;
-    kxbench::makeLibrary(folder.path(), Few, preview());
+    kxbench::makeLibrary(folder.path(), Few, preview(), TagsOfAnAsset);
     std::vector<double> seconds;
     for (int round = 0; round < 6; ++round) {
         QElapsedTimer time;
@@ -181,7 +182,7 @@ int main(int argc, char **argv)
 
     measureStart(QApplication::applicationFilePath());
     const QTemporaryDir folder;
-    kxbench::makeLibrary(folder.path(), Many, preview());
+    kxbench::makeLibrary(folder.path(), Many, preview(), TagsOfAnAsset);
     Program program;
     program.window.show();
     QElapsedTimer time;

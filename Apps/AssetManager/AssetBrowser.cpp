@@ -26,6 +26,7 @@
 
 namespace {
 
+constexpr int MaxTags = 60; // more are found by typing
 constexpr int TagDelay = 250; // milliseconds: counting is not for every letter that is typed
 
 QToolButton *makeToggle(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
@@ -142,12 +143,7 @@ void AssetBrowser::makeViews()
     _table = new AssetTable(_previews, _views);
     _views->addWidget(_grid);
     _views->addWidget(_table);
-    _grid->setModel(&_model);
-    _table->setModel(&_model);
-    _selection = _grid->selectionModel();
-    QItemSelectionModel *own = _table->selectionModel();
-    _table->setSelectionModel(_selection);
-    own->deleteLater();
+    _selection = new QItemSelectionModel(&_model, this);
     connect(_selection, &QItemSelectionModel::selectionChanged, this, &AssetBrowser::selectionChanged);
     // A view draws its tiles only when it is told that what shall be seen is another part.
     for (QAbstractItemView *shown : {static_cast<QAbstractItemView *>(_grid), static_cast<QAbstractItemView *>(_table)}) {
@@ -175,6 +171,7 @@ void AssetBrowser::makeViews()
     _empty->setAttribute(Qt::WA_TransparentForMouseEvents);
     _views->installEventFilter(this);
     _tiles->setChecked(true);
+    setLook(Look::Tiles);
 }
 
 bool AssetBrowser::eventFilter(QObject *watched, QEvent *event)
@@ -197,6 +194,20 @@ QAbstractItemView &AssetBrowser::view() const
     return look() == Look::Tiles ? static_cast<QAbstractItemView &>(*_grid) : *_table;
 }
 
+/// Only what is seen has the model: a hidden view would lay out each change as well.
+void AssetBrowser::attachModel()
+{
+    QAbstractItemView &shown = view();
+    QAbstractItemView &hidden = look() == Look::Tiles ? static_cast<QAbstractItemView &>(*_table) : *_grid;
+    if (shown.model() == &_model)
+        return;
+    hidden.setModel(nullptr);
+    shown.setModel(&_model);
+    QItemSelectionModel *own = shown.selectionModel();
+    shown.setSelectionModel(_selection);
+    own->deleteLater();
+}
+
 AssetBrowser::Look AssetBrowser::look() const
 {
     return _views->currentWidget() == _table ? Look::Lines : Look::Tiles;
@@ -205,6 +216,7 @@ AssetBrowser::Look AssetBrowser::look() const
 void AssetBrowser::setLook(Look look)
 {
     _views->setCurrentWidget(look == Look::Lines ? static_cast<QWidget *>(_table) : _grid);
+    attachModel();
     (look == Look::Lines ? _lines : _tiles)->setChecked(true);
     _size->setEnabled(look == Look::Tiles);
     _empty->raise();
@@ -291,7 +303,7 @@ void AssetBrowser::updateWanted()
 
 void AssetBrowser::updateTags()
 {
-    _tags->setTags(_model.tagCounts());
+    _tags->setTags(_model.tagCounts(MaxTags));
 }
 
 void AssetBrowser::setEmptyText(const QString &text)

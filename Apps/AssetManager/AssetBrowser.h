@@ -69,6 +69,7 @@ Q_SIGNALS:
 private:
     void makeControls();
     void makeViews();
+    void attachModel();
     void applyFilter();
     void applyText();
     void updateWanted();

@@ -8,7 +8,18 @@ void AssetFilter::setText(const QString &text)
     _text = text;
     _words.clear();
     for (const QString &word : text.simplified().split(' ', Qt::SkipEmptyParts))
-        _words.push_back(folded(word));
+        _words.emplace_back(folded(word));
+}
+
+bool AssetFilter::Word::occursIn(const AssetEntry &entry) const
+{
+    if (entry.searched.find(_text) != std::string::npos)
+        return true;
+    for (auto number = static_cast<int>(_isInTag.size()); number < AssetTags::numberCount(); ++number)
+        _isInTag.push_back(folded(AssetTags::nameOf(number)).find(_text) != std::string::npos);
+    const std::vector<int> &tags = entry.tags.numbers();
+    return std::any_of(tags.begin(), tags.end(),
+                       [this](int number) { return _isInTag[static_cast<std::size_t>(number)]; });
 }
 
 bool AssetFilter::accepts(const AssetEntry &entry) const
@@ -19,10 +30,9 @@ bool AssetFilter::accepts(const AssetEntry &entry) const
         return false;
     if (!folder.isEmpty() && !isIn(entry.folder, folder))
         return false;
-    if (!std::all_of(tags.begin(), tags.end(), [&](const QString &tag) { return entry.tags.contains(tag); }))
+    if (!entry.tags.containsAll(tags))
         return false;
-    return std::all_of(_words.begin(), _words.end(),
-                       [&](const std::string &word) { return entry.searched.find(word) != std::string::npos; });
+    return std::all_of(_words.begin(), _words.end(), [&](const Word &word) { return word.occursIn(entry); });
 }
 
 std::string AssetFilter::folded(const QString &text)

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "AssetManager/AssetTags.h"
 #include "Assets/kxAssetCategory.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <string>
 #include <vector>
@@ -16,11 +16,11 @@ struct AssetEntry
     kxAssetCategoryType category = Undefined;
     QString name;
     QString type;
-    QStringList tags;
+    AssetTags tags;
     QString directory; ///< the asset's own
     QString folder;    ///< that which holds it
     qint64 modified = 0;
-    std::string searched; ///< what is searched in, folded
+    std::string searched; ///< what is searched in besides the tags, folded
     bool isFavourite = false;
     int recentRank = 0; ///< the larger the later it was used; 0: not lately
 };
@@ -37,7 +37,7 @@ public:
     QString folder;
     Special special = Special::None;
     /// All of them have to be there.
-    QStringList tags;
+    AssetTags tags;
 
     /// Words that all have to occur in name, tags or type, in any order, parts of words included.
     void setText(const QString &text);
@@ -51,6 +51,19 @@ public:
     static bool isIn(const QString &path, const QString &folder);
 
 private:
+    /// A word, and for each tag whether it occurs in it: there are few tags, and many assets that have them.
+    class Word
+    {
+    public:
+        explicit Word(const std::string &text) : _text(text) {}
+
+        bool occursIn(const AssetEntry &entry) const;
+
+    private:
+        std::string _text;
+        mutable std::vector<bool> _isInTag; ///< by number, as far as it was asked for
+    };
+
     QString _text;
-    std::vector<std::string> _words;
+    std::vector<Word> _words;
 };

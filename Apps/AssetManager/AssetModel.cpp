@@ -53,19 +53,29 @@ std::vector<std::string> AssetModel::uuids(const std::function<bool(const AssetE
     return found;
 }
 
-std::vector<std::pair<QString, int>> AssetModel::tagCounts() const
+std::vector<std::pair<QString, int>> AssetModel::tagCounts(int most) const
 {
-    QHash<QString, int> counts;
+    std::vector<std::pair<int, int>> counts(static_cast<std::size_t>(AssetTags::numberCount()));
+    for (std::size_t number = 0; number < counts.size(); ++number)
+        counts[number].second = static_cast<int>(number);
     for (const AssetEntry *entry : _rows)
-        for (const QString &tag : entry->tags)
-            ++counts[tag];
+        for (const int number : entry->tags.numbers())
+            --counts[static_cast<std::size_t>(number)].first; // so that the most frequent comes first
+    const std::size_t wanted = std::min(counts.size(), static_cast<std::size_t>(most));
+    std::partial_sort(counts.begin(), counts.begin() + static_cast<std::ptrdiff_t>(wanted), counts.end());
     std::vector<std::pair<QString, int>> sorted;
-    for (auto count = counts.cbegin(); count != counts.cend(); ++count)
-        sorted.emplace_back(count.key(), count.value());
+    for (std::size_t i = 0; i < wanted && counts[i].first < 0; ++i)
+        sorted.emplace_back(AssetTags::nameOf(counts[i].second), -counts[i].first);
     std::sort(sorted.begin(), sorted.end(), [](const auto &a, const auto &b) {
         return a.second != b.second ? a.second > b.second : a.first < b.first;
     });
     return sorted;
+}
+
+/// One text for all assets in a folder.
+QString AssetModel::sharedFolder(const QString &path)
+{
+    return *_folders.insert(path);
 }
 
 /// Brings what is known of the asset up to date; it is in \a changed when it is still there.
@@ -82,12 +92,12 @@ void AssetModel::read(const std::string &uuid, std::vector<Known *> &changed)
     known->type = item->data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole).toString();
     known->tags = kxAssetLibrary::tagsOf(*item);
     known->directory = item->directoryUrl().toLocalFile();
-    known->folder = QFileInfo(known->directory).path();
+    known->folder = sharedFolder(QFileInfo(known->directory).path());
     known->modified = item->lastModified().toMSecsSinceEpoch();
     const QString id = QString::fromStdString(uuid);
     known->isFavourite = _favourites.contains(id);
     known->recentRank = _recent.indexOf(id) + 1;
-    known->searched = AssetFilter::folded(name + '\n' + known->tags.join('\n') + '\n' + known->type);
+    known->searched = AssetFilter::folded(name + '\n' + known->type);
     changed.push_back(known.get());
     _entries[uuid] = std::move(known);
 }
@@ -233,7 +243,7 @@ AssetModel::Order AssetModel::order() const
     else if (_sortColumn == kxAssetCategory::getStorageLocationColumn())
         ascending = by([](const Known *entry) -> const QString & { return entry->folder; });
     else if (_sortColumn == kxAssetCategory::getTagsColumn())
-        ascending = by([](const Known *entry) { return entry->tags.join(','); });
+        ascending = by([](const Known *entry) { return entry->tags.names().join(','); });
     if (_sortOrder == Qt::AscendingOrder)
         return ascending;
     return [ascending](const Known *a, const Known *b) { return ascending(b, a); };
@@ -288,7 +298,7 @@ QString AssetModel::toolTip(const AssetEntry &entry) const
     QStringList lines{QStringLiteral("<b>%1</b>").arg(entry.name.toHtmlEscaped()), entry.type.toHtmlEscaped(),
                       entry.folder.toHtmlEscaped()};
     if (!entry.tags.isEmpty())
-        lines.append(tr("Tags: %1").arg(entry.tags.join(", ").toHtmlEscaped()));
+        lines.append(tr("Tags: %1").arg(entry.tags.names().join(", ").toHtmlEscaped()));
     if (_states)
         for (const QString &reason : _states->reasonsOf(entry.uuid))
             lines.append(reason.toHtmlEscaped());

@@ -5,6 +5,7 @@
 
 #include <QAbstractTableModel>
 #include <QCollator>
+#include <QSet>
 
 #include <functional>
 #include <memory>
@@ -48,8 +49,8 @@ public:
     /// Those with \a isWanted, whatever the filter says.
     std::vector<std::string> uuids(const std::function<bool(const AssetEntry &)> &isWanted) const;
     int knownCount() const { return static_cast<int>(_entries.size()); }
-    /// How often each tag occurs among the rows; the most frequent first.
-    std::vector<std::pair<QString, int>> tagCounts() const;
+    /// How often tags occur among the rows; the most frequent ones, and they first.
+    std::vector<std::pair<QString, int>> tagCounts(int most) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -72,6 +73,7 @@ private:
     struct Known;
     using Order = std::function<bool(const Known *, const Known *)>;
 
+    QString sharedFolder(const QString &path);
     void read(const std::string &uuid, std::vector<Known *> &changed);
     void takeOut(const std::vector<Known *> &entries);
     void mergeIn(std::vector<Known *> &entries);
@@ -86,6 +88,7 @@ private:
     std::unordered_map<std::string, std::unique_ptr<Known>> _entries;
     std::vector<Known *> _sorted; ///< all, in order
     std::vector<const AssetEntry *> _rows;
+    QSet<QString> _folders;
     QStringList _favourites;
     QStringList _recent;
     int _sortColumn = 0;

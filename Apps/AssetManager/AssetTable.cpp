@@ -75,14 +75,16 @@ AssetTable::~AssetTable() = default;
 void AssetTable::setModel(QAbstractItemModel *model)
 {
     QTableView::setModel(model);
-    connect(model, &QAbstractItemModel::modelReset, this, &AssetTable::layOutColumns);
+    if (!model)
+        return;
+    connect(model, &QAbstractItemModel::modelReset, this, &AssetTable::layOutColumns, Qt::UniqueConnection);
     layOutColumns();
 }
 
 void AssetTable::layOutColumns()
 {
     const int widths[] = {260, 130, 140, 260};
-    for (int column = 0; column < 4 && column < model()->columnCount(); ++column)
+    for (int column = 0; column < 4 && model() && column < model()->columnCount(); ++column)
         setColumnWidth(column, widths[column]);
 }
 

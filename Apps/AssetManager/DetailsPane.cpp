@@ -177,7 +177,7 @@ void DetailsPane::showTags()
     _newTag->setEnabled(haveTags);
     _newTag->setToolTip(haveTags ? QString() : tr("Only materials have tags."));
     int count = 0;
-    for (const QString &tag : _model.find(_uuids.front())->tags) {
+    for (const QString &tag : _model.find(_uuids.front())->tags.names()) {
         if (!std::all_of(_uuids.begin(), _uuids.end(),
                          [&](const std::string &uuid) { return _model.find(uuid)->tags.contains(tag); }))
             continue;

@@ -17,7 +17,8 @@
 namespace {
 
 constexpr qint64 SliceTime = 8;      // milliseconds: half of a screen's refresh
-constexpr qint64 AnnounceTime = 150; // milliseconds: often enough to look alive, and lists are merged seldom
+constexpr qint64 AnnounceTime = 150; // milliseconds: often enough to look alive
+constexpr qint64 Restraint = 10;     // of the time, one part in this many may go into announcing
 
 qint64 now()
 {
@@ -96,7 +97,7 @@ void LibraryScan::work()
     if (!_timer.isActive())
         return; // somebody who heard of something cancelled
     const bool isDone = _open.empty() && _waiting.isEmpty();
-    if (isDone || now() - _announcedAt >= AnnounceTime)
+    if (isDone || now() - _announcedAt >= std::max(AnnounceTime, Restraint * _announcing))
         announce();
     if (isDone && _timer.isActive()) {
         _timer.stop();
@@ -208,10 +209,12 @@ void LibraryScan::removeGone(const Folder &folder)
 
 void LibraryScan::announce()
 {
-    _announcedAt = now();
+    const qint64 begin = now();
     const std::vector<std::string> changed = std::move(_changed);
     _changed.clear();
     if (!changed.empty())
         emit assetsChanged(changed);
     emit progressed(_assetCount, _open.empty() ? QString() : _open.back().path);
+    _announcedAt = now();
+    _announcing = _announcedAt - begin;
 }

@@ -81,5 +81,6 @@ private:
     QStringList _waiting;
     std::vector<std::string> _changed;
     qint64 _announcedAt = 0;
+    qint64 _announcing = 0; ///< how long the last announcement took, milliseconds
     int _assetCount = 0;
 };

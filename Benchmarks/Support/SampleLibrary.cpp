@@ -7,15 +7,15 @@
 
 namespace {
 
+constexpr int Batches = 200; // tags occur on several assets
 constexpr int AssetsOfAFolder = 100;
 constexpr int FoldersOfAFolder = 20;
 
-/// About 1 KB.
-QByteArray metadata(int number)
+QByteArray metadata(int number, int tagCount)
 {
     QString tags;
-    for (int i = 0; i < 24; ++i)
-        tags += (i ? ", " : "") + QStringLiteral("tag%1 of material %2").arg(i).arg(number);
+    for (int i = 0; i < tagCount; ++i)
+        tags += (i ? ", " : "") + QStringLiteral("tag%1 of the batch %2").arg(i).arg(number % Batches);
     return QStringLiteral("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE SARNAsset>\n<item>\n"
                           "  <category>Materials</category>\n  <uuid>%1</uuid>\n  <name>Material %2</name>\n"
                           "  <sarnVersion>0.1.0</sarnVersion>\n  <material>\n    <type>UBRDFMaterial</type>\n"
@@ -35,7 +35,7 @@ void write(const QString &path, const QByteArray &bytes)
 
 } // namespace
 
-void kxbench::makeLibrary(const QString &root, int count, const QByteArray &preview)
+void kxbench::makeLibrary(const QString &root, int count, const QByteArray &preview, int tags)
 {
     for (int i = 0; i < count; ++i) {
         const int folder = i / AssetsOfAFolder;
@@ -47,7 +47,7 @@ void kxbench::makeLibrary(const QString &root, int count, const QByteArray &prev
         if (!QDir().mkpath(directory))
             qFatal("%s cannot be made", qPrintable(directory));
         const QString name = QStringLiteral("%1/Material %2").arg(directory).arg(i);
-        write(name + ".xml", metadata(i));
+        write(name + ".xml", metadata(i, tags));
         write(name + ".osb", "payload");
         write(name + ".png", preview);
     }

@@ -12,7 +12,7 @@ AssetEntry chair()
     entry.category = Geometry;
     entry.name = "Chair";
     entry.folder = "/library/Seats";
-    entry.searched = AssetFilter::folded("Chair\noak, old\nGeometry");
+    entry.searched = AssetFilter::folded("Chair\nGeometry");
     entry.tags = QStringList{"oak", "old"};
     return entry;
 }
