@@ -10,6 +10,7 @@
 #include "AssetManager/ScanProgress.h"
 #include "AssetManager/SceneActions.h"
 #include "AssetManager/SceneSide.h"
+#include "AssetManager/ScriptSide.h"
 #include "AssetManager/Settings.h"
 #include "AssetManager/Tour.h"
 #include "AssetManager/TrashDialog.h"
@@ -57,6 +58,7 @@ MainWindow::MainWindow(kxAssetManagerModule &manager) : _libraries(std::make_uni
     setCentralWidget(_browser);
     makeLibraryDocks();
     _scene = new SceneSide(*this, _libraries->assets(), _undo);
+    _scripts = std::make_unique<ScriptSide>(*this, _undo);
     makeMenus();
     _count = new QLabel(this);
     statusBar()->addPermanentWidget(new ScanProgress(_libraries->scan(), this));
@@ -117,11 +119,10 @@ void MainWindow::makeFileMenu()
     _scene->addFileActions(*menu);
     menu->addSeparator();
     menu->addAction(tr("Add &library..."), this, &MainWindow::addLibrary, QStringLiteral("Ctrl+L"));
-    menu->addAction(tr("&Import files..."), this, &MainWindow::chooseFilesToImport,
-                    QStringLiteral("Ctrl+I"));
-    menu->addAction(tr("&New folder"), this, &MainWindow::createFolder,
-                    QStringLiteral("Ctrl+Shift+N"));
-    menu->addAction(tr("&Read libraries again"), this, [this] { _libraries->refresh(); }, QKeySequence::Refresh);
+    menu->addAction(tr("&Import files..."), this, &MainWindow::chooseFilesToImport, QStringLiteral("Ctrl+I"));
+    menu->addAction(tr("&New folder"), this, &MainWindow::createFolder, QStringLiteral("Ctrl+Shift+N"));
+    menu->addAction(
+        tr("&Read libraries again"), this, [this] { _libraries->refresh(); }, QKeySequence::Refresh);
     menu->addAction(tr("&Deleted assets..."), this, &MainWindow::showTrash);
     menu->addSeparator();
     menu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
@@ -167,19 +168,21 @@ void MainWindow::makeViewMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&View"));
     menu->setObjectName(QStringLiteral("viewMenu"));
-    menu->addAction(tr("&Tiles"), this, [this] { _browser->setLook(AssetBrowser::Look::Tiles); },
-                    QStringLiteral("Ctrl+1"));
-    menu->addAction(tr("&List"), this, [this] { _browser->setLook(AssetBrowser::Look::Lines); },
-                    QStringLiteral("Ctrl+2"));
-    menu->addAction(tr("&Larger tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() + 32); },
-                    QKeySequence::ZoomIn);
-    menu->addAction(tr("&Smaller tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() - 32); },
-                    QKeySequence::ZoomOut);
+    menu->addAction(
+        tr("&Tiles"), this, [this] { _browser->setLook(AssetBrowser::Look::Tiles); }, QStringLiteral("Ctrl+1"));
+    menu->addAction(
+        tr("&List"), this, [this] { _browser->setLook(AssetBrowser::Look::Lines); }, QStringLiteral("Ctrl+2"));
+    menu->addAction(
+        tr("&Larger tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() + 32); }, QKeySequence::ZoomIn);
+    menu->addAction(
+        tr("&Smaller tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() - 32); },
+        QKeySequence::ZoomOut);
     menu->addSeparator();
     _scene->addActions(*menu);
     menu->addSeparator();
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         menu->addAction(dock->toggleViewAction());
+    _scripts->addActions(*menu);
 }
 
 void MainWindow::makeHelpMenu()
@@ -223,13 +226,13 @@ void MainWindow::connectLibraries()
     connect(&folders, &FolderModel::materialsDropped, &actions, &LibraryActions::saveMaterials, Qt::QueuedConnection);
     connect(&folders, &FolderModel::filesDropped, this, &MainWindow::importFiles, Qt::QueuedConnection);
     connect(_libraries.get(), &LibrarySide::failed, this, &MainWindow::report);
+    connect(_scripts.get(), &ScriptSide::finished, _libraries.get(), &LibrarySide::refresh);
     connect(&_scene->actions(), &SceneActions::failed, this, &MainWindow::report);
     connect(&_scene->actions(), &SceneActions::assetsLoaded, _libraries.get(), &LibrarySide::markUsed);
     connect(_browser, &AssetBrowser::activated, this, [this](const QString &uuid) { _scene->load({uuid}); });
     connect(_libraries.get(), &LibrarySide::assetsChanged, _details, &DetailsPane::refresh);
-    connect(_libraries.get(), &LibrarySide::librariesChanged, this, [](const QStringList &paths) {
-        Settings::setLibraries(paths);
-    });
+    connect(_libraries.get(), &LibrarySide::librariesChanged, this,
+            [](const QStringList &paths) { Settings::setLibraries(paths); });
     connect(&_libraries->scan(), &LibraryScan::started, this,
             [this] { _browser->setEmptyText(tr("Reading the libraries...")); });
     connect(&_libraries->scan(), &LibraryScan::finished, this, [this] { _browser->setEmptyText({}); });
@@ -434,8 +437,7 @@ void MainWindow::showFolderMenu(const QPoint &position)
     menu.addAction(tr("&New folder"), this, &MainWindow::createFolder);
     if (isFolder) {
         menu.addAction(tr("Re&name"), _folders, &FolderTree::editName);
-        menu.addAction(tr("&Delete"), this,
-                       [this] { _libraries->actions().trashFolder(_folders->folder()); });
+        menu.addAction(tr("&Delete"), this, [this] { _libraries->actions().trashFolder(_folders->folder()); });
     }
     menu.addSeparator();
     menu.addAction(tr("&Import files..."), this, &MainWindow::chooseFilesToImport);

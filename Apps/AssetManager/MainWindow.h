@@ -12,6 +12,7 @@ class FolderTree;
 class LibrarySide;
 class QLabel;
 class SceneSide;
+class ScriptSide;
 class kxAssetManagerModule;
 
 /// The window of the desktop Asset Manager: libraries on the one hand, the scene on the other, and what goes between them.
@@ -28,6 +29,7 @@ public:
     void openLibraries(const QStringList &paths);
 
     SceneSide &scene() { return *_scene; }
+    ScriptSide &scripts() { return *_scripts; }
     LibrarySide &libraries() { return *_libraries; }
     AssetBrowser &browser() { return *_browser; }
     DetailsPane &details() { return *_details; }
@@ -84,4 +86,5 @@ private:
     DetailsPane *_details = nullptr;
     FolderTree *_folders = nullptr;
     QLabel *_count = nullptr;
+    std::unique_ptr<ScriptSide> _scripts; ///< goes first: what scripts hold belongs to the others
 };

@@ -31,6 +31,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <set>
 
 namespace py = pybind11;
 
@@ -44,6 +45,7 @@ constexpr int PollInterval = 50; // ms
 struct Library
 {
     kxAssetLibrary library;
+    std::set<std::string> before; ///< those that were known already, to the program or to another object
 };
 
 /// Assets are known by UUID, and looked up again at each use, since every save may replace items.
@@ -85,7 +87,9 @@ void scan(Library &library, const py::object &progress)
 std::shared_ptr<Library> openLibrary(const py::object &path, bool isMade, const py::object &progress)
 {
     const std::string folder = pathOf(path);
-    auto library = std::make_shared<Library>(Library{kxAssetLibrary(QString::fromStdString(folder))});
+    auto library = std::make_shared<Library>(Library{kxAssetLibrary(QString::fromStdString(folder)), {}});
+    for (kxAssetItem *item : library->library.items())
+        library->before.insert(item->uuid());
     if (!library->library.exists() && !isMade)
         throw Error("there is no folder '" + folder + "'");
     if (!library->library.exists() && !QDir().mkpath(QString::fromStdString(folder)))
@@ -98,7 +102,8 @@ void closeLibrary(const std::shared_ptr<Library> &library)
 {
     const LibraryCall call;
     for (kxAssetItem *item : library->library.items())
-        kxAssetItemFactory::the().deleteItem(item->uuid());
+        if (const std::string uuid = item->uuid(); !library->before.contains(uuid))
+            kxAssetItemFactory::the().deleteItem(uuid);
 }
 
 kxAssetCategoryType categoryNamed(const std::string &name)
@@ -464,7 +469,7 @@ void bindLibrary(py::module_ &module)
              "environment, "
              "frontplate, backplate. progress() may answer False to stop.")
         .def("verify", &verify, "One text for each thing that is wrong; none for a sound library.")
-        .def("close", &closeLibrary, "Forgets the assets; nothing changes on disk.")
+        .def("close", &closeLibrary, "Forgets the assets that opening it made known; nothing changes on disk.")
         .def("__iter__",
              [](const std::shared_ptr<Library> &library) {
                  return py::iter(assets(library, std::nullopt, std::nullopt, std::nullopt));

@@ -60,7 +60,8 @@ bool Progress::operator()(const std::function<py::object(const py::object &)> &c
     if (_isStopped)
         return false;
     try {
-        if (PyErr_CheckSignals() != 0)
+        // Signals, and what a program has its interpreter do now and then. Nothing happens on other threads.
+        if (Py_MakePendingCalls() != 0)
             throw py::error_already_set();
         const py::object answer = _function.is_none() ? py::none() : call(_function);
         _isStopped = answer.ptr() == Py_False;

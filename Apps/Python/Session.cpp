@@ -2,9 +2,9 @@
 #include "Python/Session.h"
 
 #include "AssetSession/kxAssetSession.h"
+#include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxModalQuestion.h"
-#include "Kernel/kxScenegraph.h"
 #include "Python/LibraryCall.h"
 
 #include <QApplication>
@@ -44,7 +44,7 @@ std::unique_ptr<Host> &host()
 
 void Session::ensure()
 {
-    if (host() || kxScenegraph::getRoot())
+    if (host() || kxKernelServiceFactory::the().isKernelUp())
         return;
     host() = std::make_unique<Host>();
     if (!QCoreApplication::instance()) {

@@ -4,6 +4,8 @@
 namespace kxPython {
 
 /// The host for scripts: the running program's own, or in a plain interpreter one without windows, made on first use.
+///
+/// A program is a host whose kernel is up when the module is imported. Nothing of it is made or given up here.
 class Session
 {
 public:

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "AssetSession/kxPythonFolder.h"
 #include "kxassets/Command.h"
 #include "kxassets/Reporting.h"
 #include "kxassets/ResultStream.h"
 
 #include <CLI/CLI.hpp>
-#include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 
 #include <cerrno>
@@ -26,18 +25,6 @@ struct Arguments
     std::vector<std::string> rest;
 };
 
-/// Where the module kx lies: beside the programs of a build, or where it was installed. Empty where there is none.
-QString moduleFolder()
-{
-    const QDir programs(QCoreApplication::applicationDirPath());
-    for (const char *place : {"../python", KX_PYTHON_FOLDER}) {
-        QString folder = QDir::cleanPath(programs.absoluteFilePath(QLatin1String(place)));
-        if (!QDir(folder).entryList({QStringLiteral("kx.*.so")}, QDir::Files).isEmpty())
-            return folder;
-    }
-    return {};
-}
-
 /// Runs in place of this process, which is a fork: nothing is allocated here.
 [[noreturn]] void runInterpreter(char *const *words, int output)
 {
@@ -57,7 +44,7 @@ ExitCode run(const Arguments &arguments, Context &context)
         complain("there is no script '" + arguments.file + "'");
         return ExitCode::Failed;
     }
-    const QString folder = moduleFolder();
+    const QString folder = kxPythonFolder::find();
     if (folder.isEmpty()) {
         complain("this installation comes without the Python module kx");
         return ExitCode::Failed;

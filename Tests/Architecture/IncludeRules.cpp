@@ -120,7 +120,11 @@ const std::vector<ThirdParty> &thirdParties()
          Where::InsideOnly,
          "Kernel/kxFile.h, which computes checksums"},
         {"CLI11", "CLI/.+", {"kxassets"}, Where::Anywhere, "no command line outside the programs"},
-        {"pybind11", "pybind11/.+|Python\\.h", {"Python"}, Where::Anywhere, "no Python outside the module"},
+        {"pybind11",
+         "pybind11/.+|Python\\.h",
+         {"Python", "AssetManager"},
+         Where::Anywhere,
+         "AssetManager/ScriptRunner.h, which runs Python"},
         {"GoogleTest", "(gtest|gmock)/.+", {}, Where::Anywhere, "tests only below Tests/"},
         {"Google Benchmark", "benchmark/.+", {}, Where::Anywhere, "benchmarks only below Benchmarks/"},
     };
