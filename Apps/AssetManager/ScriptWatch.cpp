@@ -56,6 +56,7 @@ void ScriptWatch::end()
     current() = nullptr;
     PyEval_SetTrace(nullptr, nullptr); // also one that the script left
     _thread.request_stop();
+    const py::gil_scoped_release unlocked; // the thread may be waiting for it
     _thread.join();
 }
 
@@ -67,8 +68,11 @@ void ScriptWatch::stop()
 void ScriptWatch::knock(const std::stop_token &isOver)
 {
     std::unique_lock lock(_mutex);
-    while (!_condition.wait_for(lock, isOver, Interval, [&isOver] { return isOver.stop_requested(); }))
+    while (!_condition.wait_for(lock, isOver, Interval, [&isOver] { return isOver.stop_requested(); })) {
+        // The main thread looks for calls when it gets its lock back, but is not told of those that other threads ask for.
+        const py::gil_scoped_acquire turn;
         Py_AddPendingCall(&ScriptWatch::service, this); // where too many wait already, one of them serves
+    }
 }
 
 int ScriptWatch::service(void *watch)
