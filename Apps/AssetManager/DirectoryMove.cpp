@@ -38,15 +38,17 @@ std::error_code copyAndRemove(const fs::path &from, const fs::path &to)
 
 QString reasonOf(const std::error_code &error, const QString &name)
 {
-    const auto tr = [](const char *text) { return QCoreApplication::translate("DirectoryMove", text); };
+    const auto translated = [](const char *text) { return QCoreApplication::translate("DirectoryMove", text); };
     if (error == std::errc::no_such_file_or_directory)
-        return tr(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: it is not there any more.")).arg(name);
+        return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: it is not there any more."))
+            .arg(name);
     if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
         error == std::errc::read_only_file_system)
-        return tr(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: you may not write there.")).arg(name);
+        return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: you may not write there."))
+            .arg(name);
     if (error == std::errc::no_space_on_device)
-        return tr(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: the disk is full.")).arg(name);
-    return tr(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: %2"))
+        return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: the disk is full.")).arg(name);
+    return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: %2"))
         .arg(name, QString::fromStdString(error.message()));
 }
 

@@ -132,11 +132,16 @@ void MainWindow::makeEditMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&Edit"));
     menu->setObjectName(QStringLiteral("editMenu"));
-    QAction *undo = _undo.createUndoAction(this, tr("&Undo"));
-    undo->setShortcut(QKeySequence::Undo);
-    QAction *redo = _undo.createRedoAction(this, tr("&Redo"));
-    redo->setShortcut(QKeySequence::Redo);
-    menu->addActions({undo, redo});
+    QAction *undo = menu->addAction(tr("&Undo"), &_undo, &QUndoStack::undo, QKeySequence::Undo);
+    undo->setEnabled(false);
+    connect(&_undo, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
+    connect(&_undo, &QUndoStack::undoTextChanged, undo,
+            [undo](const QString &what) { undo->setText(what.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(what)); });
+    QAction *redo = menu->addAction(tr("&Redo"), &_undo, &QUndoStack::redo, QKeySequence::Redo);
+    redo->setEnabled(false);
+    connect(&_undo, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    connect(&_undo, &QUndoStack::redoTextChanged, redo,
+            [redo](const QString &what) { redo->setText(what.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(what)); });
     menu->addSeparator();
     menu->addAction(tr("Re&name"), this, &MainWindow::renameChosen, QKeySequence(Qt::Key_F2));
     menu->addAction(tr("&Delete"), this, &MainWindow::deleteChosen, QKeySequence(Qt::Key_Delete));

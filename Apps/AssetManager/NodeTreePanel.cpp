@@ -18,6 +18,12 @@
 
 #include <algorithm>
 
+namespace {
+
+constexpr int TypeWidth = 10; // letters: the names are what people look for
+
+} // namespace
+
 NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidget *parent)
     : QWidget(parent), _actions(actions), _model(model), _filtered(new QSortFilterProxyModel(this)),
       _view(new QTreeView(this)), _filterLine(new QLineEdit(this))
@@ -37,8 +43,11 @@ NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidge
     _view->setUniformRowHeights(true);
     _view->setContextMenuPolicy(Qt::CustomContextMenu);
     _view->header()->setStretchLastSection(false);
+    _view->header()->setMinimumSectionSize(fontMetrics().averageCharWidth());
     _view->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     _view->header()->setSectionResizeMode(NodeTreeModel::NameColumn, QHeaderView::Stretch);
+    _view->header()->setSectionResizeMode(NodeTreeModel::TypeColumn, QHeaderView::Interactive);
+    _view->header()->resizeSection(NodeTreeModel::TypeColumn, TypeWidth * fontMetrics().averageCharWidth());
     _filterLine->setObjectName("filter");
     _filterLine->setPlaceholderText(tr("Filter by name"));
     _filterLine->setAccessibleName(tr("Filter by name"));

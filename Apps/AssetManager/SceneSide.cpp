@@ -144,7 +144,11 @@ void SceneSide::openScene()
 {
     if (!mayLeaveScene())
         return;
-    const QString file = QFileDialog::getOpenFileName(&_window, tr("Open scene"), _file, tr("Scenes (*.osb)"));
+    open(QFileDialog::getOpenFileName(&_window, tr("Open scene"), _file, tr("Scenes (*.osb)")));
+}
+
+void SceneSide::open(const QString &file)
+{
     if (file.isEmpty() || !_actions->openScene(file))
         return;
     _file = file;

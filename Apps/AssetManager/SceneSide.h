@@ -40,6 +40,8 @@ public:
 public Q_SLOTS:
     void newScene();
     void openScene();
+    /// Opens this scene, without asking about the one there was.
+    void open(const QString &file);
     bool saveScene();
     bool saveSceneAs();
 

@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr const char *Context = "kxMultipleEnvironmentsDialog";
-
 void setUpList(QListWidget &list)
 {
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::MinimumExpanding);
@@ -66,10 +64,10 @@ void Ui::kxMultipleEnvironmentsDialog::setupUi(QDialog *dialog)
 
 void Ui::kxMultipleEnvironmentsDialog::retranslateUi(QDialog *dialog)
 {
-    dialog->setWindowTitle(QCoreApplication::translate(Context, "Asset Manager"));
-    label->setText(
-        QCoreApplication::translate(Context, "The loaded Environment Asset contains multiple environment materials."));
-    label2->setText(QCoreApplication::translate(Context,
+    dialog->setWindowTitle(QCoreApplication::translate("kxMultipleEnvironmentsDialog", "Asset Manager"));
+    label->setText(QCoreApplication::translate(
+        "kxMultipleEnvironmentsDialog", "The loaded Environment Asset contains multiple environment materials."));
+    label2->setText(QCoreApplication::translate("kxMultipleEnvironmentsDialog",
                                                 "Please select the environment material that should be added to "
                                                 "the Default Environment Switch in the scene:"));
 }

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/Screenshot.h"
+
+#include "AssetManager/AssetBrowser.h"
+#include "AssetManager/AssetModel.h"
+#include "AssetManager/LibrarySide.h"
+#include "AssetManager/MainWindow.h"
+#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxSelectionManager.h"
+
+#include <QApplication>
+#include <QDockWidget>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int LookTime = 50;  // milliseconds between looks at whether something happens
+constexpr int CalmTime = 400; // milliseconds: what is shown follows what was read
+
+const QString Tiles = QStringLiteral("tiles");
+const QString List = QStringLiteral("list");
+
+QDockWidget *findPanel(const MainWindow &window, const QString &view)
+{
+    return view.isEmpty() ? nullptr : window.findChild<QDockWidget *>(view + QStringLiteral("Dock"));
+}
+
+} // namespace
+
+QStringList Screenshot::views()
+{
+    return {Tiles,
+            List,
+            QStringLiteral("folders"),
+            QStringLiteral("details"),
+            QStringLiteral("view"),
+            QStringLiteral("tree"),
+            QStringLiteral("property"),
+            QStringLiteral("material"),
+            QStringLiteral("environment"),
+            QStringLiteral("plate")};
+}
+
+Screenshot::Screenshot(MainWindow &window, Options options, int exitCode)
+    : QObject(&window), _window(window), _options(std::move(options)), _exitCode(exitCode)
+{
+    _calm.start();
+    connect(&_timer, &QTimer::timeout, this, &Screenshot::look);
+    _timer.start(LookTime);
+}
+
+Screenshot::~Screenshot() = default;
+
+void Screenshot::look()
+{
+    if (!_window.isIdle())
+        _calm.restart();
+    if (_calm.elapsed() < CalmTime)
+        return;
+    if (!_isPrepared) {
+        prepare();
+        return;
+    }
+    _timer.stop();
+    const bool isTaken = take();
+    if (!isTaken)
+        std::fprintf(stderr, "%s cannot be written\n", qPrintable(_options.file));
+    QApplication::exit(_exitCode == 0 && !isTaken ? 1 : _exitCode);
+}
+
+/// Only once the libraries were read: before there is nothing to select.
+void Screenshot::prepare()
+{
+    show();
+    select();
+    _isPrepared = true;
+    _calm.restart();
+}
+
+void Screenshot::show()
+{
+    if (_options.view == Tiles || _options.view == List)
+        _window.browser().setLook(_options.view == List ? AssetBrowser::Look::Lines : AssetBrowser::Look::Tiles);
+    if (QDockWidget *panel = findPanel(_window, _options.view)) {
+        panel->show();
+        panel->raise();
+    }
+}
+
+void Screenshot::select()
+{
+    if (_options.asset.isEmpty())
+        return;
+    const AssetModel &assets = _window.libraries().assets();
+    std::vector<std::string> uuids;
+    std::vector<osg::NodePtr> nodes;
+    for (int row = 0; row < assets.rowCount(); ++row) {
+        if (assets.entry(row).name != _options.asset)
+            continue;
+        uuids.push_back(assets.entry(row).uuid);
+        for (const kxNodePtr &node : kxScenegraph::getAssetNodes(kxScenegraph::getRoot(), uuids.back(), -1))
+            nodes.emplace_back(node);
+    }
+    _window.browser().select(uuids);
+    kxSelectionManager::selectNodes(nodes);
+}
+
+bool Screenshot::take() const
+{
+    QWidget *panel = findPanel(_window, _options.view);
+    return (panel ? panel->grab() : _window.grab()).save(_options.file);
+}

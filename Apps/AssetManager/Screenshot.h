@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+class MainWindow;
+
+/// Takes a picture of the window once nothing happens in it any more, and ends the program.
+class Screenshot final : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Options
+    {
+        QString file;
+        QString view;  ///< "tiles", "list", or a panel, which alone is taken then; empty: the window as it opens
+        QString asset; ///< the name of an asset to select, with what the scene has of it
+    };
+
+    /// What may be shown.
+    static QStringList views();
+
+    /// The window owns it. The program ends with \a exitCode, unless that is 0 and the picture cannot be taken.
+    Screenshot(MainWindow &window, Options options, int exitCode);
+    ~Screenshot() override;
+
+private:
+    void look();
+    void prepare();
+    void show();
+    void select();
+    bool take() const;
+
+    MainWindow &_window;
+    Options _options;
+    int _exitCode;
+    QTimer _timer;
+    QElapsedTimer _calm;
+    bool _isPrepared = false;
+};
