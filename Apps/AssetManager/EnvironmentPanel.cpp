@@ -3,6 +3,7 @@
 
 #include "AssetManager/EmptyHint.h"
 #include "AssetManager/EnvironmentListModel.h"
+#include "AssetManager/OwnKeys.h"
 #include "AssetManager/SceneActions.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxScenegraph.h"
@@ -29,15 +30,19 @@ EnvironmentPanel::EnvironmentPanel(SceneActions &actions, QWidget *parent)
     new EmptyHint(tr("Drag an environment asset here to light the scene with it."), *_view,
                   [this] { return _model->rowCount() <= 1; });
 
+    auto *rename = new QAction(tr("Rename"), this);
+    rename->setObjectName("rename");
+    connect(rename, &QAction::triggered, this, [this] { _view->edit(_view->currentIndex()); });
     auto *use = new QAction(tr("Light the Scene with It"), this);
     use->setObjectName("switchEnvironment");
     connect(use, &QAction::triggered, this, [this] { switchTo(_view->currentIndex()); });
     auto *remove = new QAction(tr("Remove from the Scene"), this);
-    remove->setObjectName("removeEnvironment");
+    remove->setObjectName("delete");
     remove->setShortcut(QKeySequence::Delete);
     remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(remove, &QAction::triggered, this, &EnvironmentPanel::removeCurrent);
     _view->addActions({use, remove});
+    new OwnKeys(*_view);
     connect(_view, &QListView::activated, this, &EnvironmentPanel::switchTo);
     connect(_view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
         const auto choices = kxDefaultEnvironment::getSwitch();

@@ -62,3 +62,15 @@ void FolderTree::dragMoveEvent(QDragMoveEvent *event)
     if (event->isAccepted() && event->mimeData()->hasUrls() && DragData::folders(*event->mimeData()).isEmpty())
         event->setDropAction(Qt::CopyAction);
 }
+
+void FolderTree::dropEvent(QDropEvent *event)
+{
+    const bool isTaken =
+        model()->canDropMimeData(event->mimeData(), event->dropAction(), -1, -1, indexAt(event->pos()));
+    QTreeView::dropEvent(event);
+    if (!isTaken)
+        return;
+    // Whoever dragged hears that it was taken; as a copy, so that no view removes rows: they follow the disk.
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}

@@ -25,4 +25,5 @@ Q_SIGNALS:
 private:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 };

@@ -125,7 +125,7 @@ void MainWindow::makeFileMenu()
         tr("&Read libraries again"), this, [this] { _libraries->refresh(); }, QKeySequence::Refresh);
     menu->addAction(tr("&Deleted assets..."), this, &MainWindow::showTrash);
     menu->addSeparator();
-    menu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    menu->addAction(tr("&Quit"), this, &QWidget::close, QStringLiteral("Ctrl+Q"));
 }
 
 void MainWindow::makeEditMenu()
@@ -382,11 +382,25 @@ void MainWindow::importFiles(const QStringList &files, const QString &folder)
         report(failures);
 }
 
+/// What a part of the scene side does itself while it has the focus; false: the focus is in the libraries.
+bool MainWindow::isDoneByScene(const char *action)
+{
+    for (QWidget *part = focusWidget(); part && part != this; part = part->parentWidget()) {
+        if (auto *own = part->findChild<QAction *>(QLatin1String(action), Qt::FindDirectChildrenOnly)) {
+            own->trigger();
+            return true;
+        }
+        if (qobject_cast<QDockWidget *>(part))
+            return !part->isAncestorOf(_folders) && !part->isAncestorOf(_details);
+    }
+    return false;
+}
+
 void MainWindow::renameChosen()
 {
     if (_folders->hasFocus())
         _folders->editName();
-    else
+    else if (!isDoneByScene("rename"))
         _browser->editName();
 }
 
@@ -394,6 +408,8 @@ void MainWindow::deleteChosen()
 {
     if (_folders->hasFocus())
         _libraries->actions().trashFolder(_folders->folder());
+    else if (isDoneByScene("delete"))
+        return;
     else if (const QStringList uuids = selectedIds(); !uuids.isEmpty())
         _libraries->actions().trashAssets(uuids);
 }

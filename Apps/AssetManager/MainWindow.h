@@ -71,6 +71,7 @@ private:
     void showAssetMenu(const QPoint &position);
     void showFolderMenu(const QPoint &position);
     void updateStatus();
+    bool isDoneByScene(const char *action);
     QStringList selectedIds() const;
     /// Where new things go: the chosen folder, else the first library.
     QString targetFolder() const;

@@ -43,6 +43,9 @@ MaterialPanel::MaterialPanel(SceneActions &actions, QWidget *parent)
     new EmptyHint(tr("Drag a material asset here, or onto an object of the scene."), *_view,
                   [this] { return _model->rowCount() == 0; });
 
+    auto *rename = new QAction(tr("Rename"), this);
+    rename->setObjectName("rename");
+    connect(rename, &QAction::triggered, this, [this] { _view->edit(_view->currentIndex()); });
     auto *users = new QAction(tr("Select Users"), this);
     users->setObjectName("selectUsers");
     users->setToolTip(tr("Selects the objects that have the selected materials"));

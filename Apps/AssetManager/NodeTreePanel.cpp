@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/NodeTreePanel.h"
 
+#include "AssetManager/OwnKeys.h"
 #include "AssetManager/SceneActions.h"
 #include "AssetManager/SceneNodes.h"
 #include "Kernel/kxScenegraph.h"
@@ -57,6 +58,7 @@ NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidge
     layout->addWidget(_filterLine);
     layout->addWidget(_view);
     addActions();
+    new OwnKeys(*_view);
 
     connect(_filterLine, &QLineEdit::textChanged, this, &NodeTreePanel::filter);
     connect(_view, &QTreeView::customContextMenuRequested, this, &NodeTreePanel::showMenu);

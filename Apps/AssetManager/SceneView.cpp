@@ -2,10 +2,12 @@
 #include "AssetManager/SceneView.h"
 
 #include "AssetManager/DragData.h"
+#include "AssetManager/OwnKeys.h"
 #include "AssetManager/SceneActions.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxSelectionManager.h"
 
+#include <QAction>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
@@ -14,6 +16,14 @@ SceneView::SceneView(SceneActions &actions, QWidget *parent) : kxViewport(parent
 {
     setObjectName(QStringLiteral("sceneView"));
     setAcceptDrops(true);
+    auto *remove = new QAction(tr("Delete"), this);
+    remove->setObjectName(QStringLiteral("delete"));
+    remove->setShortcut(QKeySequence::Delete);
+    remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    addAction(remove);
+    new OwnKeys(*this);
+    connect(remove, &QAction::triggered, this,
+            [this] { _actions.removeNodes(kxSelectionManager::getSelectedNodes()); });
     connect(this, &kxViewport::picked, this, [](quint32 nodeId, Qt::KeyboardModifiers modifiers) {
         const osg::NodePtr node = kxNodeUtils::getNodeFromId(nodeId);
         const bool isAdded = (modifiers & (Qt::ControlModifier | Qt::ShiftModifier)) != 0;
