@@ -42,7 +42,7 @@ std::string store(const osg::NodePtr &node, const QUrl &library)
 
 } // namespace
 
-SceneFixture::SceneFixture()
+SceneFixture::SceneFixture(kxAssetSession::MainView mainView) : session(mainView)
 {
     kxPreviewSettings::setSize(16);
     kxPreviewSettings::setSamples(1);

@@ -20,7 +20,7 @@ class QModelIndex;
 class SceneFixture : public testing::Test
 {
 protected:
-    SceneFixture();
+    explicit SceneFixture(kxAssetSession::MainView mainView = kxAssetSession::MainView::OffScreen);
     ~SceneFixture() override;
 
     static osg::NodePtr root();

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "WindowFixture.h"
+
+#include "AssetManager/AssetBrowser.h"
+#include "AssetManager/AssetModel.h"
+#include "AssetManager/FolderModel.h"
+#include "AssetManager/FolderTree.h"
+#include "AssetManager/LibrarySide.h"
+#include "AssetManager/SceneSide.h"
+#include "AssetManager/SceneView.h"
+#include "Kernel/kxModalQuestion.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QSettings>
+#include <QTest>
+
+WindowFixture::WindowFixture() : SceneFixture(kxAssetSession::MainView::Program)
+{
+    QSettings(QStringLiteral("kxAssets"), QStringLiteral("asset-manager")).clear();
+    kxModalQuestion::setAnswerer([](const kxModalQuestion::Question &question) { return question.defaultButton; });
+    kxModalQuestion::setDialogAnswerer([](QDialog &) { return QDialog::Rejected; });
+    QDir().mkpath(library().toLocalFile());
+    makeWindow();
+}
+
+WindowFixture::~WindowFixture()
+{
+    window.reset();
+    kxModalQuestion::setAnswerer({});
+    kxModalQuestion::setDialogAnswerer({});
+}
+
+void WindowFixture::makeWindow()
+{
+    window.reset(); // there is one at a time
+    window = std::make_unique<MainWindow>(session.manager());
+    window->scene().view().setSampleLimit(1);
+    window->resize(1400, 900);
+    window->show();
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get(), Patience));
+}
+
+QString WindowFixture::path(const QString &relative) const
+{
+    const QString root = QFileInfo(library().toLocalFile()).canonicalFilePath();
+    return relative.isEmpty() ? root : root + '/' + relative;
+}
+
+void WindowFixture::open()
+{
+    window->openLibraries({library().toLocalFile()});
+    settle();
+}
+
+void WindowFixture::settle()
+{
+    process();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return window->isIdle(); }, Patience));
+    process();
+}
+
+std::vector<QString> WindowFixture::names() const
+{
+    const AssetModel &assets = window->libraries().assets();
+    std::vector<QString> found;
+    for (int row = 0; row < assets.rowCount(); ++row)
+        found.push_back(assets.entry(row).name);
+    return found;
+}
+
+QString WindowFixture::directoryOf(const std::string &uuid) const
+{
+    const AssetEntry *entry = window->libraries().assets().find(uuid);
+    return entry ? entry->directory : QString();
+}
+
+QString WindowFixture::reported() const
+{
+    const auto *box = window->findChild<QMessageBox *>(QStringLiteral("failures"));
+    return box && box->isVisible() ? box->text() : QString();
+}
+
+void WindowFixture::click(QWidget &target, const QPoint &place, Qt::KeyboardModifiers modifiers)
+{
+    QTest::mouseClick(&target, Qt::LeftButton, modifiers, place);
+    process();
+}
+
+void WindowFixture::clickItem(QAbstractItemView &view, const QModelIndex &index, Qt::KeyboardModifiers modifiers)
+{
+    ASSERT_TRUE(index.isValid());
+    view.scrollTo(index);
+    click(*view.viewport(), view.visualRect(index).center(), modifiers);
+    view.setFocus(); // as a click of a person gives it
+}
+
+void WindowFixture::clickAsset(const std::string &uuid, Qt::KeyboardModifiers modifiers)
+{
+    clickItem(window->browser().view(), window->libraries().assets().indexOf(uuid), modifiers);
+}
+
+void WindowFixture::clickFolder(const QString &directory)
+{
+    clickItem(window->folders(), window->libraries().folders().indexOf(directory));
+}
+
+void WindowFixture::clickButton(const QString &name)
+{
+    auto *button = window->findChild<QAbstractButton *>(name);
+    ASSERT_NE(button, nullptr) << name.toStdString();
+    ASSERT_TRUE(button->isVisible()) << name.toStdString();
+    click(*button, button->rect().center());
+}
+
+void WindowFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QWidget *focus = QApplication::focusWidget();
+    QTest::keyClick(focus ? focus : window.get(), key, modifiers);
+    process();
+}
+
+/// The keys for it are other ones on other systems.
+void WindowFixture::pressRedo()
+{
+    const int keys = QKeySequence(QKeySequence::Redo)[0];
+    press(static_cast<Qt::Key>(keys & ~Qt::KeyboardModifierMask),
+          Qt::KeyboardModifiers(keys & Qt::KeyboardModifierMask));
+}
+
+void WindowFixture::type(const QString &text)
+{
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    QTest::keyClicks(QApplication::focusWidget(), text);
+    process();
+}
+
+std::unique_ptr<QMimeData> WindowFixture::dragged(const std::vector<std::string> &uuids) const
+{
+    const AssetModel &assets = window->libraries().assets();
+    QModelIndexList indexes;
+    for (const std::string &uuid : uuids)
+        indexes.append(assets.indexOf(uuid));
+    return std::unique_ptr<QMimeData>(assets.mimeData(indexes));
+}
+
+bool WindowFixture::drop(QWidget &target, const QPoint &place, const QMimeData &data)
+{
+    const Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &enter);
+    QDragMoveEvent move(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &move);
+    if (!enter.isAccepted() || !move.isAccepted()) {
+        QDragLeaveEvent leave;
+        QApplication::sendEvent(&target, &leave);
+        return false;
+    }
+    QDropEvent dropped(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &dropped);
+    process();
+    settle();
+    return dropped.isAccepted();
+}
+
+bool WindowFixture::dropOnItem(QAbstractItemView &view, const QModelIndex &index, const QMimeData &data)
+{
+    view.scrollTo(index);
+    return drop(*view.viewport(), view.visualRect(index).center(), data);
+}
+
+bool WindowFixture::dropOnFolder(const QString &directory, const QMimeData &data)
+{
+    const QModelIndex index = window->libraries().folders().indexOf(directory);
+    EXPECT_TRUE(index.isValid()) << directory.toStdString();
+    return dropOnItem(window->folders(), index, data);
+}

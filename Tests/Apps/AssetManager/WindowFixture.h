@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "AssetManager/MainWindow.h"
+#include "SceneFixture.h"
+
+#include <memory>
+
+class QAbstractItemView;
+class QMimeData;
+
+/// The whole window of the program, shown, with one library, and what a person does to it with mouse and keyboard.
+///
+/// Settings are those of a first start. No dialog waits: questions get their default answer, and dialogs are rejected, unless a
+/// test says otherwise.
+class WindowFixture : public SceneFixture
+{
+protected:
+    WindowFixture();
+    ~WindowFixture() override;
+
+    /// Absolute and canonical, as the window names it.
+    QString path(const QString &relative = {}) const;
+    /// Opens the library and waits until it is read.
+    void open();
+    /// Waits until everything is read and drawn.
+    void settle();
+    void makeWindow();
+
+    template <class Widget> Widget &widget(const char *name) const
+    {
+        auto *found = window->findChild<Widget *>(QLatin1String(name));
+        EXPECT_NE(found, nullptr) << name;
+        return *found;
+    }
+
+    /// Of the shown assets, in the order of the rows.
+    std::vector<QString> names() const;
+    QString directoryOf(const std::string &uuid) const;
+    static QString id(const std::string &uuid) { return QString::fromStdString(uuid); }
+    /// What the window says has gone wrong, and "" without that.
+    QString reported() const;
+
+    void click(QWidget &target, const QPoint &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void clickItem(QAbstractItemView &view, const QModelIndex &index, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void clickAsset(const std::string &uuid, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void clickFolder(const QString &directory);
+    void clickButton(const QString &name);
+    /// To whatever has the focus.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void pressRedo();
+    void type(const QString &text);
+
+    /// What dragging these gives.
+    std::unique_ptr<QMimeData> dragged(const std::vector<std::string> &uuids) const;
+    /// Enters, moves and drops; whether the drop was taken.
+    bool drop(QWidget &target, const QPoint &place, const QMimeData &data);
+    bool dropOnItem(QAbstractItemView &view, const QModelIndex &index, const QMimeData &data);
+    bool dropOnFolder(const QString &directory, const QMimeData &data);
+
+    static constexpr int Patience = 30000; // milliseconds
+
+    std::unique_ptr<MainWindow> window;
+};
