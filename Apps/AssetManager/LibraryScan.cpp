@@ -8,8 +8,10 @@
 #include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QUrl>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <set>
@@ -28,6 +30,22 @@ qint64 now()
 kxUrlManager *managerOf(const QString &path)
 {
     return kxUrlManager::getUrlManager(QUrl::fromLocalFile(path));
+}
+
+/// Whether the directory holds metadata that is no XML.
+bool hasBrokenMetadata(const QString &directory)
+{
+    for (const QFileInfo &info : QDir(directory).entryInfoList({QStringLiteral("*.xml")}, QDir::Files)) {
+        QFile file(info.filePath());
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        QXmlStreamReader reader(&file);
+        while (!reader.atEnd())
+            reader.readNext();
+        if (reader.hasError())
+            return true;
+    }
+    return false;
 }
 
 qint64 modificationTime(const QString &directory)
@@ -66,6 +84,7 @@ void LibraryScan::refresh(const QString &folder)
     Folder changed;
     changed.path = folder;
     changed.onlyChanges = true;
+    changed.isAsked = true;
     _open.push_back(changed);
     start();
 }
@@ -110,6 +129,7 @@ void LibraryScan::step()
     if (_open.empty()) {
         Folder next;
         next.path = _waiting.takeFirst();
+        next.isAsked = true;
         _open.push_back(next);
     }
     Folder &folder = _open.back();
@@ -126,9 +146,7 @@ void LibraryScan::list(Folder &folder)
     folder.isListed = true;
     const QFileInfo info(folder.path);
     kxUrlManager *manager = managerOf(folder.path);
-    if (!manager || !info.isDir())
-        emit folderFailed(folder.path, tr("The folder \"%1\" is not there. Is its drive connected?").arg(folder.path));
-    else if (!info.isReadable() || !info.isExecutable())
+    if (info.isDir() && (!info.isReadable() || !info.isExecutable()))
         emit folderFailed(folder.path, tr("The folder \"%1\" may not be read by you.").arg(folder.path));
     if (!manager)
         return;
@@ -139,6 +157,8 @@ void LibraryScan::list(Folder &folder)
 void LibraryScan::readDirectory(const QString &directory)
 {
     Folder &folder = _open.back();
+    if (!QFileInfo(directory).isDir())
+        return; // it went after it was listed
     if (folder.onlyChanges && isUnchanged(directory)) {
         folder.assets.insert(directory);
         return;
@@ -156,6 +176,8 @@ void LibraryScan::readDirectory(const QString &directory)
         _known.insert(directory, read);
         return;
     }
+    removeAssets(directory, _known.take(directory)); // it held some before
+    reportDamage(directory);
     folder.plain.append(directory);
     emit folderFound(folder.path, directory);
     Folder below;
@@ -169,6 +191,9 @@ void LibraryScan::leave()
     const Folder folder = _open.back();
     _open.pop_back();
     removeGone(folder);
+    // Of all that went with it, what was asked for is named, once.
+    if (folder.isAsked && !QFileInfo(folder.path).isDir())
+        emit folderFailed(folder.path, tr("The folder \"%1\" is not there. Is its drive connected?").arg(folder.path));
     emit folderRead(folder.path, folder.plain);
 }
 
@@ -196,15 +221,30 @@ void LibraryScan::removeGone(const Folder &folder)
             ++known;
             continue;
         }
-        for (const std::string &uuid : known->uuids) {
-            kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
-            if (!item || item->directoryUrl().toLocalFile() != known.key())
-                continue; // it was moved, and is known where it is now
-            kxAssetItemFactory::the().deleteItem(uuid);
-            _changed.push_back(uuid);
-        }
+        removeAssets(known.key(), *known);
         known = _known.erase(known);
     }
+}
+
+void LibraryScan::removeAssets(const QString &directory, const Known &known)
+{
+    for (const std::string &uuid : known.uuids) {
+        kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+        if (!item || item->directoryUrl().toLocalFile() != directory)
+            continue; // it was moved, and is known where it is now
+        kxAssetItemFactory::the().deleteItem(uuid);
+        _changed.push_back(uuid);
+    }
+}
+
+/// Says once for each time that it was written that a directory's metadata is damaged.
+void LibraryScan::reportDamage(const QString &directory)
+{
+    const qint64 modified = modificationTime(directory);
+    if (_damaged.value(directory, -1) == modified || !hasBrokenMetadata(directory))
+        return;
+    _damaged.insert(directory, modified);
+    emit folderFailed(directory, tr("The asset in \"%1\" cannot be read: its description is damaged.").arg(directory));
 }
 
 void LibraryScan::announce()

@@ -55,6 +55,7 @@ private:
         QStringList plain;
         QSet<QString> assets; ///< directories
         bool isListed = false;
+        bool isAsked = false; ///< and not met on the way
         bool onlyChanges = false;
     };
 
@@ -70,14 +71,17 @@ private:
     void list(Folder &folder);
     void readDirectory(const QString &directory);
     void leave();
+    void removeAssets(const QString &directory, const Known &known);
+    void reportDamage(const QString &directory);
     bool isUnchanged(const QString &directory) const;
     void removeGone(const Folder &folder);
     void announce();
     void start();
 
     QTimer _timer;
-    QMap<QString, Known> _known; ///< by path
-    std::vector<Folder> _open; ///< from the top down to that which is being read
+    QMap<QString, Known> _known;    ///< by path
+    QMap<QString, qint64> _damaged; ///< directories that were reported, with when they were written
+    std::vector<Folder> _open;      ///< from the top down to that which is being read
     QStringList _waiting;
     std::vector<std::string> _changed;
     qint64 _announcedAt = 0;

@@ -31,8 +31,12 @@ QString Trash::makePlaceFor(const QString &path) const
     QFile origin(place.filePath(QLatin1String(OriginName)));
     // Relative, so that the library may move.
     const QByteArray text = QDir(_library).relativeFilePath(QFileInfo(path).path()).toUtf8();
-    if (!origin.open(QIODevice::WriteOnly) || origin.write(text) != text.size())
+    const bool isWritten = origin.open(QIODevice::WriteOnly) && origin.write(text) == text.size() &&
+                           origin.flush(); // a full disk says so here
+    if (!isWritten) {
+        QDir(place).removeRecursively();
         return {};
+    }
     return place.filePath(QFileInfo(path).fileName());
 }
 
