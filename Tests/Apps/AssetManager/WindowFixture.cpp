@@ -43,6 +43,11 @@ void WindowFixture::makeWindow()
     window->scene().view().setSampleLimit(1);
     window->resize(1400, 900);
     window->show();
+    activate();
+}
+
+void WindowFixture::activate()
+{
     window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(window.get(), Patience));
 }
@@ -85,6 +90,15 @@ QString WindowFixture::reported() const
 {
     const auto *box = window->findChild<QMessageBox *>(QStringLiteral("failures"));
     return box && box->isVisible() ? box->text() : QString();
+}
+
+QString WindowFixture::takeReport()
+{
+    const QString text = reported();
+    if (auto *box = window->findChild<QMessageBox *>(QStringLiteral("failures")))
+        QTest::keyClick(box, Qt::Key_Escape);
+    activate();
+    return text;
 }
 
 void WindowFixture::click(QWidget &target, const QPoint &place, Qt::KeyboardModifiers modifiers)
@@ -156,6 +170,8 @@ bool WindowFixture::drop(QWidget &target, const QPoint &place, const QMimeData &
     QDragEnterEvent enter(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&target, &enter);
     QDragMoveEvent move(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    move.setDropAction(enter.dropAction()); // what was answered holds until there is another answer
+    move.setAccepted(enter.isAccepted());
     QApplication::sendEvent(&target, &move);
     if (!enter.isAccepted() || !move.isAccepted()) {
         QDragLeaveEvent leave;
@@ -163,6 +179,7 @@ bool WindowFixture::drop(QWidget &target, const QPoint &place, const QMimeData &
         return false;
     }
     QDropEvent dropped(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    dropped.setDropAction(move.dropAction());
     QApplication::sendEvent(&target, &dropped);
     process();
     settle();

@@ -26,6 +26,8 @@ protected:
     /// Waits until everything is read and drawn.
     void settle();
     void makeWindow();
+    /// As a person does by a click on its title.
+    void activate();
 
     template <class Widget> Widget &widget(const char *name) const
     {
@@ -40,6 +42,8 @@ protected:
     static QString id(const std::string &uuid) { return QString::fromStdString(uuid); }
     /// What the window says has gone wrong, and "" without that.
     QString reported() const;
+    /// The same, which is confirmed then.
+    QString takeReport();
 
     void click(QWidget &target, const QPoint &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void clickItem(QAbstractItemView &view, const QModelIndex &index, Qt::KeyboardModifiers modifiers = Qt::NoModifier);

@@ -1,0 +1,265 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/AssetBrowser.h"
+#include "AssetManager/AssetModel.h"
+#include "AssetManager/DetailsPane.h"
+#include "AssetManager/FolderModel.h"
+#include "AssetManager/LibrarySide.h"
+#include "AssetManager/Trash.h"
+#include "Host/SceneGraph/WithoutPrivileges.h"
+#include "Libs/Assets/FileSizeLimit.h"
+#include "WindowFixture.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTest>
+#include <QTreeView>
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+/// While it lives, the folder and all below may only be read, also by the administrator.
+class ReadOnly
+{
+public:
+    explicit ReadOnly(const QString &folder) : _folder(folder.toStdString())
+    {
+        fs::permissions(_folder.parent_path(), fs::perms(0755)); // those without privileges reach it
+        set(0555, 0444);
+        _user.emplace();
+    }
+    ~ReadOnly()
+    {
+        _user.reset();
+        set(0755, 0644);
+    }
+    ReadOnly(const ReadOnly &) = delete;
+    ReadOnly &operator=(const ReadOnly &) = delete;
+
+private:
+    void set(int directories, int files) const
+    {
+        fs::permissions(_folder, fs::perms(directories));
+        for (const fs::directory_entry &entry : fs::recursive_directory_iterator(_folder))
+            fs::permissions(entry, fs::perms(entry.is_directory() ? directories : files));
+    }
+
+    fs::path _folder;
+    std::optional<kxtest::WithoutPrivileges> _user;
+};
+
+class MainWindowDiskTest : public WindowFixture
+{
+protected:
+    void overwrite(const std::string &uuid, const char *suffix)
+    {
+        QDirIterator files(directoryOf(uuid), {QLatin1String(suffix)}, QDir::Files);
+        int count = 0;
+        for (; files.hasNext(); ++count) {
+            QFile file(files.next());
+            file.remove(); // as those do that write another file and rename it
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write("\x00\xff<garbage", 10);
+        }
+        ASSERT_GT(count, 0);
+    }
+    /// Whether the window does what it is told.
+    void expectWorks()
+    {
+        const std::string uuid = storeMaterial("Later");
+        press(Qt::Key_F5);
+        settle();
+        ASSERT_TRUE(window->libraries().assets().find(uuid));
+        clickAsset(uuid);
+        EXPECT_THAT(window->browser().selected(), ElementsAre(uuid));
+    }
+};
+
+TEST_F(MainWindowDiskTest, SaysOnceThatALibraryVanishedWhileItWasRead)
+{
+    for (int i = 0; i < 5; ++i)
+        storeMaterial("Oak " + std::to_string(i));
+    const QString place = path();
+    QDir().mkpath(path("A/Inner"));
+    QDir().mkpath(path("B"));
+    int found = 0;
+    const auto removal = QObject::connect(&window->libraries().scan(), &LibraryScan::folderFound, [&] {
+        if (++found == 1) {
+            EXPECT_TRUE(QDir(place).removeRecursively());
+        }
+    });
+    window->openLibraries({place});
+    settle();
+    QObject::disconnect(removal);
+    press(Qt::Key_F5);
+    settle();
+
+    EXPECT_GE(found, 1);
+    EXPECT_THAT(names(), IsEmpty());
+    EXPECT_EQ(takeReport(), QString("The folder \"%1\" is not there. Is its drive connected?").arg(place));
+    ASSERT_TRUE(QDir().mkpath(place));
+    expectWorks();
+}
+
+TEST_F(MainWindowDiskTest, StartsWithoutTheDriveAndReadsItWhenItIsBack)
+{
+    const QString place = QString::fromStdString(folder.file("drive"));
+    storeMaterial("Oak");
+
+    window->openLibraries({place, path()});
+    settle();
+
+    EXPECT_EQ(takeReport(), QString("The folder \"%1\" is not there. Is its drive connected?").arg(place));
+    EXPECT_EQ(window->libraries().folders().libraries().size(), 2);
+    EXPECT_THAT(names(), ElementsAre("Oak"));
+    ASSERT_TRUE(QDir().rename(path(), place)); // it comes back with what was on it
+    press(Qt::Key_F5);
+    settle();
+    EXPECT_THAT(names(), ElementsAre("Oak"));
+    EXPECT_TRUE(window->libraries().assets().entry(0).directory.startsWith(place));
+}
+
+TEST_F(MainWindowDiskTest, SaysWhatMayNotBeWritten)
+{
+    const std::string oak = storeMaterial("Oak");
+    addChair("Chair");
+    open();
+    const QString before = directoryOf(oak);
+    auto &tree = widget<QTreeView>("sceneTree");
+    const QModelIndexList rows = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, "Chair", 1);
+    const std::unique_ptr<QMimeData> chair(tree.model()->mimeData(rows));
+    {
+        const ReadOnly disk(path());
+
+        clickAsset(oak);
+        press(Qt::Key_F2);
+        type("Bog oak");
+        press(Qt::Key_Return);
+        settle();
+        EXPECT_EQ(takeReport(), "\"Oak\" could not be renamed. May its folder be written?");
+        clickAsset(oak);
+        press(Qt::Key_Delete);
+        settle();
+        EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be deleted. May the library be written?");
+        window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
+        EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed.");
+        clickFolder(path());
+        press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(takeReport(), "No folder could be made in \"lib\". May it be written?");
+        dropOnFolder(path(), *chair);
+        EXPECT_TRUE(takeReport().startsWith("\"Chair\" was not saved")) << reported().toStdString();
+    }
+
+    EXPECT_FALSE(window->undoStack().canUndo());
+    EXPECT_THAT(names(), ElementsAre("Oak"));
+    EXPECT_EQ(directoryOf(oak), before);
+    expectWorks();
+}
+
+TEST_F(MainWindowDiskTest, KeepsEverythingWhereTheDiskIsFull)
+{
+    const std::string oak = storeMaterial("Oak");
+    addChair("Chair");
+    open();
+    auto &tree = widget<QTreeView>("sceneTree");
+    const QModelIndexList rows = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, "Chair", 1);
+    const std::unique_ptr<QMimeData> chair(tree.model()->mimeData(rows));
+    {
+        const FileSizeLimit full(0, FileSizeLimit::Fails);
+
+        window->libraries().actions().renameAsset(id(oak), "Bog oak");
+        EXPECT_EQ(takeReport(), "\"Oak\" could not be renamed. May its folder be written?");
+        window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
+        EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed.");
+        window->libraries().actions().trashAssets({id(oak)});
+        EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be deleted. May the library be written?");
+        dropOnFolder(path(), *chair);
+        EXPECT_TRUE(takeReport().startsWith("\"Chair\" was not saved"));
+    }
+
+    EXPECT_FALSE(window->undoStack().canUndo());
+    press(Qt::Key_F5);
+    settle();
+    EXPECT_THAT(names(), ElementsAre("Oak"));
+    EXPECT_TRUE(Trash(path()).entries().empty());
+    expectWorks();
+}
+
+TEST_F(MainWindowDiskTest, DropsASelectedAssetThatAnotherProgramDeleted)
+{
+    const std::string oak = storeMaterial("Oak");
+    const std::string ash = storeMaterial("Ash");
+    open();
+    clickAsset(oak);
+
+    ASSERT_TRUE(QDir(directoryOf(oak)).removeRecursively());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !window->libraries().assets().find(oak); }, Patience));
+    settle();
+
+    EXPECT_THAT(window->browser().selected(), IsEmpty());
+    EXPECT_FALSE(window->details().findChild<QLineEdit *>("name")->isVisible());
+    expectWorks();
+}
+
+TEST_F(MainWindowDiskTest, SaysThatAnAssetIsGoneWhichItStillShows)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    clickAsset(oak);
+
+    ASSERT_TRUE(QDir(directoryOf(oak)).removeRecursively()); // and nobody has looked yet
+    window->deleteChosen();
+
+    EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be moved: it is not there any more.");
+    EXPECT_FALSE(window->undoStack().canUndo());
+    expectWorks();
+}
+
+TEST_F(MainWindowDiskTest, ShowsAnAssetWhosePreviewIsGarbage)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    overwrite(oak, "*.png");
+    window->libraries().previews().forget(id(oak));
+    window->libraries().previews().want({{id(oak), directoryOf(oak)}});
+    settle();
+
+    clickAsset(oak);
+
+    EXPECT_TRUE(window->libraries().previews().isMissing(id(oak)));
+    EXPECT_EQ(window->details().findChild<QLineEdit *>("name")->text(), "Oak");
+    expectWorks();
+}
+
+TEST_F(MainWindowDiskTest, SaysWhichMetadataCannotBeRead)
+{
+    const std::string oak = storeMaterial("Oak");
+    storeMaterial("Ash");
+    open();
+    overwrite(oak, "*.xml");
+
+    press(Qt::Key_F5);
+    settle();
+
+    EXPECT_THAT(names(), ElementsAre("Ash"));
+    EXPECT_EQ(takeReport(),
+              QString("The asset in \"%1\" cannot be read: its description is damaged.").arg(path("MAT_Oak")));
+    press(Qt::Key_F5);
+    settle();
+    EXPECT_EQ(reported(), ""); // once is enough
+    expectWorks();
+}
+
+} // namespace
