@@ -125,15 +125,15 @@ protected:
         writeAsset(directory, "<category>" + category + "</category><uuid>" + Uuid + "</uuid><name>old</name>");
         writeFile(directory + "/" + name + ".osb/in the way", "x");
     }
-    /// The lines with which a save begins; \a found is what the search for its directory says.
-    std::string savingEnvironment(const std::string &name, const std::string &found = {}) const
+    /// The lines with which a save begins; \a search is what the search for its directory says.
+    std::string savingEnvironment(const std::string &name, const std::string &search = {}) const
     {
-        return "--------------\nkxLocalUrlManager::saveEnvironmentNodeAsset " + name + "\n" + found +
+        return "--------------\nkxLocalUrlManager::saveEnvironmentNodeAsset " + name + "\n" + search +
                "   save environment to path: " + _folder.file("ENV_" + name + "/") + "\n";
     }
-    std::string savingGeometry(const std::string &name, const std::string &found = {}) const
+    std::string savingGeometry(const std::string &name, const std::string &search = {}) const
     {
-        return "--------------\nkxLocalUrlManager::saveSceneNodeAsset " + name + "\n" + found +
+        return "--------------\nkxLocalUrlManager::saveSceneNodeAsset " + name + "\n" + search +
                "   save node to path: " + _folder.file("GEO_" + name + "/") + "\n";
     }
 
