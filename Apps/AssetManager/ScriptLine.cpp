@@ -55,7 +55,7 @@ void ScriptLine::keyPressEvent(QKeyEvent *event)
     else if (event->key() == Qt::Key_Tab && isPlain)
         complete();
     else if (event->key() == Qt::Key_Backtab)
-        focusNextPrevChild(false);
+        leave(false);
     else if (!(isPlain && event->key() == Qt::Key_Up && recall(-1)) &&
              !(isPlain && event->key() == Qt::Key_Down && recall(1)))
         QPlainTextEdit::keyPressEvent(event);
@@ -63,7 +63,10 @@ void ScriptLine::keyPressEvent(QKeyEvent *event)
 
 void ScriptLine::enter()
 {
-    const QString text = toPlainText();
+    QString text = toPlainText();
+    const int lastLine = text.lastIndexOf('\n') + 1;
+    if (lastLine > 0 && text.midRef(lastLine).trimmed().isEmpty())
+        text.truncate(lastLine); // an indentation that nobody wanted is no statement
     if (text.trimmed().isEmpty())
         return;
     if (!_language.isComplete(text)) {
@@ -85,10 +88,18 @@ void ScriptLine::enter()
     emit entered(text);
 }
 
+/// An editor lets go of the focus only where tabs are no text.
+void ScriptLine::leave(bool isForward)
+{
+    setTabChangesFocus(true);
+    focusNextPrevChild(isForward);
+    setTabChangesFocus(false);
+}
+
 void ScriptLine::complete()
 {
     if (toPlainText().isEmpty()) {
-        focusNextPrevChild(true);
+        leave(true);
         return;
     }
     const QString line = textCursor().block().text().left(textCursor().positionInBlock());

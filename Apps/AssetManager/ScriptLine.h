@@ -33,6 +33,7 @@ private:
     void keyPressEvent(QKeyEvent *event) override;
     void enter();
     void complete();
+    void leave(bool isForward);
     bool recall(int direction);
     void fitHeight();
 

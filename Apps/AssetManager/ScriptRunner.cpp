@@ -6,6 +6,8 @@
 #include "AssetManager/ScriptSupport.h"
 #include "AssetManager/ScriptWatch.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QFile>
 #include <QPointer>
 #include <QThread>
@@ -106,6 +108,7 @@ int ScriptRunner::Private::run(const Work &work)
     Q_EMIT self.started();
     ScriptGuard guard(undo);
     const int code = perform(work);
+    QCoreApplication::sendPostedEvents(&self, QEvent::MetaCall); // what other threads have written
     guard.end(code != 0);
     isRunning = false;
     Q_EMIT self.finished(code);
@@ -129,7 +132,7 @@ int ScriptRunner::Private::perform(const Work &work)
 int ScriptRunner::Private::end(py::error_already_set &error)
 {
     try {
-        const py::object exception = error.value();
+        const py::object &exception = error.value();
         if (error.trace())
             PyException_SetTraceback(exception.ptr(), error.trace().ptr());
         return session.attr("end")(exception).cast<int>();

@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/ScriptSupport.h"
 
-const char *ScriptSupport::fileName()
-{
-    return "<asset-manager>";
-}
+namespace {
 
-const char *ScriptSupport::source()
-{
-    return R"python(
+constexpr const char *Source = R"python(
 import ast
 import builtins
 import codeop
@@ -168,4 +163,15 @@ class Session:
         self._names.clear()
         gc.collect()
 )python";
+
+} // namespace
+
+const char *ScriptSupport::fileName()
+{
+    return "<asset-manager>";
+}
+
+const char *ScriptSupport::source()
+{
+    return Source;
 }

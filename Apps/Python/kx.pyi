@@ -203,7 +203,7 @@ class Library:
     def verify(self) -> list[str]:
         """One text for each thing that is wrong; none for a sound library."""
     def close(self) -> None:
-        """Forgets the assets; nothing changes on disk."""
+        """Forgets the assets that opening it made known; nothing changes on disk."""
     def __iter__(self) -> Iterator[Asset]: ...
     def __len__(self) -> int: ...
     def __getitem__(self, asset: str) -> Asset:

@@ -46,7 +46,7 @@ TEST_F(ScriptConsoleTest, ShowsWhatWasEnteredAndWhatCameOfIt)
     enter("print(i)");
     QTest::keyClick(input(), Qt::Key_Return);
 
-    EXPECT_EQ(output(), ">>> 6 * 7\n42\n>>> for i in range(2):\n...     print(i)\n...     \n0\n1\n");
+    EXPECT_EQ(output().toStdString(), ">>> 6 * 7\n42\n>>> for i in range(2):\n...     print(i)\n... \n0\n1\n");
 }
 
 TEST_F(ScriptConsoleTest, TellsErrorsFromResultsOnAnyGround)
@@ -74,13 +74,16 @@ TEST_F(ScriptConsoleTest, StopsAScriptByItsButton)
     EXPECT_FALSE(stop->isEnabled());
     bool wasEnabled = false;
     bool couldBeEntered = true;
-    QTimer::singleShot(0, &console, [&] {
-        wasEnabled = stop->isEnabled();
-        couldBeEntered = !input()->isReadOnly();
-        stop->click();
+    QObject::connect(&runner, &ScriptRunner::started, &console, [&] {
+        QTimer::singleShot(0, &console, [&] {
+            wasEnabled = stop->isEnabled();
+            couldBeEntered = !input()->isReadOnly();
+            stop->click();
+        });
     });
 
     enter("while True: pass");
+    QTest::keyClick(input(), Qt::Key_Return);
 
     EXPECT_TRUE(wasEnabled);
     EXPECT_FALSE(couldBeEntered);

@@ -65,6 +65,14 @@ TEST_F(ScriptLineTest, GoesOnWithWhatIsNotComplete)
     EXPECT_EQ(line.height(), height);
 }
 
+TEST_F(ScriptLineTest, EndsABlockWithALineOfSpaces)
+{
+    line.insertPlainText("if a:\n    b\n    ");
+    press(Qt::Key_Return);
+
+    EXPECT_EQ(entered(), QStringList{"if a:\n    b\n"});
+}
+
 TEST_F(ScriptLineTest, TakesSeveralLinesFromElsewhere)
 {
     line.insertPlainText("a = 1\nb = 2\n");
@@ -158,6 +166,7 @@ TEST_F(ScriptLineTest, LetsTheFocusGoWhereItIsEmpty)
     window.show();
     QApplication::setActiveWindow(&window);
     line.setFocus();
+    ASSERT_TRUE(line.hasFocus());
 
     press(Qt::Key_Tab);
 
