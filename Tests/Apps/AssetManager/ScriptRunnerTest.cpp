@@ -40,7 +40,7 @@ protected:
     int run(const std::string &text) { return runner.runText(QString::fromStdString(text)); }
     QString write(const std::string &name, const std::string &text) const
     {
-        const QString path = QString::fromStdString(folder.file(name));
+        QString path = QString::fromStdString(folder.file(name));
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(QByteArray::fromStdString(text));
