@@ -542,6 +542,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>Mirror</source>
         <translation>Spiegeln</translation>
     </message>
+    <message>
+        <source>Environment</source>
+        <translation>Umgebung</translation>
+    </message>
 </context>
 <context>
     <name>FieldStep</name>

@@ -14,7 +14,7 @@ struct Colors
     QRgb window, base, alternate, button, text, disabled, hint, highlight, link, light, midlight, mid, dark, shadow;
 };
 
-constexpr Colors LightColors{0xFFF0F0F0, 0xFFFFFFFF, 0xFFF5F5F5, 0xFFF0F0F0, 0xFF1A1A1A, 0xFF9A9A9A, 0xFF6E6E6E,
+constexpr Colors LightColors{0xFFF0F0F0, 0xFFFFFFFF, 0xFFF5F5F5, 0xFFF0F0F0, 0xFF1A1A1A, 0xFF9A9A9A, 0xFF676767,
                              0xFF2C6FB7, 0xFF1F5FA8, 0xFFFFFFFF, 0xFFDADADA, 0xFFB8B8B8, 0xFF9F9F9F, 0xFF6A6A6A};
 constexpr Colors DarkColors{0xFF2D2D30, 0xFF1E1E20, 0xFF262629, 0xFF3A3A3D, 0xFFE6E6E6, 0xFF7C7C7F, 0xFF9C9CA0,
                             0xFF3D7EC6, 0xFF6FB1F5, 0xFF55555A, 0xFF46464A, 0xFF3F3F43, 0xFF19191B, 0xFF0F0F10};
@@ -55,9 +55,8 @@ void makeHintsVisible()
     color.setAlphaF(HintOpacity);
     if (palette.brush(QPalette::PlaceholderText) == QBrush(color))
         return;
-    QPalette hints;
-    hints.setColor(QPalette::PlaceholderText, color);
-    QApplication::setPalette(hints); // all others stay those of the desktop
+    palette.setColor(QPalette::PlaceholderText, color);
+    QApplication::setPalette(palette); // what was not set before goes on following the desktop
 }
 
 } // namespace

@@ -22,6 +22,7 @@ namespace {
     QT_TRANSLATE_NOOP("FieldLabels", "Color"),
     QT_TRANSLATE_NOOP("FieldLabels", "Diffuse color"),
     QT_TRANSLATE_NOOP("FieldLabels", "Diffuse texture"),
+    QT_TRANSLATE_NOOP("FieldLabels", "Environment"),
     QT_TRANSLATE_NOOP("FieldLabels", "Far"),
     QT_TRANSLATE_NOOP("FieldLabels", "Field of view"),
     QT_TRANSLATE_NOOP("FieldLabels", "From"),

@@ -7,6 +7,7 @@
 #include "AssetManager/ImportDialog.h"
 #include "AssetManager/ImportJob.h"
 #include "AssetManager/LibrarySide.h"
+#include "AssetManager/NodeTreeModel.h"
 #include "AssetManager/ScanProgress.h"
 #include "AssetManager/SceneActions.h"
 #include "AssetManager/SceneSide.h"
@@ -97,7 +98,7 @@ void MainWindow::makeLibraryDocks()
 void MainWindow::layOutDocks()
 {
     const auto dock = [this](const char *name) { return findChild<QDockWidget *>(QLatin1String(name)); };
-    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {250, 330}, Qt::Horizontal);
+    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {290, 350}, Qt::Horizontal);
     resizeDocks({dock("viewDock")}, {400}, Qt::Vertical);
     resizeDocks({dock("detailsDock"), dock("materialDock")}, {560, 300}, Qt::Vertical);
 }
@@ -241,7 +242,11 @@ void MainWindow::connectLibraries()
     });
     connect(&_libraries->scan(), &LibraryScan::started, this,
             [this] { _browser->setEmptyText(tr("Reading the libraries...")); });
-    connect(&_libraries->scan(), &LibraryScan::finished, this, [this] { _browser->setEmptyText({}); });
+    connect(&_libraries->scan(), &LibraryScan::finished, this, [this] {
+        _browser->setEmptyText({});
+        for (NodeTreeModel *tree : findChildren<NodeTreeModel *>())
+            tree->refreshAssetStates();
+    });
     connect(&actions, &LibraryActions::progressed, this, [this](int done, int total, const QString &what) {
         if (total > 1 && done < total)
             statusBar()->showMessage(tr("%1: %2 of %3").arg(what).arg(done).arg(total));

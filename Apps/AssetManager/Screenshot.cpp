@@ -5,6 +5,8 @@
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/MainWindow.h"
+#include "AssetManager/SceneSide.h"
+#include "AssetManager/SceneView.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSelectionManager.h"
 
@@ -17,6 +19,8 @@ namespace {
 
 constexpr int LookTime = 50;  // milliseconds between looks at whether something happens
 constexpr int CalmTime = 400; // milliseconds: what is shown follows what was read
+
+constexpr int Samples = 16; // for each pixel of the scene: more is hardly seen at this size
 
 const QString Tiles = QStringLiteral("tiles");
 const QString List = QStringLiteral("list");
@@ -45,6 +49,7 @@ QStringList Screenshot::views()
 Screenshot::Screenshot(MainWindow &window, Options options, int exitCode)
     : QObject(&window), _window(window), _options(std::move(options)), _exitCode(exitCode)
 {
+    _window.scene().view().setSampleLimit(Samples);
     _calm.start();
     connect(&_timer, &QTimer::timeout, this, &Screenshot::look);
     _timer.start(LookTime);
@@ -74,6 +79,7 @@ void Screenshot::prepare()
 {
     show();
     select();
+    _window.scene().view().frameAll();
     _isPrepared = true;
     _calm.restart();
 }

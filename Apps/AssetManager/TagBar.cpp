@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int MaxButtons = 10;
+constexpr int MaxButtons = 6; // more would keep the panels beside from being wide enough
 
 } // namespace
 
