@@ -79,7 +79,6 @@ DetailsPane::DetailsPane(const AssetModel &model, const AssetStates &states, con
     _newTag->setPlaceholderText(tr("Add a tag"));
     _newTag->setAccessibleName(tr("Add a tag"));
     auto *form = new QFormLayout(_form);
-    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     form->addRow(tr("&Name"), name);
     if (auto *label = qobject_cast<QLabel *>(form->labelForField(name)))
         label->setBuddy(_name);

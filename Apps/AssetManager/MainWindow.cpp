@@ -98,7 +98,7 @@ void MainWindow::makeLibraryDocks()
 void MainWindow::layOutDocks()
 {
     const auto dock = [this](const char *name) { return findChild<QDockWidget *>(QLatin1String(name)); };
-    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {290, 350}, Qt::Horizontal);
+    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {260, 310}, Qt::Horizontal);
     resizeDocks({dock("viewDock")}, {400}, Qt::Vertical);
     resizeDocks({dock("detailsDock"), dock("materialDock")}, {560, 300}, Qt::Vertical);
 }

@@ -18,12 +18,13 @@
 namespace {
 
 constexpr int LookTime = 50;  // milliseconds between looks at whether something happens
-constexpr int CalmTime = 400; // milliseconds: what is shown follows what was read
+constexpr int CalmLooks = 16; // in a row: what is shown follows what was read and what changed
 
 constexpr int Samples = 16; // for each pixel of the scene: more is hardly seen at this size
 
 const QString Tiles = QStringLiteral("tiles");
 const QString List = QStringLiteral("list");
+const QString View = QStringLiteral("view");
 
 QDockWidget *findPanel(const MainWindow &window, const QString &view)
 {
@@ -38,7 +39,7 @@ QStringList Screenshot::views()
             List,
             QStringLiteral("folders"),
             QStringLiteral("details"),
-            QStringLiteral("view"),
+            View,
             QStringLiteral("tree"),
             QStringLiteral("property"),
             QStringLiteral("material"),
@@ -49,8 +50,8 @@ QStringList Screenshot::views()
 Screenshot::Screenshot(MainWindow &window, Options options, int exitCode)
     : QObject(&window), _window(window), _options(std::move(options)), _exitCode(exitCode)
 {
-    _window.scene().view().setSampleLimit(Samples);
-    _calm.start();
+    const bool hasPicture = !findPanel(_window, _options.view) || _options.view == View;
+    _window.scene().view().setSampleLimit(hasPicture ? Samples : 1);
     connect(&_timer, &QTimer::timeout, this, &Screenshot::look);
     _timer.start(LookTime);
 }
@@ -59,9 +60,9 @@ Screenshot::~Screenshot() = default;
 
 void Screenshot::look()
 {
-    if (!_window.isIdle())
-        _calm.restart();
-    if (_calm.elapsed() < CalmTime)
+    // Looks are counted, not time: a time may pass while the window is too busy to begin anything.
+    _calmLooks = _window.isIdle() ? _calmLooks + 1 : 0;
+    if (_calmLooks < CalmLooks)
         return;
     if (!_isPrepared) {
         prepare();
@@ -81,7 +82,7 @@ void Screenshot::prepare()
     select();
     _window.scene().view().frameAll();
     _isPrepared = true;
-    _calm.restart();
+    _calmLooks = 0;
 }
 
 void Screenshot::show()

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 class MainWindow;
@@ -38,6 +38,6 @@ private:
     Options _options;
     int _exitCode;
     QTimer _timer;
-    QElapsedTimer _calm;
+    int _calmLooks = 0;
     bool _isPrepared = false;
 };
