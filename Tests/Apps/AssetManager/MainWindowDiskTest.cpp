@@ -5,9 +5,9 @@
 #include "AssetManager/FolderModel.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/Trash.h"
-#include "Host/SceneGraph/WithoutPrivileges.h"
-#include "Libs/Assets/FileSizeLimit.h"
+#include "FileSizeLimit.h"
 #include "WindowFixture.h"
+#include "WithoutPrivileges.h"
 
 #include <QDir>
 #include <QDirIterator>

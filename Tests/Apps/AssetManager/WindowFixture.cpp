@@ -94,7 +94,7 @@ QString WindowFixture::reported() const
 
 QString WindowFixture::takeReport()
 {
-    const QString text = reported();
+    QString text = reported();
     if (auto *box = window->findChild<QMessageBox *>(QStringLiteral("failures")))
         QTest::keyClick(box, Qt::Key_Escape);
     activate();
