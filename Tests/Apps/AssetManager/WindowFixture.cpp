@@ -164,7 +164,7 @@ std::unique_ptr<QMimeData> WindowFixture::dragged(const std::vector<std::string>
     return std::unique_ptr<QMimeData>(assets.mimeData(indexes));
 }
 
-bool WindowFixture::drop(QWidget &target, const QPoint &place, const QMimeData &data)
+bool WindowFixture::dropQuickly(QWidget &target, const QPoint &place, const QMimeData &data)
 {
     const Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction;
     QDragEnterEvent enter(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
@@ -181,9 +181,15 @@ bool WindowFixture::drop(QWidget &target, const QPoint &place, const QMimeData &
     QDropEvent dropped(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
     dropped.setDropAction(move.dropAction());
     QApplication::sendEvent(&target, &dropped);
+    return dropped.isAccepted();
+}
+
+bool WindowFixture::drop(QWidget &target, const QPoint &place, const QMimeData &data)
+{
+    const bool isTaken = dropQuickly(target, place, data);
     process();
     settle();
-    return dropped.isAccepted();
+    return isTaken;
 }
 
 bool WindowFixture::dropOnItem(QAbstractItemView &view, const QModelIndex &index, const QMimeData &data)

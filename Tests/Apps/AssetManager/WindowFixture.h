@@ -59,6 +59,8 @@ protected:
     std::unique_ptr<QMimeData> dragged(const std::vector<std::string> &uuids) const;
     /// Enters, moves and drops; whether the drop was taken.
     bool drop(QWidget &target, const QPoint &place, const QMimeData &data);
+    /// The same, and goes on at once.
+    static bool dropQuickly(QWidget &target, const QPoint &place, const QMimeData &data);
     bool dropOnItem(QAbstractItemView &view, const QModelIndex &index, const QMimeData &data);
     bool dropOnFolder(const QString &directory, const QMimeData &data);
 
