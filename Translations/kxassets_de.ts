@@ -611,11 +611,11 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
     <message>
         <source>&amp;Models become</source>
-        <translation>Aus &amp;Modellen wird</translation>
+        <translation>&amp;Modelle importieren als</translation>
     </message>
     <message>
         <source>&amp;Pictures become</source>
-        <translation>Aus &amp;Bildern werden</translation>
+        <translation>&amp;Bilder importieren als</translation>
     </message>
 </context>
 <context>
