@@ -273,6 +273,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>Remove from the Scene</source>
         <translation>Aus der Szene entfernen</translation>
     </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
 </context>
 <context>
     <name>EnvironmentStep</name>
@@ -772,6 +776,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>The folder &quot;%1&quot; may not be read by you.</source>
         <translation>Für den Ordner „%1“ fehlt die Leseberechtigung.</translation>
     </message>
+    <message>
+        <source>The asset in &quot;%1&quot; cannot be read: its description is damaged.</source>
+        <translation>Das Asset in „%1“ ist nicht lesbar: Seine Beschreibung ist beschädigt.</translation>
+    </message>
 </context>
 <context>
     <name>LibrarySide</name>
@@ -1019,6 +1027,10 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
         <source>Selects the objects that have the selected materials</source>
         <translation>Wählt die Objekte aus, die die ausgewählten Materialien tragen</translation>
     </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
 </context>
 <context>
     <name>NameStep</name>
@@ -1170,6 +1182,13 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
     <message>
         <source>%1 objects</source>
         <translation>%1 Objekte</translation>
+    </message>
+</context>
+<context>
+    <name>PythonInterpreter</name>
+    <message>
+        <source>Python cannot be started: %1</source>
+        <translation>Python lässt sich nicht starten: %1</translation>
     </message>
 </context>
 <context>
@@ -1473,6 +1492,86 @@ Das lässt sich nicht rückgängig machen.</numerusform>
     <message>
         <source>Drag a geometry asset here to put it into the scene.</source>
         <translation>Ein Geometrie-Asset hierher ziehen, um es in die Szene zu stellen.</translation>
+    </message>
+</context>
+<context>
+    <name>SceneView</name>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptConsole</name>
+    <message>
+        <source>What Python printed</source>
+        <translation>Ausgabe von Python</translation>
+    </message>
+    <message>
+        <source>Python statements</source>
+        <translation>Python-Anweisungen</translation>
+    </message>
+    <message>
+        <source>import kx</source>
+        <translation>import kx</translation>
+    </message>
+    <message>
+        <source>&amp;Run file...</source>
+        <translation>Datei &amp;ausführen …</translation>
+    </message>
+    <message>
+        <source>Runs a Python file in the scene that is open</source>
+        <translation>Führt eine Python-Datei in der offenen Szene aus</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Anhalten</translation>
+    </message>
+    <message>
+        <source>Ends the running script; press again if it does not give in</source>
+        <translation>Beendet das laufende Skript; nochmals drücken, wenn es nicht nachgibt</translation>
+    </message>
+    <message>
+        <source>&amp;Clear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Empties what was printed</source>
+        <translation>Leert die Ausgabe</translation>
+    </message>
+    <message>
+        <source>Run a script</source>
+        <translation>Skript ausführen</translation>
+    </message>
+    <message>
+        <source>Python scripts (*.py)</source>
+        <translation>Python-Skripte (*.py)</translation>
+    </message>
+    <message>
+        <source>Running %1</source>
+        <translation>%1 läuft</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptRunner</name>
+    <message>
+        <source>Another script is running.</source>
+        <translation>Ein anderes Skript läuft.</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptSide</name>
+    <message>
+        <source>Python</source>
+        <translation>Python</translation>
+    </message>
+    <message>
+        <source>&amp;Run Python file...</source>
+        <translation>Python-Datei &amp;ausführen …</translation>
+    </message>
+    <message>
+        <source>Python (this build comes without it)</source>
+        <translation>Python (in dieser Fassung nicht enthalten)</translation>
     </message>
 </context>
 <context>
@@ -1876,6 +1975,14 @@ Ordner zusammenführen?</translation>
     <message>
         <source>For the picture: the name of an asset to select.</source>
         <translation>Für das Bild: Name eines Assets, das ausgewählt wird.</translation>
+    </message>
+    <message>
+        <source>Run a Python file once the libraries are read, and end with its exit code. What follows -- is in its sys.argv.</source>
+        <translation>Nach dem Lesen der Bibliotheken eine Python-Datei ausführen und mit ihrem Exit-Code enden. Was auf -- folgt, steht in ihrem sys.argv.</translation>
+    </message>
+    <message>
+        <source>Stay when the script has ended.</source>
+        <translation>Nach dem Ende des Skripts geöffnet bleiben.</translation>
     </message>
 </context>
 </TS>
