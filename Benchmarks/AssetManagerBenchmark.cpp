@@ -20,8 +20,6 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <vector>
@@ -75,7 +73,8 @@ public:
     double worstOf(double share)
     {
         std::sort(_pauses.begin(), _pauses.end());
-        return _pauses.empty() ? 0.0 : _pauses[static_cast<std::size_t>(share * static_cast<double>(_pauses.size() - 1))];
+        return _pauses.empty() ? 0.0
+                               : _pauses[static_cast<std::size_t>(share * static_cast<double>(_pauses.size() - 1))];
     }
 
 private:
@@ -205,8 +204,5 @@ int main(int argc, char **argv)
     }
     measureScrolling(program.window);
     measureTyping(program.window);
-    const struct mallinfo2 heap = mallinfo2();
-    std::fprintf(stderr, "heap: %.0f MB used, %.0f MB free in it, %.0f MB mapped\n", static_cast<double>(heap.uordblks) / 1e6,
-                 static_cast<double>(heap.fordblks) / 1e6, static_cast<double>(heap.hblkhd) / 1e6);
     kxbench::report("memory with 100,000 assets", "-", 500.0, 300.0, residentMemory(), kxbench::Better::Less, "MB");
 }

@@ -26,7 +26,7 @@
 
 namespace {
 
-constexpr int MaxTags = 60; // more are found by typing
+constexpr int MaxTags = 60;   // more are found by typing
 constexpr int TagDelay = 250; // milliseconds: counting is not for every letter that is typed
 
 QToolButton *makeToggle(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
@@ -110,12 +110,10 @@ void AssetBrowser::makeControls()
 
     _favourites = makeToggle(QStringLiteral("★"), tr("Show favourites only"), "favourites", this);
     _recent = makeToggle(QStringLiteral("◷"), tr("Show recently used assets only"), "recent", this);
-    connect(_favourites, &QToolButton::toggled, this, [this](bool isOn) {
-        setSpecial(isOn ? AssetFilter::Special::Favourites : AssetFilter::Special::None);
-    });
-    connect(_recent, &QToolButton::toggled, this, [this](bool isOn) {
-        setSpecial(isOn ? AssetFilter::Special::Recent : AssetFilter::Special::None);
-    });
+    connect(_favourites, &QToolButton::toggled, this,
+            [this](bool isOn) { setSpecial(isOn ? AssetFilter::Special::Favourites : AssetFilter::Special::None); });
+    connect(_recent, &QToolButton::toggled, this,
+            [this](bool isOn) { setSpecial(isOn ? AssetFilter::Special::Recent : AssetFilter::Special::None); });
 
     _size = new QSlider(Qt::Horizontal, this);
     _size->setObjectName(QStringLiteral("tileSize"));
@@ -146,15 +144,14 @@ void AssetBrowser::makeViews()
     _selection = new QItemSelectionModel(&_model, this);
     connect(_selection, &QItemSelectionModel::selectionChanged, this, &AssetBrowser::selectionChanged);
     // A view draws its tiles only when it is told that what shall be seen is another part.
-    for (QAbstractItemView *shown : {static_cast<QAbstractItemView *>(_grid), static_cast<QAbstractItemView *>(_table)}) {
+    for (QAbstractItemView *shown :
+         {static_cast<QAbstractItemView *>(_grid), static_cast<QAbstractItemView *>(_table)}) {
         connect(shown->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { _wantedTimer.start(); });
-        connect(shown, &QAbstractItemView::activated, this, [this](const QModelIndex &index) {
-            emit activated(index.data(AssetModel::UuidRole).toString());
-        });
+        connect(shown, &QAbstractItemView::activated, this,
+                [this](const QModelIndex &index) { emit activated(index.data(AssetModel::UuidRole).toString()); });
         shown->setContextMenuPolicy(Qt::CustomContextMenu);
-        connect(shown, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
-            emit menuRequested(view().viewport()->mapToGlobal(position));
-        });
+        connect(shown, &QWidget::customContextMenuRequested, this,
+                [this](const QPoint &position) { emit menuRequested(view().viewport()->mapToGlobal(position)); });
         shown->viewport()->installEventFilter(this);
     }
     connect(_grid, &AssetGrid::tileSizeChanged, this, [this](int size) {

@@ -33,7 +33,8 @@ QPixmap AssetDrag::picture(const QStringList &uuids, const PreviewCache &preview
         painter.setOpacity(0.9);
         painter.fillRect(place, QApplication::palette().base());
         if (!preview.isNull())
-            painter.drawPixmap(place, preview.scaled(Edge, Edge, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation),
+            painter.drawPixmap(place,
+                               preview.scaled(Edge, Edge, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation),
                                QRect(0, 0, Edge, Edge));
         painter.setOpacity(1.0);
         painter.setPen(QApplication::palette().color(QPalette::Mid));

@@ -21,7 +21,8 @@ struct AssetModel::Known : AssetEntry
     QCollatorSortKey key; ///< of the name
 };
 
-AssetModel::AssetModel(const AssetStates *states, QObject *parent) : QAbstractTableModel(parent), _states(states), _collator(NaturalOrder::collator())
+AssetModel::AssetModel(const AssetStates *states, QObject *parent)
+    : QAbstractTableModel(parent), _states(states), _collator(NaturalOrder::collator())
 {
     if (states)
         connect(states, &AssetStates::changed, this, [this] {
@@ -278,16 +279,26 @@ QVariant AssetModel::data(const QModelIndex &index, int role) const
         return {};
     const AssetEntry &shown = entry(index.row());
     switch (role) {
-    case UuidRole: return QString::fromStdString(shown.uuid);
-    case CategoryRole: return static_cast<int>(shown.category);
-    case DirectoryRole: return shown.directory;
-    case FavouriteRole: return shown.isFavourite;
-    case StateRole: return _states ? static_cast<int>(_states->stateOf(shown.uuid)) : 0;
-    case Qt::ToolTipRole: return toolTip(shown);
-    case Qt::AccessibleTextRole: return QString(shown.name + ", " + shown.type);
-    case Qt::EditRole: return shown.name;
-    case Qt::DisplayRole: break;
-    default: return {};
+    case UuidRole:
+        return QString::fromStdString(shown.uuid);
+    case CategoryRole:
+        return static_cast<int>(shown.category);
+    case DirectoryRole:
+        return shown.directory;
+    case FavouriteRole:
+        return shown.isFavourite;
+    case StateRole:
+        return _states ? static_cast<int>(_states->stateOf(shown.uuid)) : 0;
+    case Qt::ToolTipRole:
+        return toolTip(shown);
+    case Qt::AccessibleTextRole:
+        return QString(shown.name + ", " + shown.type);
+    case Qt::EditRole:
+        return shown.name;
+    case Qt::DisplayRole:
+        break;
+    default:
+        return {};
     }
     kxAssetItem *item = kxAssetItemFactory::the().findItem(shown.uuid);
     return item ? item->data(index.column(), role) : QVariant();

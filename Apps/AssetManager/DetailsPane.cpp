@@ -149,9 +149,8 @@ void DetailsPane::refresh()
     };
     const QString several = tr("(different)");
     _type->setText(has([](const AssetEntry &one) { return one.type; }) ? entry.type : several);
-    _location->setText(has([](const AssetEntry &one) { return one.folder; })
-                           ? QDir::toNativeSeparators(entry.folder)
-                           : several);
+    _location->setText(has([](const AssetEntry &one) { return one.folder; }) ? QDir::toNativeSeparators(entry.folder)
+                                                                             : several);
     _modified->setText(isOne ? QLocale().toString(QDateTime::fromMSecsSinceEpoch(entry.modified), QLocale::LongFormat)
                              : QString());
     _uuid->setText(isOne ? QString::fromStdString(entry.uuid) : QString());

@@ -43,11 +43,16 @@ std::vector<std::uint32_t> idsOf(const QMimeData &data, const QString &type)
 QString DragData::mimeTypeOf(kxAssetCategoryType category)
 {
     switch (category) {
-    case Material: return QStringLiteral("application/sarn-material-asset");
-    case Environment: return QStringLiteral("application/sarn-environment-asset");
-    case Geometry: return QStringLiteral("application/sarn-geometry-asset");
-    case Sceneplate: return QStringLiteral("application/sarn-sceneplate-asset");
-    case Undefined: break;
+    case Material:
+        return QStringLiteral("application/sarn-material-asset");
+    case Environment:
+        return QStringLiteral("application/sarn-environment-asset");
+    case Geometry:
+        return QStringLiteral("application/sarn-geometry-asset");
+    case Sceneplate:
+        return QStringLiteral("application/sarn-sceneplate-asset");
+    case Undefined:
+        break;
     }
     return {};
 }

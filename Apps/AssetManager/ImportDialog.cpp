@@ -21,8 +21,8 @@ ImportDialog::ImportDialog(const QStringList &files, const QString &folder, QWid
     setWindowTitle(tr("Import"));
     const auto isModel = [](const QString &file) { return kxForeignFormats::isSceneFile(file.toStdString()); };
     const auto isPicture = [](const QString &file) { return kxForeignFormats::isImageFile(file.toStdString()); };
-    auto *what = new QLabel(tr("Import %n file(s) into \"%1\".", nullptr, files.size()).arg(QFileInfo(folder).fileName()),
-                            this);
+    auto *what =
+        new QLabel(tr("Import %n file(s) into \"%1\".", nullptr, files.size()).arg(QFileInfo(folder).fileName()), this);
     _models = new QComboBox(this);
     _models->setObjectName(QStringLiteral("models"));
     _models->addItem(tr("A geometry asset of each model"), static_cast<int>(ImportOptions::Models::Geometry));
@@ -58,8 +58,8 @@ ImportOptions ImportDialog::options() const
 QStringList ImportDialog::importable(const QStringList &files, QStringList &others)
 {
     const auto isImportable = [](const QString &file) {
-        return kxForeignFormats::isSceneFile(file.toStdString()) ||
-               kxForeignFormats::isImageFile(file.toStdString()) || kxMaterialDescription::isDescription(file);
+        return kxForeignFormats::isSceneFile(file.toStdString()) || kxForeignFormats::isImageFile(file.toStdString()) ||
+               kxMaterialDescription::isDescription(file);
     };
     QStringList found;
     for (const QString &file : files) {

@@ -25,9 +25,12 @@ template <class Result> void add(const Result &result, ImportJob::Outcome &outco
 kxPictureImport::Kind kindOf(ImportOptions::Pictures pictures)
 {
     switch (pictures) {
-    case ImportOptions::Pictures::Frontplate: return kxPictureImport::Kind::Frontplate;
-    case ImportOptions::Pictures::Backplate: return kxPictureImport::Kind::Backplate;
-    case ImportOptions::Pictures::Environment: break;
+    case ImportOptions::Pictures::Frontplate:
+        return kxPictureImport::Kind::Frontplate;
+    case ImportOptions::Pictures::Backplate:
+        return kxPictureImport::Kind::Backplate;
+    case ImportOptions::Pictures::Environment:
+        break;
     }
     return kxPictureImport::Kind::Environment;
 }
@@ -47,10 +50,8 @@ ImportJob::Outcome ImportJob::run(const QStringList &files, QWidget *window)
     Outcome outcome;
     for (int i = 0; i < files.size(); ++i) {
         progress.setValue(i);
-        progress.setLabelText(tr("Importing \"%1\" (%2 of %3)")
-                                  .arg(QFileInfo(files[i]).fileName())
-                                  .arg(i + 1)
-                                  .arg(files.size()));
+        progress.setLabelText(
+            tr("Importing \"%1\" (%2 of %3)").arg(QFileInfo(files[i]).fileName()).arg(i + 1).arg(files.size()));
         QCoreApplication::processEvents();
         if (progress.wasCanceled())
             break;

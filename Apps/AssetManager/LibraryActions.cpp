@@ -166,8 +166,7 @@ QString LibraryActions::createFolder(const QString &parent)
     return path;
 }
 
-std::vector<std::pair<QString, std::vector<std::string>>>
-LibraryActions::directoriesOf(const QStringList &uuids) const
+std::vector<std::pair<QString, std::vector<std::string>>> LibraryActions::directoriesOf(const QStringList &uuids) const
 {
     std::vector<std::pair<QString, std::vector<std::string>>> directories;
     std::set<QString> known;
@@ -198,8 +197,7 @@ void LibraryActions::moveInto(const QString &folder, const QString &directory, c
     if (!manager || manager->containsItems(target, Undefined))
         batch.failures.append(tr("\"%1\" is no folder for assets.").arg(nameOf(folder)));
     else
-        perform(batch,
-                {directory, folder + '/' + manager->getUniqueDirectoryName(target, nameOf(directory)), uuids});
+        perform(batch, {directory, folder + '/' + manager->getUniqueDirectoryName(target, nameOf(directory)), uuids});
 }
 
 void LibraryActions::moveAssets(const QStringList &uuids, const QString &folder)
@@ -241,8 +239,7 @@ void LibraryActions::trash(const QString &directory, const std::vector<std::stri
 {
     const QString place = Trash(_folders.libraryOf(directory)).makePlaceFor(directory);
     if (place.isEmpty())
-        batch.failures.append(
-            tr("\"%1\" could not be deleted. May the library be written?").arg(nameOf(directory)));
+        batch.failures.append(tr("\"%1\" could not be deleted. May the library be written?").arg(nameOf(directory)));
     else
         perform(batch, {directory, place, uuids});
 }

@@ -51,10 +51,7 @@ void MoveCommand::redo()
 }
 
 RenameCommand::RenameCommand(LibraryActions &actions, const QString &uuid, const QString &former, const QString &name)
-    : QUndoCommand(LibraryActions::tr("Rename of \"%1\"").arg(former)),
-      _actions(actions),
-      _uuid(uuid),
-      _former(former),
+    : QUndoCommand(LibraryActions::tr("Rename of \"%1\"").arg(former)), _actions(actions), _uuid(uuid), _former(former),
       _name(name)
 {}
 
@@ -74,8 +71,7 @@ void RenameCommand::redo()
 
 RetagCommand::RetagCommand(LibraryActions &actions, std::vector<Change> changes)
     : QUndoCommand(LibraryActions::tr("Tags of %n asset(s)", nullptr, static_cast<int>(changes.size()))),
-      _actions(actions),
-      _changes(std::move(changes))
+      _actions(actions), _changes(std::move(changes))
 {}
 
 void RetagCommand::apply(QStringList Change::*tags)

@@ -120,11 +120,10 @@ void MainWindow::makeFileMenu()
     _scene->addFileActions(*menu);
     menu->addSeparator();
     menu->addAction(tr("Add &library..."), this, &MainWindow::addLibrary, QStringLiteral("Ctrl+L"));
-    menu->addAction(tr("&Import files..."), this, &MainWindow::chooseFilesToImport,
-                    QStringLiteral("Ctrl+I"));
-    menu->addAction(tr("&New folder"), this, &MainWindow::createFolder,
-                    QStringLiteral("Ctrl+Shift+N"));
-    menu->addAction(tr("&Read libraries again"), this, [this] { _libraries->refresh(); }, QKeySequence::Refresh);
+    menu->addAction(tr("&Import files..."), this, &MainWindow::chooseFilesToImport, QStringLiteral("Ctrl+I"));
+    menu->addAction(tr("&New folder"), this, &MainWindow::createFolder, QStringLiteral("Ctrl+Shift+N"));
+    menu->addAction(
+        tr("&Read libraries again"), this, [this] { _libraries->refresh(); }, QKeySequence::Refresh);
     menu->addAction(tr("&Deleted assets..."), this, &MainWindow::showTrash);
     menu->addSeparator();
     menu->addAction(tr("&Quit"), this, &QWidget::close, QStringLiteral("Ctrl+Q"));
@@ -175,14 +174,15 @@ void MainWindow::makeViewMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&View"));
     menu->setObjectName(QStringLiteral("viewMenu"));
-    menu->addAction(tr("&Tiles"), this, [this] { _browser->setLook(AssetBrowser::Look::Tiles); },
-                    QStringLiteral("Ctrl+1"));
-    menu->addAction(tr("&List"), this, [this] { _browser->setLook(AssetBrowser::Look::Lines); },
-                    QStringLiteral("Ctrl+2"));
-    menu->addAction(tr("&Larger tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() + 32); },
-                    QKeySequence::ZoomIn);
-    menu->addAction(tr("&Smaller tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() - 32); },
-                    QKeySequence::ZoomOut);
+    menu->addAction(
+        tr("&Tiles"), this, [this] { _browser->setLook(AssetBrowser::Look::Tiles); }, QStringLiteral("Ctrl+1"));
+    menu->addAction(
+        tr("&List"), this, [this] { _browser->setLook(AssetBrowser::Look::Lines); }, QStringLiteral("Ctrl+2"));
+    menu->addAction(
+        tr("&Larger tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() + 32); }, QKeySequence::ZoomIn);
+    menu->addAction(
+        tr("&Smaller tiles"), this, [this] { _browser->setTileSize(_browser->tileSize() - 32); },
+        QKeySequence::ZoomOut);
     menu->addSeparator();
     _scene->addActions(*menu);
     menu->addSeparator();
@@ -237,9 +237,8 @@ void MainWindow::connectLibraries()
     connect(&_scene->actions(), &SceneActions::assetsLoaded, _libraries.get(), &LibrarySide::markUsed);
     connect(_browser, &AssetBrowser::activated, this, [this](const QString &uuid) { _scene->load({uuid}); });
     connect(_libraries.get(), &LibrarySide::assetsChanged, _details, &DetailsPane::refresh);
-    connect(_libraries.get(), &LibrarySide::librariesChanged, this, [](const QStringList &paths) {
-        Settings::setLibraries(paths);
-    });
+    connect(_libraries.get(), &LibrarySide::librariesChanged, this,
+            [](const QStringList &paths) { Settings::setLibraries(paths); });
     connect(&_libraries->scan(), &LibraryScan::started, this,
             [this] { _browser->setEmptyText(tr("Reading the libraries...")); });
     connect(&_libraries->scan(), &LibraryScan::finished, this, [this] {
@@ -464,8 +463,7 @@ void MainWindow::showFolderMenu(const QPoint &position)
     menu.addAction(tr("&New folder"), this, &MainWindow::createFolder);
     if (isFolder) {
         menu.addAction(tr("Re&name"), _folders, &FolderTree::editName);
-        menu.addAction(tr("&Delete"), this,
-                       [this] { _libraries->actions().trashFolder(_folders->folder()); });
+        menu.addAction(tr("&Delete"), this, [this] { _libraries->actions().trashFolder(_folders->folder()); });
     }
     menu.addSeparator();
     menu.addAction(tr("&Import files..."), this, &MainWindow::chooseFilesToImport);

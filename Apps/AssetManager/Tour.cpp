@@ -102,8 +102,8 @@ void Tour::show(int station)
     int x = isLeft ? part.left() - Gap - CardWidth : part.right() + Gap;
     if (x < 0 || x + CardWidth > width())
         x = part.center().x() - CardWidth / 2;
-    const int y = std::clamp(part.center().y() - _card->height() / 2, Gap,
-                             std::max(Gap, height() - _card->height() - Gap));
+    const int y =
+        std::clamp(part.center().y() - _card->height() / 2, Gap, std::max(Gap, height() - _card->height() - Gap));
     _card->move(std::clamp(x, Gap, std::max(Gap, width() - CardWidth - Gap)), y);
     _next->setFocus();
     update();

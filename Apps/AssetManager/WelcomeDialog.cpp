@@ -18,8 +18,8 @@ WelcomeDialog::WelcomeDialog(const QString &sampleLibrary, QWidget *parent) : QD
                                "you choose, and brings them into scenes."),
                             this);
     text->setWordWrap(true);
-    auto *sample = new QCommandLinkButton(tr("Open the sample library"),
-                                          tr("A few dozen designed materials and some models to try things with."), this);
+    auto *sample = new QCommandLinkButton(
+        tr("Open the sample library"), tr("A few dozen designed materials and some models to try things with."), this);
     sample->setObjectName(QStringLiteral("sample"));
     sample->setVisible(!sampleLibrary.isEmpty());
     auto *own = new QCommandLinkButton(tr("Choose a folder of your own"),

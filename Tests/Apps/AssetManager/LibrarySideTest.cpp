@@ -177,8 +177,9 @@ TEST_F(LibrarySideTest, ReadsOnlyWhatChangedWhenItLooksAgain)
     QFile changed(directoryOf(oak) + "/later.txt");
     ASSERT_TRUE(changed.open(QIODevice::WriteOnly));
     std::vector<std::string> read;
-    QObject::connect(&side.scan(), &LibraryScan::assetsChanged,
-                     [&](const std::vector<std::string> &uuids) { read.insert(read.end(), uuids.begin(), uuids.end()); });
+    QObject::connect(&side.scan(), &LibraryScan::assetsChanged, [&](const std::vector<std::string> &uuids) {
+        read.insert(read.end(), uuids.begin(), uuids.end());
+    });
 
     side.refresh();
     finishScan();

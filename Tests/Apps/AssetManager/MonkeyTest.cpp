@@ -260,7 +260,9 @@ private:
     {
         const char *const views[] = {"assetGrid", "folderTree", "sceneTree", "materialList"};
         auto &view = widget<QAbstractItemView>(oneOf(views));
-        const QModelIndex index = view.model()->index(below(std::max(1, view.model()->rowCount())), 0);
+        // The grid has no model while the assets are shown as a list.
+        const QAbstractItemModel *model = view.model();
+        const QModelIndex index = model ? model->index(below(std::max(1, model->rowCount())), 0) : QModelIndex();
         place = index.isValid() ? view.visualRect(index).center() : view.viewport()->rect().center();
         return view.viewport();
     }
@@ -361,7 +363,9 @@ private:
     {
         const char *const views[] = {"assetGrid", "folderTree", "sceneTree", "materialList", "plateTree"};
         auto &view = widget<QAbstractItemView>(oneOf(views));
-        QAbstractItemModel &model = *view.model();
+        if (!view.model())
+            return nullptr;
+        const QAbstractItemModel &model = *view.model();
         QModelIndex index = model.index(below(std::max(1, model.rowCount())), 0);
         while (index.isValid() && model.rowCount(index) > 0 && below(2))
             index = model.index(below(model.rowCount(index)), 0, index);
