@@ -73,10 +73,10 @@ std::vector<std::pair<QString, int>> AssetModel::tagCounts(int most) const
     return sorted;
 }
 
-/// One text for all assets in a folder.
-QString AssetModel::sharedFolder(const QString &path)
+/// The same text for all assets that have it: folders and types are few.
+QString AssetModel::shared(const QString &text)
 {
-    return *_folders.insert(path);
+    return *_sharedTexts.insert(text);
 }
 
 /// Brings what is known of the asset up to date; it is in \a changed when it is still there.
@@ -90,10 +90,10 @@ void AssetModel::read(const std::string &uuid, std::vector<Known *> &changed)
     known->uuid = uuid;
     known->category = item->category();
     known->name = name;
-    known->type = item->data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole).toString();
+    known->type = shared(item->data(kxAssetCategory::getTypeColumn(), Qt::DisplayRole).toString());
     known->tags = kxAssetLibrary::tagsOf(*item);
     known->directory = item->directoryUrl().toLocalFile();
-    known->folder = sharedFolder(QFileInfo(known->directory).path());
+    known->folder = shared(QFileInfo(known->directory).path());
     known->modified = item->lastModified().toMSecsSinceEpoch();
     const QString id = QString::fromStdString(uuid);
     known->isFavourite = _favourites.contains(id);

@@ -73,7 +73,7 @@ private:
     struct Known;
     using Order = std::function<bool(const Known *, const Known *)>;
 
-    QString sharedFolder(const QString &path);
+    QString shared(const QString &text);
     void read(const std::string &uuid, std::vector<Known *> &changed);
     void takeOut(const std::vector<Known *> &entries);
     void mergeIn(std::vector<Known *> &entries);
@@ -88,7 +88,7 @@ private:
     std::unordered_map<std::string, std::unique_ptr<Known>> _entries;
     std::vector<Known *> _sorted; ///< all, in order
     std::vector<const AssetEntry *> _rows;
-    QSet<QString> _folders;
+    QSet<QString> _sharedTexts;
     QStringList _favourites;
     QStringList _recent;
     int _sortColumn = 0;

@@ -38,7 +38,8 @@ int rowFor(const QStandardItem &parent, const QString &name)
 
 } // namespace
 
-FolderModel::FolderModel(QObject *parent) : QStandardItemModel(parent)
+FolderModel::FolderModel(QObject *parent)
+    : QStandardItemModel(parent), _folderIcon(QApplication::style()->standardIcon(QStyle::SP_DirIcon))
 {
     QStandardItem *all = makeItem({}, tr("All libraries"));
     all->setEditable(false);
@@ -48,9 +49,9 @@ FolderModel::FolderModel(QObject *parent) : QStandardItemModel(parent)
     appendRow(all);
 }
 
-QStandardItem *FolderModel::makeItem(const QString &path, const QString &name)
+QStandardItem *FolderModel::makeItem(const QString &path, const QString &name) const
 {
-    auto *item = new QStandardItem(QApplication::style()->standardIcon(QStyle::SP_DirIcon), name);
+    auto *item = new QStandardItem(_folderIcon, name);
     item->setData(path, PathRole);
     item->setToolTip(QDir::toNativeSeparators(path));
     return item;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QIcon>
 #include <QStandardItemModel>
 
 #include <cstdint>
@@ -51,6 +52,9 @@ Q_SIGNALS:
     void filesDropped(const QStringList &files, const QString &folder);
 
 private:
-    static QStandardItem *makeItem(const QString &path, const QString &name);
+    QStandardItem *makeItem(const QString &path, const QString &name) const;
     QStandardItem *itemOf(const QString &path) const;
+
+    /// One for all: each that a style hands out has pixmaps of its own.
+    const QIcon _folderIcon;
 };

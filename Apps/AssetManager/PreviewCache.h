@@ -25,7 +25,7 @@ public:
     };
 
     /// \a capacity is in kilobytes of pixels.
-    explicit PreviewCache(int capacity = 96 * 1024, QObject *parent = nullptr);
+    explicit PreviewCache(int capacity = 64 * 1024, QObject *parent = nullptr);
     /// Waits for what is being loaded.
     ~PreviewCache() override;
 

@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QXmlDefaultHandler>
 
+#include <algorithm>
+
 namespace kxAssetsInternal {
 
 namespace {
@@ -86,7 +88,9 @@ bool isObviouslySmall(const QByteArray &content)
 
 bool readMetadata(QFile &file, QDomDocument &document, QString &message, int &line, int &column)
 {
-    const QByteArray content = file.read(MaxBytes + 1);
+    // No more than it says to have is made room for; what says to have nothing, such as a pipe, may have anything.
+    const qint64 size = file.size();
+    const QByteArray content = file.read((size > 0 ? std::min(size, MaxBytes) : MaxBytes) + 1);
     if (content.size() > MaxBytes)
         message = QStringLiteral("the file is too big");
     else if (!isObviouslySmall(content))
