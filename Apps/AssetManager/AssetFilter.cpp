@@ -17,8 +17,8 @@ bool AssetFilter::Word::occursIn(const AssetEntry &entry) const
         return true;
     for (auto number = static_cast<int>(_isInTag.size()); number < AssetTags::numberCount(); ++number)
         _isInTag.push_back(folded(AssetTags::nameOf(number)).find(_text) != std::string::npos);
-    const std::vector<int> &tags = entry.tags.numbers();
-    return std::any_of(tags.begin(), tags.end(),
+    const std::vector<int> &numbers = entry.tags.numbers();
+    return std::any_of(numbers.begin(), numbers.end(),
                        [this](int number) { return _isInTag[static_cast<std::size_t>(number)]; });
 }
 
