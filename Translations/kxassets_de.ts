@@ -563,6 +563,21 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
 </context>
 <context>
+    <name>FolderDialog</name>
+    <message>
+        <source>Move to folder</source>
+        <translation>In Ordner verschieben</translation>
+    </message>
+    <message>
+        <source>Libraries and folders</source>
+        <translation>Bibliotheken und Ordner</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Verschieben</translation>
+    </message>
+</context>
+<context>
     <name>FolderModel</name>
     <message>
         <source>All libraries</source>
@@ -764,6 +779,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
             <numerusform>Tags von %n Asset</numerusform>
             <numerusform>Tags von %n Assets</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>
@@ -996,6 +1015,18 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
             <numerusform>, %n ausgewählt</numerusform>
             <numerusform>, %n ausgewählt</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>&amp;Move to folder...</source>
+        <translation>In Ordner &amp;verschieben …</translation>
+    </message>
+    <message>
+        <source>Save selected &amp;objects as assets</source>
+        <translation>Gewählte &amp;Objekte als Assets sichern</translation>
+    </message>
+    <message>
+        <source>Save selected ma&amp;terials as assets</source>
+        <translation>Gewählte Ma&amp;terialien als Assets sichern</translation>
     </message>
 </context>
 <context>

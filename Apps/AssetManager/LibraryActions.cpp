@@ -16,8 +16,10 @@
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/NameAttachment.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QProgressDialog>
 #include <QUndoStack>
 #include <QUrl>
 
@@ -321,17 +323,22 @@ QString LibraryActions::retag(const QString &uuid, const QStringList &tags)
     return done ? QString() : tr("The tags of \"%1\" could not be changed.").arg(name);
 }
 
-void LibraryActions::renderPreviews(const QStringList &uuids)
+void LibraryActions::renderPreviews(const QStringList &uuids, QWidget *window)
 {
+    QProgressDialog progress(tr("Rendering previews"), tr("Cancel"), 0, uuids.size(), window);
+    progress.setObjectName(QStringLiteral("previewProgress"));
+    progress.setWindowModality(Qt::WindowModal);
     QStringList failures;
-    for (int i = 0; i < uuids.size(); ++i) {
-        emit progressed(i, uuids.size(), tr("Rendering previews"));
+    for (int i = 0; i < uuids.size() && !progress.wasCanceled(); ++i) {
+        progress.setValue(i);
+        QCoreApplication::processEvents();
+        kxAssetItem *item = itemOf(uuids[i]);
+        const QString name = item ? QString::fromStdString(item->name()) : uuids[i];
         if (!kxAssetOperations::renderPreview(uuids[i].toStdString()))
-            failures.append(tr("No new preview could be made of \"%1\".")
-                                .arg(itemOf(uuids[i]) ? QString::fromStdString(itemOf(uuids[i])->name()) : uuids[i]));
+            failures.append(tr("No new preview could be made of \"%1\".").arg(name));
         emit assetsChanged({uuids[i].toStdString()});
     }
-    emit progressed(uuids.size(), uuids.size(), tr("Rendering previews"));
+    progress.reset();
     report(failures);
 }
 

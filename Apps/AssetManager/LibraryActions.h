@@ -14,6 +14,7 @@
 class AssetModel;
 class FolderModel;
 class QUndoStack;
+class QWidget;
 
 /// What a person does to libraries. Everything but emptying the trash can be undone. Main thread only.
 ///
@@ -38,7 +39,8 @@ public:
     void trashFolder(const QString &path);
     void restore(const QString &trashed, const QString &origin);
     void editTags(const QStringList &uuids, const QStringList &added, const QStringList &removed);
-    void renderPreviews(const QStringList &uuids);
+    /// With progress and a way to stop above the window.
+    void renderPreviews(const QStringList &uuids, QWidget *window);
 
     void saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder);
     void saveMaterials(const std::vector<std::uint32_t> &ids, const QString &folder);

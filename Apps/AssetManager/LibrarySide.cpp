@@ -2,6 +2,7 @@
 #include "AssetManager/LibrarySide.h"
 
 #include "AssetManager/Settings.h"
+#include "AssetManager/Trash.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 
@@ -35,7 +36,8 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     connect(&_actions, &LibraryActions::assetsChanged, this, &LibrarySide::refreshAssets);
     connect(&_actions, &LibraryActions::foldersChanged, this, [this](const QStringList &paths) {
         for (const QString &path : paths)
-            if (!_folders.libraryOf(path).isEmpty() && QFileInfo(path).isDir())
+            // What is in the trash is no asset any more, although it looks like one.
+            if (!_folders.libraryOf(path).isEmpty() && !Trash::isTrash(path) && QFileInfo(path).isDir())
                 _scan.refresh(path);
     });
     connect(&_actions, &LibraryActions::failed, this, &LibrarySide::failed);

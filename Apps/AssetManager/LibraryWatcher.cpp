@@ -17,7 +17,7 @@ LibraryWatcher::LibraryWatcher(QObject *parent) : QObject(parent)
     _timer.setInterval(QuietTime);
     connect(&_timer, &QTimer::timeout, this, &LibraryWatcher::announce);
     connect(&_watcher, &QFileSystemWatcher::directoryChanged, this, [this](const QString &folder) {
-        _changed.insert(_shown.contains(folder) ? QFileInfo(folder).path() : folder);
+        _changed.insert(folder);
         _timer.start();
     });
 }
@@ -33,18 +33,6 @@ void LibraryWatcher::forget(const QString &folder)
     for (const QString &path : _watcher.directories())
         if (AssetFilter::isIn(path, folder))
             _watcher.removePath(path);
-}
-
-void LibraryWatcher::watchShown(const QStringList &directories)
-{
-    const QSet<QString> wanted(directories.begin(), directories.end());
-    const QSet<QString> gone = _shown - wanted;
-    const QSet<QString> added = wanted - _shown;
-    if (!gone.isEmpty())
-        _watcher.removePaths(gone.values());
-    if (!added.isEmpty())
-        _watcher.addPaths(added.values());
-    _shown = wanted;
 }
 
 void LibraryWatcher::announce()

@@ -17,8 +17,6 @@ public:
     void watch(const QString &folder);
     /// The folder and all below.
     void forget(const QString &folder);
-    /// These directories too, instead of those that were given last.
-    void watchShown(const QStringList &directories);
 
 Q_SIGNALS:
     void changed(const QString &folder);
@@ -27,7 +25,6 @@ private:
     void announce();
 
     QFileSystemWatcher _watcher;
-    QSet<QString> _shown;
     QSet<QString> _changed;
     QTimer _timer;
 };

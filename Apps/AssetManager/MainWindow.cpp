@@ -3,6 +3,7 @@
 
 #include "AssetManager/AssetBrowser.h"
 #include "AssetManager/DetailsPane.h"
+#include "AssetManager/FolderDialog.h"
 #include "AssetManager/FolderTree.h"
 #include "AssetManager/ImportDialog.h"
 #include "AssetManager/ImportJob.h"
@@ -166,8 +167,30 @@ void MainWindow::makeAssetMenu()
         },
         QStringLiteral("Ctrl+D"));
     menu->addAction(
-        tr("Render &previews anew"), this, [this] { _libraries->actions().renderPreviews(selectedIds()); },
+        tr("Render &previews anew"), this, [this] { _libraries->actions().renderPreviews(selectedIds(), this); },
         QStringLiteral("Ctrl+P"));
+    menu->addAction(tr("&Move to folder..."), this, &MainWindow::moveChosen, QStringLiteral("Ctrl+M"));
+    menu->addSeparator();
+    menu->addAction(
+        tr("Save selected &objects as assets"), this,
+        [this] { _libraries->actions().saveNodes(_scene->selectedNodes(), targetFolder()); },
+        QStringLiteral("Ctrl+Shift+O"));
+    menu->addAction(
+        tr("Save selected ma&terials as assets"), this,
+        [this] { _libraries->actions().saveMaterials(_scene->selectedMaterials(), targetFolder()); },
+        QStringLiteral("Ctrl+Shift+M"));
+}
+
+void MainWindow::moveChosen()
+{
+    const bool isFolder = _folders->hasFocus();
+    FolderDialog dialog(_libraries->folders(), targetFolder(), this);
+    if (kxModalQuestion::exec(dialog) != QDialog::Accepted || dialog.folder().isEmpty())
+        return;
+    if (isFolder && !_libraries->folders().libraries().contains(_folders->folder()))
+        _libraries->actions().moveFolders({_folders->folder()}, dialog.folder());
+    else if (!isFolder)
+        _libraries->actions().moveAssets(selectedIds(), dialog.folder());
 }
 
 void MainWindow::makeViewMenu()

@@ -54,6 +54,8 @@ public Q_SLOTS:
     void renameChosen();
     void deleteChosen();
     void loadChosen();
+    /// The selected assets, or the chosen folder where the folders have the focus; to a folder that a person chooses.
+    void moveChosen();
     void showTrash();
 
 private:

@@ -52,17 +52,17 @@ void SceneSide::makeDocks()
     _view = new SceneView(*_actions, &_window);
     addDock(tr("Scene"), "viewDock", _view, Qt::TopDockWidgetArea);
     addDock(tr("Scene tree"), "treeDock", new SceneTreePanel(*_actions), Qt::LeftDockWidgetArea);
-    auto *materials = new MaterialPanel(*_actions);
+    _materials = new MaterialPanel(*_actions);
     auto *properties = new PropertyPanel(*_actions);
     QDockWidget *propertyDock = addDock(tr("Properties"), "propertyDock", properties, Qt::RightDockWidgetArea);
-    QDockWidget *materialDock = addDock(tr("Materials"), "materialDock", materials, Qt::RightDockWidgetArea);
+    QDockWidget *materialDock = addDock(tr("Materials"), "materialDock", _materials, Qt::RightDockWidgetArea);
     QDockWidget *environmentDock =
         addDock(tr("Environments"), "environmentDock", new EnvironmentPanel(*_actions), Qt::RightDockWidgetArea);
     QDockWidget *plateDock = addDock(tr("Plates"), "plateDock", new PlatePanel(*_actions), Qt::RightDockWidgetArea);
     _window.tabifyDockWidget(materialDock, environmentDock);
     _window.tabifyDockWidget(environmentDock, plateDock);
     materialDock->raise();
-    connect(materials, &MaterialPanel::materialsSelected, properties, &PropertyPanel::showMaterials);
+    connect(_materials, &MaterialPanel::materialsSelected, properties, &PropertyPanel::showMaterials);
     if (auto *details = _window.findChild<QDockWidget *>(QStringLiteral("detailsDock"))) {
         _window.tabifyDockWidget(details, propertyDock);
         details->raise();
@@ -72,6 +72,20 @@ void SceneSide::makeDocks()
 bool SceneSide::isIdle() const
 {
     return !_view->isVisible() || !_view->isRefining();
+}
+
+std::vector<std::uint32_t> SceneSide::selectedNodes() const
+{
+    std::vector<std::uint32_t> ids;
+    for (const osg::NodePtr &node : kxSelectionManager::getSelectedNodes())
+        ids.push_back(node.getFieldContainerId());
+    return ids;
+}
+
+std::vector<std::uint32_t> SceneSide::selectedMaterials() const
+{
+    const QVector<quint32> ids = _materials->selectedMaterials();
+    return {ids.begin(), ids.end()};
 }
 
 void SceneSide::load(const QStringList &uuids)

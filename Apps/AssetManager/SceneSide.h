@@ -4,7 +4,11 @@
 #include <QObject>
 #include <QStringList>
 
+#include <cstdint>
+#include <vector>
+
 class AssetModel;
+class MaterialPanel;
 class QDockWidget;
 class QMainWindow;
 class QMenu;
@@ -24,6 +28,10 @@ public:
 
     SceneActions &actions() { return *_actions; }
     SceneView &view() { return *_view; }
+
+    std::vector<std::uint32_t> selectedNodes() const;
+    /// Of the list of materials.
+    std::vector<std::uint32_t> selectedMaterials() const;
 
     /// Brings assets into the scene: materials onto the selected nodes, or into the scene's materials where none is.
     void load(const QStringList &uuids);
@@ -54,5 +62,6 @@ private:
     const AssetModel &_assets;
     SceneActions *_actions;
     SceneView *_view = nullptr;
+    MaterialPanel *_materials = nullptr;
     QString _file;
 };

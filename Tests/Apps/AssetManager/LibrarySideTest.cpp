@@ -262,6 +262,23 @@ TEST_F(LibrarySideTest, DeletesIntoTheTrashAndBringsBack)
     EXPECT_TRUE(names().empty());
 }
 
+TEST_F(LibrarySideTest, NeverTakesWhatIsInTheTrashForAnAsset)
+{
+    // Reading the places that a step touched found it there, and had it back in the list.
+    const std::string uuid = storeMaterial("Oak");
+    open();
+    side.actions().trashAssets({id(uuid)});
+    for (int round = 0; round < 3; ++round) {
+        finishScan();
+        EXPECT_EQ(kxAssetItemFactory::the().findItem(uuid), nullptr);
+        EXPECT_TRUE(names().empty());
+        stack.undo();
+        finishScan();
+        EXPECT_THAT(names(), ElementsAre("Oak"));
+        stack.redo();
+    }
+}
+
 TEST_F(LibrarySideTest, RestoresFromTheTrashLater)
 {
     const std::string uuid = storeMaterial("Oak");

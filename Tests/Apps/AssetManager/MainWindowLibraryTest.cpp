@@ -18,15 +18,19 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSlider>
 #include <QTabBar>
 #include <QTableView>
 #include <QTest>
+#include <QTreeView>
 #include <QTreeWidget>
 
 #include <gmock/gmock.h>
@@ -497,6 +501,59 @@ TEST_F(MainWindowLibraryTest, RemembersEverythingForTheNextWindow)
     EXPECT_EQ(window->browser().tileSize(), 200);
     clickButton("favourites");
     EXPECT_THAT(names(), ElementsAre("Oak"));
+}
+
+TEST_F(MainWindowLibraryTest, MovesByTheKeyboardToAFolderThatIsChosen)
+{
+    const std::string oak = storeMaterial("Oak");
+    QDir().mkpath(path("Wood"));
+    open();
+    clickAsset(oak);
+    kxModalQuestion::setDialogAnswerer([this](QDialog &dialog) {
+        auto *tree = dialog.findChild<QTreeView *>("folders");
+        EXPECT_NE(tree, nullptr);
+        tree->setCurrentIndex(window->libraries().folders().indexOf(path("Wood")));
+        return QDialog::Accepted;
+    });
+
+    press(Qt::Key_M, Qt::ControlModifier);
+
+    EXPECT_EQ(QFileInfo(directoryOf(oak)).path(), path("Wood"));
+    window->undoStack().undo();
+    EXPECT_EQ(QFileInfo(directoryOf(oak)).path(), path());
+}
+
+TEST_F(MainWindowLibraryTest, MovesNothingWhereNoFolderIsChosen)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    clickAsset(oak);
+    kxModalQuestion::setDialogAnswerer([](QDialog &dialog) {
+        dialog.findChild<QTreeView *>("folders")->setCurrentIndex({});
+        EXPECT_FALSE(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->isEnabled());
+        return QDialog::Accepted;
+    });
+
+    press(Qt::Key_M, Qt::ControlModifier);
+
+    EXPECT_EQ(QFileInfo(directoryOf(oak)).path(), path());
+    EXPECT_FALSE(window->undoStack().canUndo());
+}
+
+TEST_F(MainWindowLibraryTest, RendersPreviewsAnewAndSaysWhichItCannot)
+{
+    const std::string oak = storeMaterial("Oak");
+    const std::string chair = storeGeometry("Chair");
+    open();
+    const QString file = QDir(directoryOf(oak)).filePath(QDir(directoryOf(oak)).entryList({"*.png"}).value(0));
+    ASSERT_TRUE(QFile::remove(file));
+    clickAsset(oak);
+    clickAsset(chair, Qt::ControlModifier);
+
+    press(Qt::Key_P, Qt::ControlModifier);
+
+    EXPECT_TRUE(QFile::exists(file));
+    EXPECT_EQ(takeReport(), "No new preview could be made of \"Chair\".");
 }
 
 } // namespace

@@ -330,4 +330,21 @@ TEST_F(MainWindowSceneTest, DeletesNodesAndNoAssetsWhereThePictureHasTheFocus)
     EXPECT_THAT(childNames(chair), Not(Contains("Seat")));
 }
 
+TEST_F(MainWindowSceneTest, SavesSelectedObjectsAndMaterialsByTheKeyboard)
+{
+    open();
+    const osg::NodePtr chair = addChair("Chair");
+    kxSelectionManager::selectNodes({chair});
+
+    press(Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+
+    EXPECT_THAT(names(), ElementsAre("Chair"));
+    press(Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier); // no material is selected
+    settle();
+    EXPECT_THAT(names(), ElementsAre("Chair"));
+    window->undoStack().undo();
+    EXPECT_TRUE(names().empty());
+}
+
 } // namespace
