@@ -83,7 +83,7 @@ void AssetTable::setModel(QAbstractItemModel *model)
 
 void AssetTable::layOutColumns()
 {
-    const int widths[] = {260, 130, 140, 260};
+    const int widths[] = {220, 120, 165, 170};
     for (int column = 0; column < 4 && model() && column < model()->columnCount(); ++column)
         setColumnWidth(column, widths[column]);
 }
