@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/DetailsPane.h"
+#include "AssetManager/EditorSilence.h"
 
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/AssetStates.h"
@@ -114,7 +115,10 @@ DetailsPane::DetailsPane(const AssetModel &model, const AssetStates &states, con
     refresh();
 }
 
-DetailsPane::~DetailsPane() = default;
+DetailsPane::~DetailsPane()
+{
+    EditorSilence::keepIn(*this);
+}
 
 QStringList DetailsPane::ids() const
 {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/FieldEditor.h"
+#include "AssetManager/EditorSilence.h"
 
 #include "AssetManager/ColorButton.h"
 #include "AssetManager/FieldLabels.h"
@@ -62,7 +63,10 @@ FieldEditor::FieldEditor(SceneActions &actions, std::vector<std::uint32_t> conta
     layout->setContentsMargins(0, 0, 0, 0);
 }
 
-FieldEditor::~FieldEditor() = default;
+FieldEditor::~FieldEditor()
+{
+    EditorSilence::keepIn(*this);
+}
 
 bool FieldEditor::build()
 {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/MainWindow.h"
+#include "AssetManager/EditorSilence.h"
 
 #include "AssetManager/AssetBrowser.h"
 #include "AssetManager/DetailsPane.h"
@@ -78,6 +79,7 @@ MainWindow::MainWindow(kxAssetManagerModule &manager) : _libraries(std::make_uni
 
 MainWindow::~MainWindow()
 {
+    EditorSilence::keepIn(*this);
     kxController::setMainWindow(nullptr);
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/PropertyPanel.h"
+#include "AssetManager/EditorSilence.h"
 
 #include "AssetManager/AssetState.h"
 #include "AssetManager/PropertySection.h"
@@ -114,6 +115,7 @@ PropertyPanel::PropertyPanel(SceneActions &actions, QWidget *parent)
 
 PropertyPanel::~PropertyPanel()
 {
+    EditorSilence::keepIn(*this);
     osg::FieldContainerFactory::the().removeListener(*this);
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/PropertySection.h"
+#include "AssetManager/EditorSilence.h"
 
 #include "AssetManager/FieldEditor.h"
 #include "AssetManager/FieldLabels.h"
@@ -26,7 +27,10 @@ PropertySection::PropertySection(SceneActions &actions, const QString &title,
     }
 }
 
-PropertySection::~PropertySection() = default;
+PropertySection::~PropertySection()
+{
+    EditorSilence::keepIn(*this);
+}
 
 bool PropertySection::shows(std::uint32_t containerId) const
 {
