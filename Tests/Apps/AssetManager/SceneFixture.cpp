@@ -21,6 +21,7 @@
 #include <QAbstractItemView>
 #include <QCoreApplication>
 #include <QDropEvent>
+#include <QSettings>
 
 namespace {
 
@@ -44,6 +45,8 @@ std::string store(const osg::NodePtr &node, const QUrl &library)
 
 SceneFixture::SceneFixture(kxAssetSession::MainView mainView) : session(mainView)
 {
+    // Tests run beside each other.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(folder.file("settings")));
     kxPreviewSettings::setSize(16);
     kxPreviewSettings::setSamples(1);
     QObject::connect(&actions, &SceneActions::failed, [this](const QStringList &messages) { failures += messages; });

@@ -143,9 +143,9 @@ void WindowFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 /// The keys for it are other ones on other systems.
 void WindowFixture::pressRedo()
 {
-    const int keys = QKeySequence(QKeySequence::Redo)[0];
-    press(static_cast<Qt::Key>(keys & ~Qt::KeyboardModifierMask),
-          Qt::KeyboardModifiers(keys & Qt::KeyboardModifierMask));
+    constexpr auto modifierMask = static_cast<unsigned>(Qt::KeyboardModifierMask);
+    const auto keys = static_cast<unsigned>(QKeySequence(QKeySequence::Redo)[0]);
+    press(static_cast<Qt::Key>(keys & ~modifierMask), Qt::KeyboardModifiers(static_cast<int>(keys & modifierMask)));
 }
 
 void WindowFixture::type(const QString &text)
