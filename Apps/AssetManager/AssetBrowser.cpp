@@ -339,6 +339,7 @@ std::vector<std::string> AssetBrowser::selected() const
             rows.push_back(index.row());
     std::sort(rows.begin(), rows.end());
     std::vector<std::string> uuids;
+    uuids.reserve(rows.size());
     for (const int row : rows)
         uuids.push_back(_model.entry(row).uuid);
     return uuids;

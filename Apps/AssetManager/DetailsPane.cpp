@@ -51,6 +51,19 @@ DetailsPane::DetailsPane(const AssetModel &model, const AssetStates &states, con
     _hint->setWordWrap(true);
     _hint->setForegroundRole(QPalette::PlaceholderText);
 
+    makeForm();
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(_preview, 1);
+    layout->addWidget(_hint);
+    layout->addWidget(_form);
+
+    connectEditors();
+    refresh();
+}
+
+void DetailsPane::makeForm()
+{
     _form = new QWidget(this);
     _name = new QLineEdit(_form);
     _name->setObjectName(QStringLiteral("name"));
@@ -90,12 +103,10 @@ DetailsPane::DetailsPane(const AssetModel &model, const AssetStates &states, con
     form->addRow(tr("Folder"), _location);
     form->addRow(tr("Identity"), _uuid);
     form->addRow(tr("State"), _state);
+}
 
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(_preview, 1);
-    layout->addWidget(_hint);
-    layout->addWidget(_form);
-
+void DetailsPane::connectEditors()
+{
     connect(_name, &QLineEdit::editingFinished, this, [this] {
         const AssetEntry *entry = _uuids.size() == 1 ? _model.find(_uuids.front()) : nullptr;
         const QString text = _name->text().trimmed();
@@ -112,7 +123,6 @@ DetailsPane::DetailsPane(const AssetModel &model, const AssetStates &states, con
             showPreview();
     });
     connect(&_states, &AssetStates::changed, this, &DetailsPane::refresh);
-    refresh();
 }
 
 DetailsPane::~DetailsPane()

@@ -35,6 +35,8 @@ Q_SIGNALS:
     void favouriteChanged(const QStringList &uuids, bool isFavourite);
 
 private:
+    void makeForm();
+    void connectEditors();
     void showTags();
     void showPreview();
     void addTag();

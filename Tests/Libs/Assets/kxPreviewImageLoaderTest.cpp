@@ -19,6 +19,7 @@
 #include <array>
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
@@ -293,6 +294,7 @@ TEST_F(kxPreviewImageLoaderTest, LeavesAnImageToItsReceiver)
 
     ASSERT_EQ(_images.size(), 1U);
     EXPECT_EQ(deleted, 0);
+    _images.clear(); // it counts into what is gone after the test
 }
 
 TEST_F(kxPreviewImageLoaderTest, DeletesAnImageThatStayedEmptyAndSaysNothing)
@@ -322,7 +324,11 @@ TEST_F(kxPreviewImageLoaderTest, TakesTurnsWithTheOtherTasksOfThePool)
     pool.setMaxThreadCount(1);
     gated().loads = 0;
     std::vector<int> loadsBefore;
-    const auto note = [&loadsBefore] { loadsBefore.push_back(gated().loads); };
+    std::mutex mutex;
+    const auto note = [&loadsBefore, &mutex] {
+        const std::lock_guard lock(mutex);
+        loadsBefore.push_back(gated().loads);
+    };
 
     _loader.loadImageFromDir(QUrl(QStringLiteral("gate:/MAT_Busy"))); // nothing else begins before it has ended
     pool.start(note);
@@ -333,6 +339,7 @@ TEST_F(kxPreviewImageLoaderTest, TakesTurnsWithTheOtherTasksOfThePool)
     gated().entered.acquire(2);
     pool.setMaxThreadCount(threads);
 
+    const std::lock_guard lock(mutex);
     EXPECT_EQ(loadsBefore, (std::vector{1, 2}));
 }
 
