@@ -87,7 +87,7 @@ QString LibraryActions::carryOut(const Move &move)
 {
     if (QFileInfo::exists(move.to))
         return tr("\"%1\" could not be put back: something else is at its place now.").arg(nameOf(move.from));
-    if (const QString reason = DirectoryMove::move(move.from, move.to); !reason.isEmpty())
+    if (QString reason = DirectoryMove::move(move.from, move.to); !reason.isEmpty())
         return reason;
     if (Trash::isTrash(move.to))
         for (const std::string &uuid : move.uuids)
@@ -159,7 +159,7 @@ QString LibraryActions::createFolder(const QString &parent)
     if (!manager)
         return {};
     const QString name = manager->getUniqueDirectoryName(QUrl::fromLocalFile(parent), tr("New folder"));
-    const QString path = parent + '/' + name;
+    QString path = parent + '/' + name;
     if (!QDir().mkpath(path)) {
         report({tr("No folder could be made in \"%1\". May it be written?").arg(nameOf(parent))});
         return {};
