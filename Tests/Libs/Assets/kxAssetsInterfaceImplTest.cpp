@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxAssetsInterfaceImpl.h"
+
 #include "AssetManagerModule.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Kernel/kxAssetsInterface.h"
@@ -66,6 +68,11 @@ TEST_F(kxAssetsInterfaceImplTest, KeepsTheOrderOfItsVirtualOperations)
     EXPECT_EQ(tableEntryOf(&kxAssetsInterface::interfaceTypeName), 1);
     EXPECT_EQ(tableEntryOf(&kxAssetsInterface::test), 4) << "after the destructor's two entries";
     EXPECT_EQ(tableEntryOf(&kxAssetsInterface::loadSceneplateAssets), 5);
+}
+
+TEST_F(kxAssetsInterfaceImplTest, HoldsNothingItself)
+{
+    EXPECT_EQ(sizeof(kxAssetsInterfaceImpl), sizeof(kxAssetsInterface));
 }
 
 } // namespace

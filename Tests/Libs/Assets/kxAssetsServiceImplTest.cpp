@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxAssetsServiceImpl.h"
+
 #include "AssetManagerModule.h"
 #include "ChangeListener.h"
 #include "Kernel/kxAssetsInterface.h"
@@ -329,4 +331,9 @@ TEST_F(kxAssetsServiceImplTest, KeepsTheOrderOfItsVirtualOperations)
     EXPECT_EQ(tableEntryOf(&kxAssetsService::markAssetsEdited), first + 4);
     EXPECT_EQ(tableEntryOf(&kxAssetsService::queryAssetChanges), first + 5);
     EXPECT_EQ(tableEntryOf(&kxAssetsService::loadSceneplateAssets), first + 6);
+}
+
+TEST_F(kxAssetsServiceImplTest, HoldsNothingItself)
+{
+    EXPECT_EQ(sizeof(kxAssetsServiceImpl), sizeof(kxAssetsService));
 }
