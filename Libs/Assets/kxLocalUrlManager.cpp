@@ -34,6 +34,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QImageReader>
 #include <QPixmap>
 #include <QThread>
 
@@ -42,7 +43,7 @@
 using kxAssetsInternal::AssetDirectoryWriter;
 using kxAssetsInternal::DirectoryMover;
 using kxAssetsInternal::entryPath;
-using kxAssetsInternal::isReadByQt;
+using kxAssetsInternal::isAmong;
 using kxAssetsInternal::isTaken;
 using kxAssetsInternal::KeptUntilUnload;
 using kxAssetsInternal::PayloadAfterwards;
@@ -363,8 +364,9 @@ bool kxLocalUrlManager::loadDocumentFromFile(const QUrl &url, QDomDocument &docu
 
 bool kxLocalUrlManager::loadPixmapFromFile(const QUrl &url, QPixmap &pixmap) const
 {
+    static const QList<QByteArray> formats = QImageReader::supportedImageFormats();
     const QString path = url.toLocalFile();
-    if (isReadByQt(path) && pixmap.load(path))
+    if (isAmong(formats, path) && pixmap.load(path))
         return true;
     const QImage image = readWithHost(path);
     if (image.isNull())
@@ -377,8 +379,9 @@ bool kxLocalUrlManager::loadImageFromFile(const QUrl &url, QImage *image) const
 {
     if (!image)
         return false;
+    static const QList<QByteArray> formats = QImageReader::supportedImageFormats();
     const QString path = url.toLocalFile();
-    if (isReadByQt(path) && image->load(path))
+    if (isAmong(formats, path) && image->load(path))
         return true;
     const QImage read = readWithHost(path);
     if (read.isNull())

@@ -62,10 +62,8 @@ bool DirectoryMover::move(const QUrl &source, const QUrl &targetDirectory, QUrl 
         return false;
 
     printLine("move " + source.toString().toStdString() + " to " + targetDirectory.toString().toStdString());
-    if (!isTaken(entryPath(result)) || !isTaken(entryPath(source)))
+    if (!isTaken(entryPath(result)))
         return _manager.rename(source, result);
-    if (!_manager.isDirectory(result)) // a file or a link that leads nowhere: nothing to join with
-        return false;
     if (collision == Collision::Asks && !wantsMerge(name))
         return false;
     return _manager.merge(source, result);
@@ -73,11 +71,14 @@ bool DirectoryMover::move(const QUrl &source, const QUrl &targetDirectory, QUrl 
 
 bool DirectoryMover::merge(const QUrl &source, const QUrl &target)
 {
-    if (!_manager.isDirectory(source) || !_manager.isDirectory(target) ||
+    if (source.toLocalFile().isEmpty() || target.toLocalFile().isEmpty() ||
         isSame(canonical(entryPath(source)), canonical(entryPath(target))))
         return false;
     const std::vector<QUrl> directories = _manager.subDirectories(source);
     const std::vector<QUrl> files = _manager.files(source, {}, QDir::NoSort);
+    // Names are extended from the nearest directory, which would be the one around the target.
+    if (!_manager.isDirectory(target) && !(directories.empty() && files.empty()))
+        return false;
 
     bool isComplete = true;
     for (const QUrl &directory : directories)

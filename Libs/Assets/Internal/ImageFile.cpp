@@ -6,13 +6,11 @@
 
 #include <QFileInfo>
 #include <QImage>
-#include <QImageReader>
 
 namespace kxAssetsInternal {
 
-bool isReadByQt(const QString &path)
+bool isAmong(const QList<QByteArray> &formats, const QString &path)
 {
-    static const QList<QByteArray> formats = QImageReader::supportedImageFormats();
     return formats.contains(QFileInfo(path).suffix().toLower().toUtf8());
 }
 

@@ -142,7 +142,7 @@ TEST_F(DirectoryMoverTest, ReportsTheNewPlaceAlsoWhenNothingIsMoved)
 
 TEST_F(DirectoryMoverTest, CannotMoveWhatIsNotThere)
 {
-    writeFile("target/missing/file", "x");
+    _folder.makeFolder("target");
     kxtest::CapturedOutput output;
 
     EXPECT_FALSE(move("missing", "target"));
@@ -150,6 +150,19 @@ TEST_F(DirectoryMoverTest, CannotMoveWhatIsNotThere)
     EXPECT_EQ(output.text(), "move " + url("missing").toString().toStdString() + " to " +
                                  url("target").toString().toStdString() + "\n");
     EXPECT_EQ(questions, 0);
+    EXPECT_THAT(entries("target"), testing::IsEmpty());
+}
+
+TEST_F(DirectoryMoverTest, HasNothingToMergeOfWhatIsNotThere)
+{
+    writeFile("target/missing/file", "x");
+
+    EXPECT_TRUE(move("missing", "target")) << "nothing failed";
+    EXPECT_EQ(questions, 1) << "only the target is looked at";
+    EXPECT_TRUE(manager.merge(url("missing"), url("target")));
+
+    EXPECT_THAT(entries("target"), UnorderedElementsAre("missing"));
+    EXPECT_EQ(readFile("target/missing/file"), "x");
 }
 
 TEST_F(DirectoryMoverTest, RefusesPlacesThatAreCalledSomethingElse)
@@ -206,7 +219,7 @@ TEST_F(DirectoryMoverTest, DoesNotMoveAFolderBelowItselfThroughALink)
     EXPECT_EQ(readFile("a/sub/file"), "x");
 }
 
-TEST_F(DirectoryMoverTest, FindsNothingToMergeWithInAFileOrADanglingLink)
+TEST_F(DirectoryMoverTest, MergesNothingIntoAFileOrADanglingLink)
 {
     writeMaterial("a/MAT_Red", First);
     writeMaterial("b/MAT_Red", Second);
@@ -216,7 +229,7 @@ TEST_F(DirectoryMoverTest, FindsNothingToMergeWithInAFileOrADanglingLink)
     EXPECT_FALSE(move("a", "target"));
     EXPECT_FALSE(move("b", "target"));
 
-    EXPECT_EQ(questions, 0);
+    EXPECT_EQ(questions, 2);
     EXPECT_TRUE(holds("a/MAT_Red", First));
     EXPECT_TRUE(holds("b/MAT_Red", Second));
     EXPECT_EQ(readFile("target/a"), "a file");
@@ -327,7 +340,6 @@ TEST_F(DirectoryMoverTest, MergesNothingIntoWhatIsNoOtherFolder)
     EXPECT_FALSE(manager.merge(url("from"), url("missing")));
     EXPECT_FALSE(manager.merge(url("from"), url("file")));
     EXPECT_FALSE(manager.merge(url("from"), QUrl()));
-    EXPECT_FALSE(manager.merge(url("missing"), url("from")));
     EXPECT_FALSE(manager.merge(QUrl(), url("from")));
 
     EXPECT_THAT(entries(""), UnorderedElementsAre("from", "file", "link"));

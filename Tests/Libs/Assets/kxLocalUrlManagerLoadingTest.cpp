@@ -12,11 +12,16 @@
 #include "SceneGraph/ReferenceAttachment.h"
 #include "SceneGraph/SceneFile.h"
 
+#include <QCoreApplication>
 #include <QDomDocument>
 #include <QImage>
 #include <QPixmap>
 
 #include <gmock/gmock.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -31,6 +36,13 @@ protected:
         for (const osg::MaterialPtr &material : kxScenegraph::getMaterialPool()->getMaterials())
             names.push_back(osg::getName(material));
         return names;
+    }
+    /// A mouse pointer of one pixel: a format that a plug-in of Qt reads, and the host does not.
+    void writeCursor(const std::string &name) const
+    {
+        constexpr std::array<char, 70> Bytes{0, 0, 2, 0,  1, 0, 1, 1, 0, 0, 0, 0, 0, 0, 48, 0, 0, 0,  22,
+                                             0, 0, 0, 40, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0,  1, 0, 32, 0};
+        std::ofstream(_folder.file(name), std::ios::binary).write(Bytes.data(), Bytes.size());
     }
     void write(const std::string &name, const std::vector<osg::FieldContainerPtr> &roots) const
     {
@@ -104,6 +116,25 @@ TEST_F(kxLocalUrlManagerLoadingTest, ReadsPixmapsWithQtOnlyByTheirExtension)
     EXPECT_FALSE(manager.loadPixmapFromFile(url("picture"), pixmap));
 
     EXPECT_EQ(pixmap.toImage().pixel(1, 1), 0xFFFF0000U);
+}
+
+TEST_F(kxLocalUrlManagerLoadingTest, AsksQtOnceForItsFormatsInEachOperation)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a fresh process
+    EXPECT_EXIT(
+        {
+            writeCursor("a.cur");
+            const QStringList plugins = QCoreApplication::libraryPaths();
+            QCoreApplication::setLibraryPaths({});
+            QImage image;
+            QPixmap pixmap;
+            const bool isUnknown = !manager.loadPixmapFromFile(url("a.cur"), pixmap);
+            QCoreApplication::setLibraryPaths(plugins);
+            const bool isLate = !manager.loadPixmapFromFile(url("a.cur"), pixmap);
+            const bool isKnown = manager.loadImageFromFile(url("a.cur"), &image);
+            std::exit(isUnknown && isLate && isKnown && image.size() == QSize(1, 1) ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(kxLocalUrlManagerLoadingTest, ReadsDocumentsWithoutRegardToNamespaces)
