@@ -35,6 +35,19 @@ bool AssetFilter::accepts(const AssetEntry &entry) const
     return std::all_of(_words.begin(), _words.end(), [&](const Word &word) { return word.occursIn(entry); });
 }
 
+bool AssetFilter::isNarrowerThan(const AssetFilter &other) const
+{
+    if (category != other.category || folder != other.folder || special != other.special ||
+        tags.numbers() != other.tags.numbers())
+        return false;
+    // Not the typed text: an accent that follows its letter makes another letter of it.
+    return std::all_of(other._words.begin(), other._words.end(), [this](const Word &former) {
+        return std::any_of(_words.begin(), _words.end(), [&former](const Word &word) {
+            return word.text().find(former.text()) != std::string::npos;
+        });
+    });
+}
+
 std::string AssetFilter::folded(const QString &text)
 {
     return text.normalized(QString::NormalizationForm_KC).toCaseFolded().toStdString();

@@ -44,6 +44,8 @@ public:
     const QString &text() const { return _text; }
 
     bool accepts(const AssetEntry &entry) const;
+    /// Whether all that it accepts the other one accepts, too, as far as the texts tell: so it is while somebody types.
+    bool isNarrowerThan(const AssetFilter &other) const;
 
     /// For searching: case, and which of its forms an accented letter is written in, do not count.
     static std::string folded(const QString &text);
@@ -58,6 +60,7 @@ private:
         explicit Word(const std::string &text) : _text(text) {}
 
         bool occursIn(const AssetEntry &entry) const;
+        const std::string &text() const { return _text; }
 
     private:
         std::string _text;

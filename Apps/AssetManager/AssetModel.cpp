@@ -181,9 +181,13 @@ void AssetModel::setFilter(const AssetFilter &filter)
     const bool hasOtherColumns = filter.category != _filter.category;
     if (hasOtherColumns)
         beginResetModel();
+    const bool isNarrower = filter.isNarrowerThan(_filter);
     updateRows([&] {
         _filter = filter;
-        rebuildRows();
+        if (isNarrower)
+            narrowRows();
+        else
+            rebuildRows();
     });
     if (hasOtherColumns)
         endResetModel();
@@ -200,6 +204,12 @@ void AssetModel::rebuildRows()
                          [](const AssetEntry *a, const AssetEntry *b) { return a->recentRank > b->recentRank; });
 }
 
+/// What was not shown before need not be looked at.
+void AssetModel::narrowRows()
+{
+    std::erase_if(_rows, [this](const AssetEntry *entry) { return !_filter.accepts(*entry); });
+}
+
 /// Changes rows and has what points at rows, such as the selection, follow.
 void AssetModel::updateRows(const std::function<void()> &change)
 {
@@ -209,15 +219,15 @@ void AssetModel::updateRows(const std::function<void()> &change)
     for (const QModelIndex &index : before)
         pointed.push_back(entry(index.row()).uuid);
     change();
-    if (!before.isEmpty()) {
-        std::unordered_map<const AssetEntry *, int> rows;
-        for (std::size_t row = 0; row < _rows.size(); ++row)
-            rows.emplace(_rows[row], static_cast<int>(row));
-        for (int i = 0; i < before.size(); ++i) {
-            const auto row = rows.find(find(pointed[static_cast<std::size_t>(i)]));
-            changePersistentIndex(before[i],
-                                  row == rows.end() ? QModelIndex() : index(row->second, before[i].column()));
-        }
+    std::unordered_map<const AssetEntry *, int> rows; // -1: not shown any more
+    for (const std::string &uuid : pointed)
+        rows.emplace(find(uuid), -1);
+    for (std::size_t row = 0; row < _rows.size() && !rows.empty(); ++row)
+        if (const auto found = rows.find(_rows[row]); found != rows.end())
+            found->second = static_cast<int>(row);
+    for (int i = 0; i < before.size(); ++i) {
+        const int row = rows.at(find(pointed[static_cast<std::size_t>(i)]));
+        changePersistentIndex(before[i], row < 0 ? QModelIndex() : index(row, before[i].column()));
     }
     emit layoutChanged();
     emit countChanged();

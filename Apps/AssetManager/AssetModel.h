@@ -79,6 +79,7 @@ private:
     void mergeIn(std::vector<Known *> &entries);
     Order order() const;
     void rebuildRows();
+    void narrowRows();
     void updateRows(const std::function<void()> &change);
     QString toolTip(const AssetEntry &entry) const;
 

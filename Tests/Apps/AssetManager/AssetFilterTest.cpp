@@ -94,3 +94,35 @@ TEST(AssetFilterTest, KnowsWhatLiesInAFolder)
     EXPECT_FALSE(AssetFilter::isIn("/ab", "/a"));
     EXPECT_FALSE(AssetFilter::isIn("/", "/a"));
 }
+
+TEST(AssetFilterTest, IsNarrowerWhileSomebodyTypes)
+{
+    EXPECT_TRUE(withText("e").isNarrowerThan(withText("")));
+    EXPECT_TRUE(withText("Red").isNarrowerThan(withText("re")));
+    EXPECT_TRUE(withText("red m").isNarrowerThan(withText("red ")));
+    EXPECT_TRUE(withText("metal red").isNarrowerThan(withText("red meta")));
+    EXPECT_FALSE(withText("re").isNarrowerThan(withText("red")));
+    EXPECT_FALSE(withText("").isNarrowerThan(withText("e")));
+    EXPECT_FALSE(withText(QString::fromUtf8("e\u0301")).isNarrowerThan(withText("e")))
+        << "the accent makes another letter of it";
+    EXPECT_FALSE(withText("red").isNarrowerThan(withText("red metal")));
+}
+
+TEST(AssetFilterTest, IsNotNarrowerWhereMoreThanTheTextDiffers)
+{
+    const AssetFilter all;
+    AssetFilter category;
+    category.category = Geometry;
+    AssetFilter folder;
+    folder.folder = QStringLiteral("/a");
+    AssetFilter special;
+    special.special = AssetFilter::Special::Recent;
+    AssetFilter tags;
+    tags.tags = AssetTags(QStringList{"metal"});
+
+    for (const AssetFilter &filter : {category, folder, special, tags}) {
+        EXPECT_FALSE(filter.isNarrowerThan(all));
+        EXPECT_FALSE(all.isNarrowerThan(filter));
+        EXPECT_TRUE(filter.isNarrowerThan(filter));
+    }
+}
