@@ -7,6 +7,7 @@
 #include "Assets/Internal/EnvironmentPreview.h"
 #include "Assets/Internal/ExternalConverter.h"
 #include "Assets/Internal/ImageFile.h"
+#include "Assets/Internal/LoadedNodes.h"
 #include "Assets/Internal/LocalPath.h"
 #include "Assets/Internal/MetadataReader.h"
 #include "Assets/Internal/NodeLoading.h"
@@ -404,11 +405,11 @@ bool kxLocalUrlManager::loadMaterialFromFile(const QUrl &url, osg::MaterialPtr &
 
 bool kxLocalUrlManager::loadSceneplateFromFile(const QUrl &url, osg::NodePtr &node) const
 {
-    std::vector<osg::FCRef<osg::Node>> nodes = kxSceneplateUtils::loadNodes(url.toLocalFile().toStdString());
-    if (nodes.empty())
+    const osg::NodePtr first =
+        kxAssetsInternal::takeFirstNode(kxSceneplateUtils::loadNodes(url.toLocalFile().toStdString()));
+    if (!first)
         return false;
-    node = nodes.front().take();
-    node->subRefWithoutDestroying();
+    node = first;
     return true;
 }
 

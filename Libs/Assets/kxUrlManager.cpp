@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxUrlManager.h"
 
+#include "Assets/Internal/CollectedItem.h"
+#include "Assets/Internal/LoadedNodes.h"
 #include "Assets/Internal/StandardOutput.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
-#include "Kernel/kxGeometryBuffer.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxNodeUtils.h"
-#include "Kernel/kxOptimize.h"
-#include "SceneGraph/Geometry.h"
 #include "SceneGraph/UberMaterial.h"
 
 #include <QCoreApplication>
@@ -151,12 +150,8 @@ bool kxUrlManager::collectFromDirectory(const QUrl &url, kxAssetCategoryType cat
         if (!isWanted(document, category))
             continue;
         kxAssetItem *item = kxAssetItemFactory::the().createOrUpdateItem(document);
-        if (!item)
-            continue;
-        item->setDirectoryUrl(self().getDirectoryUrl(file));
-        item->setLastModified(self().lastModified(file));
-        items.insert(item);
-        hasFound = true;
+        if (kxAssetsInternal::placeCollected(item, self(), file, items))
+            hasFound = true;
     }
     return true;
 }
@@ -306,10 +301,6 @@ bool kxUrlManager::loadNodeFromDir(const QUrl &url, osg::NodePtr &node) const
         kxMaterialAssetItem::removeSpecialAssetTagsFrom(material);
     std::vector<osg::NodePtr> nodes;
     kxNodeUtils::getGeometryNodes(node, nodes);
-    for (const osg::NodePtr &meshNode : nodes) {
-        const auto geometry = meshNode ? osg::GeometryPtr::dcast(meshNode->getCore()) : osg::GeometryPtr();
-        if (geometry && kxGeometryBuffer::needsTriangulation(meshNode, geometry))
-            kxOptimize::triangulate(geometry, false);
-    }
+    kxAssetsInternal::triangulateWhereNeeded(nodes);
     return true;
 }
