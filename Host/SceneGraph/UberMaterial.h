@@ -6,7 +6,7 @@
 namespace osg {
 
 /// Layers of BRDF materials, the first at the bottom.
-class KX_SCENEGRAPH_EXPORT UberMaterial final : public Material
+class KX_SCENEGRAPH_EXPORT UberMaterial : public Material
 {
     OSG_CONTAINER(UberMaterial, Material)
 

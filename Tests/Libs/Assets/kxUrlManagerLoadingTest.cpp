@@ -52,6 +52,29 @@ private:
     }
 };
 
+/// What another library might make of layers.
+class VarnishedMaterial final : public osg::UberMaterial
+{
+    OSG_CONTAINER(VarnishedMaterial, osg::UberMaterial)
+};
+
+OSG_CONTAINER_SOURCE(VarnishedMaterial)
+
+/// A back-end that has one material, whatever file is asked for.
+class OneMaterialManager final : public TestUrlManager
+{
+public:
+    explicit OneMaterialManager(const osg::MaterialPtr &material) : _material(material) {}
+    bool loadMaterialFromFile(const QUrl &, osg::MaterialPtr &material) const override
+    {
+        material = _material.get();
+        return true;
+    }
+
+private:
+    osg::FCRef<osg::Material> _material;
+};
+
 class kxUrlManagerLoadingTest : public NodeFixture
 {
 protected:
@@ -203,6 +226,25 @@ TEST_F(kxUrlManagerLoadingTest, UpdatesUberMaterials)
 
     EXPECT_EQ(layersOf(Owned::adopt(fromFile)), 2U) << "as it was stored";
     EXPECT_EQ(layersOf(Owned::adopt(fromDirectory)), 1U) << "a layer counts once";
+}
+
+TEST_F(kxUrlManagerLoadingTest, UpdatesMaterialsDerivedFromUberMaterialsToo)
+{
+    const VarnishedMaterial::Ptr varnished = VarnishedMaterial::create();
+    OneMaterialManager manager(varnished);
+    manager.write(QStringLiteral("/a/x.osb"), "");
+    {
+        const osg::CPEditor edit(varnished, osg::UberMaterial::BRDFMaterialsFieldMask);
+        const osg::UBRDFMaterialPtr layer = osg::UBRDFMaterial::create();
+        varnished->editBRDFMaterials().push_back(layer);
+        varnished->editBRDFMaterials().push_back(layer);
+    }
+
+    osg::MaterialPtr loaded;
+    EXPECT_TRUE(manager.loadMaterialFromDir(inMemory("/a"), loaded));
+
+    EXPECT_EQ(loaded, varnished);
+    EXPECT_EQ(varnished->getBRDFMaterials().size(), 1U) << "a layer counts once";
 }
 
 TEST_F(kxUrlManagerLoadingTest, LooksForWhatItLoadsByTheseNamesInThisOrder)
