@@ -65,7 +65,8 @@ const std::vector<ThirdParty> &thirdParties()
 {
     static const std::vector<ThirdParty> table = {
         {"the standard library", "[a-z_0-9]+", EveryLayer, Where::Anywhere, ""},
-        {"POSIX", "(cxxabi|dirent|dlfcn|fcntl|poll|pthread|pty|pwd|signal|spawn|unistd)\\.h|(sys|linux)/[a-z_]+\\.h",
+        {"POSIX",
+         "(cxxabi|dirent|dlfcn|fcntl|link|poll|pthread|pty|pwd|signal|spawn|unistd)\\.h|(sys|linux)/[a-z_]+\\.h",
          EveryLayer, Where::InsideOnly, "the standard library in headers"},
         {"the sanitizers", "sanitizer/[a-z_]+\\.h", EveryLayer, Where::InsideOnly,
          "nothing: no interface depends on them"},
