@@ -7,16 +7,21 @@
 #include "Kernel/kxMessage.h"
 #include "Kernel/kxModuleBase.h"
 #include "Kernel/kxScenegraph.h"
+#include "Kernel/kxSceneplateService.h"
 #include "Kernel/kxTypeConverter.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
 
 #include <QCoreApplication>
+#include <QEvent>
+#include <QImage>
+#include <QPointer>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <dlfcn.h>
+#include <string>
 
 namespace {
 
@@ -36,6 +41,18 @@ public:
         EXPECT_EQ(dlclose(_handle), 0);
         _handle = nullptr;
     }
+    /// A function of the library, which is asked for by the name that the compiler made of it.
+    template <class Function> Function *function(const char *name) const
+    {
+        void *const address = dlsym(_handle, name);
+        EXPECT_TRUE(address) << dlerror();
+        return reinterpret_cast<Function *>(address);
+    }
+    /// The loader of previews that all items share; it begins with the object that it derives from.
+    QObject *previewLoader() const { return function<QObject *()>("_ZN11kxAssetItem21getPreviewImageLoaderEv")(); }
+    int columnsOfTheWidestCategory() const { return function<int()>("_ZN15kxAssetCategory17getMaxColumnCountEv")(); }
+    void *registry() const { return function<void *()>("_ZN18kxAssetItemFactory3theEv")(); }
+    void deleteAllItems() const { function<void(void *)>("_ZN18kxAssetItemFactory14deleteAllItemsEv")(registry()); }
     static bool isLoaded()
     {
         void *handle = dlopen(KX_ASSETS_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
@@ -67,6 +84,16 @@ kxAssetsInterface *findInterface()
 {
     return kxInterfaceFactory::the().get<kxAssetsInterface>();
 }
+
+/// Counts what the host is told of sceneplates.
+class CountingSceneplateService final : public kxSceneplateService
+{
+public:
+    void nodesChanged() override { ++count; }
+    QImage previewImage(const kxdNodePtr &) override { return {}; }
+
+    int count = 0;
+};
 
 class PluginTest : public testing::Test
 {
@@ -122,6 +149,56 @@ TEST_F(PluginTest, WaitsForTheKernelWhereThatIsNotUpYet)
             std::_Exit(isEarly && isThere ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
+}
+
+TEST_F(PluginTest, KeepsTheLoaderOfPreviewsUntilItGoes)
+{
+    // What stayed would be an object whose code is gone.
+    kxKernelServiceFactory::the().startKernel();
+    for (int round = 1; round <= 2; ++round) {
+        Plugin plugin;
+        const QPointer<QObject> loader = plugin.previewLoader();
+        ASSERT_TRUE(loader);
+        EXPECT_STREQ(loader->metaObject()->className(), "kxPreviewImageLoader");
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(loader);
+        EXPECT_EQ(plugin.previewLoader(), loader.data());
+
+        plugin.unload();
+
+        EXPECT_FALSE(loader) << round;
+    }
+}
+
+TEST_F(PluginTest, KeepsTheNamesOfCategoriesUntilItGoes)
+{
+    for (int round = 1; round <= 2; ++round) {
+        const Plugin plugin;
+        EXPECT_EQ(plugin.columnsOfTheWidestCategory(), 0) << "nobody asked for a category yet";
+        plugin.function<std::string(int)>("_ZN15kxAssetCategory23getInternalCategoryNameB5cxx11E19kxAssetCategoryType")(
+            1);
+        EXPECT_EQ(plugin.columnsOfTheWidestCategory(), 5);
+    }
+}
+
+TEST_F(PluginTest, TellsTheHostNothingOfSceneplatesOnceItHasGone)
+{
+    CountingSceneplateService service;
+    kxKernelServiceFactory::the().setService<kxSceneplateService>(&service);
+    {
+        const Plugin plugin;
+        EXPECT_EQ(plugin.registry(), plugin.registry());
+        plugin.deleteAllItems();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(service.count, 1);
+        plugin.deleteAllItems();
+    }
+
+    // A timer that stayed would call what is gone.
+    QCoreApplication::processEvents();
+    EXPECT_EQ(service.count, 1);
+    kxKernelServiceFactory::the().setService<kxSceneplateService>(nullptr);
 }
 
 TEST_F(PluginTest, LeavesTheSceneAsItIsWhenItGoes)

@@ -2,6 +2,7 @@
 #include "Assets/kxAssetItem.h"
 
 #include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
 #include "Assets/kxEnvironmentNodeAssetItem.h"
 #include "Assets/kxGeometryAssetItem.h"
@@ -18,9 +19,12 @@
 #include "SceneGraph/SceneListener.h"
 #include "SceneGraph/UBRDFMaterial.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QEventLoop>
 #include <QLocale>
 #include <QPixmap>
+#include <QPointer>
 #include <QTimer>
 #include <QTranslator>
 
@@ -208,6 +212,34 @@ TEST_F(kxAssetItemTest, SharesOnePreviewLoader)
     ASSERT_NE(loader, nullptr);
     EXPECT_EQ(kxAssetItem::getPreviewImageLoader(), loader);
     EXPECT_EQ(loader->parent(), nullptr);
+}
+
+TEST_F(kxAssetItemTest, KeepsTheSharedPreviewLoaderWhateverBecomesOfItems)
+{
+    const QPointer<kxPreviewImageLoader> loader = kxAssetItem::getPreviewImageLoader();
+    {
+        const PlainItem item;
+        PlainItem copy(item);
+        copy = item;
+        copy.reset();
+    }
+    kxAssetItemFactory::the().deleteAllItems();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    EXPECT_TRUE(loader);
+}
+
+TEST_F(kxAssetItemTest, LeavesTheSharedPreviewLoaderToAProcessThatEnds)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+
+    EXPECT_EXIT(
+        {
+            QObject::connect(kxAssetItem::getPreviewImageLoader(), &QObject::destroyed, [] { std::_Exit(1); });
+            QCoreApplication::instance()->~QCoreApplication(); // as at the end of main()
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(kxAssetItemTest, MakesTheSharedPreviewLoaderWithTheFirstItem)
