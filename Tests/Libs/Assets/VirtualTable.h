@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstring>
+#include <dlfcn.h>
+#include <link.h>
 
 /// The number of a virtual operation's entry in its table, in which a destructor takes two entries.
 template <class Member> std::ptrdiff_t tableEntryOf(Member member)
@@ -10,4 +12,17 @@ template <class Member> std::ptrdiff_t tableEntryOf(Member member)
     std::ptrdiff_t offset = 0;
     std::memcpy(&offset, &member, sizeof offset);
     return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void *));
+}
+
+/// How many entries for operations a table of virtual operations has, of which this is the symbol in a library that the
+/// program uses, like "_ZTV11kxAssetItem"; 0 when there is no such table.
+inline std::size_t tableEntriesOf(const char *symbol)
+{
+    constexpr std::size_t EntriesBefore = 2; // the offset of the object, and its type
+    Dl_info information{};
+    void *found = nullptr;
+    const void *table = dlsym(RTLD_DEFAULT, symbol);
+    if (!table || dladdr1(table, &information, &found, RTLD_DL_SYMENT) == 0 || !found)
+        return 0;
+    return static_cast<const ElfW(Sym) *>(found)->st_size / sizeof(void *) - EntriesBefore;
 }

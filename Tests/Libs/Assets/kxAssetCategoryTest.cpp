@@ -32,6 +32,33 @@ protected:
     kxAssetCategoryProcessTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
+// What each of them asks is whether code of any class may do it.
+template <class Category>
+concept OffersBuildingTheMaps = requires
+{
+    Category::setupAssetCategoriesMaps();
+};
+template <class Category>
+concept OffersTheNames = requires
+{
+    Category::s_assetCategories;
+};
+template <class Category>
+concept OffersTheNumbers = requires
+{
+    Category::s_assetCategoriesRev;
+};
+template <class Category>
+concept OffersTheNamesForPeople = requires
+{
+    Category::s_assetCategoriesUI;
+};
+template <class Category>
+concept OffersLookingUp = requires
+{
+    Category::getAllCategories();
+};
+
 [[noreturn]] void endProcess(bool isAsExpected)
 {
     std::exit(isAsExpected ? 0 : 1);
@@ -69,6 +96,31 @@ TEST(kxAssetCategoryTest, CopiesItsCategory)
 TEST(kxAssetCategoryTest, HasNoVirtualOperations)
 {
     EXPECT_FALSE(std::is_polymorphic_v<kxAssetCategory>);
+}
+
+TEST(kxAssetCategoryTest, KeepsItsMapsToItself)
+{
+    EXPECT_FALSE(OffersBuildingTheMaps<kxAssetCategory>);
+    EXPECT_FALSE(OffersTheNames<kxAssetCategory>);
+    EXPECT_FALSE(OffersTheNumbers<kxAssetCategory>);
+    EXPECT_FALSE(OffersTheNamesForPeople<kxAssetCategory>);
+
+    // What is public is seen.
+    EXPECT_TRUE(OffersLookingUp<kxAssetCategory>);
+}
+
+TEST(kxAssetCategoryTest, HandsOutCopiesThroughWhichNoCategoryIsAdded)
+{
+    auto &&categories = kxAssetCategory::getAllCategories();
+    auto &&patterns = kxAssetCategory::getAcceptedFileTypes(Geometry);
+    auto &&name = kxAssetCategory::getInternalCategoryName(Geometry);
+    categories.insert(Seven);
+    patterns.push_back("*.other");
+    name = "Others";
+
+    EXPECT_EQ(kxAssetCategory::getAllCategories(), (std::set{Material, Environment, Geometry, Sceneplate}));
+    EXPECT_EQ(kxAssetCategory::getAcceptedFileTypes(Geometry), QStringList{"*.osb"});
+    EXPECT_EQ(kxAssetCategory::getInternalCategoryName(Geometry), "Geometries");
 }
 
 TEST(kxAssetCategoryTest, NamesCategoriesForFiles)

@@ -12,12 +12,55 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 namespace {
 
 constexpr const char *Uuid = "0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d";
+
+// What each of them asks is whether code of any class may call it.
+template <class T>
+concept OffersItemValue = requires(T &document)
+{
+    document.getItemValue("");
+};
+template <class T>
+concept OffersValue = requires(T &document)
+{
+    document.getValue("", "");
+};
+template <class T>
+concept OffersMaterialValue = requires(T &document)
+{
+    document.getMaterialValue("");
+};
+template <class T>
+concept OffersElements = requires(T &document)
+{
+    document.getOrCreateElement("");
+};
+template <class T>
+concept OffersSettingValues = requires(T &document)
+{
+    document.setValue("", "", "");
+};
+template <class T>
+concept OffersSettingMaterialValues = requires(T &document)
+{
+    document.setMaterialValue("", "");
+};
+template <class T>
+concept OffersSettingSceneplateValues = requires(T &document)
+{
+    document.setSceneplateValue("", "");
+};
+template <class T>
+concept OffersSettingItemValues = requires(T &document)
+{
+    document.setItemValue("", "");
+};
 
 kxAssetItemDocument parsed(const char *text)
 {
@@ -73,6 +116,28 @@ TEST(kxAssetItemDocumentTest, BeginsAsABareFrame)
     EXPECT_EQ(document.getQDomDocument().doctype().name(), "SARNAsset");
     EXPECT_TRUE(document.getQDomDocument().doctype().publicId().isEmpty());
     EXPECT_TRUE(document.getQDomDocument().doctype().systemId().isEmpty());
+}
+
+TEST(kxAssetItemDocumentTest, KeepsToItselfWhatItsAccessorsAreMadeOf)
+{
+    EXPECT_FALSE(OffersItemValue<kxAssetItemDocument>);
+    EXPECT_FALSE(OffersValue<kxAssetItemDocument>);
+    EXPECT_FALSE(OffersMaterialValue<kxAssetItemDocument>);
+    EXPECT_FALSE(OffersElements<kxAssetItemDocument>);
+    EXPECT_FALSE(OffersSettingValues<kxAssetItemDocument>);
+    EXPECT_FALSE(OffersSettingMaterialValues<kxAssetItemDocument>);
+    EXPECT_FALSE(OffersSettingSceneplateValues<kxAssetItemDocument>);
+
+    // What is public is seen.
+    EXPECT_TRUE(OffersSettingItemValues<kxAssetItemDocument>);
+}
+
+TEST(kxAssetItemDocumentTest, ShowsTheDocumentItWrapsAndNoCopy)
+{
+    const kxAssetItemDocument document;
+
+    EXPECT_TRUE((std::is_same_v<decltype(document.getQDomDocument()), const QDomDocument &>));
+    EXPECT_EQ(&document.getQDomDocument(), &document.getQDomDocument());
 }
 
 TEST(kxAssetItemDocumentTest, SharesItsTreeWithCopies)

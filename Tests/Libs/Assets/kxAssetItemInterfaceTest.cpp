@@ -125,6 +125,7 @@ TEST(kxAssetItemInterfaceTest, KeepsTheOrderOfItsVirtualOperations)
         slotOf(Slots::UpdateAssetAttachment),
     };
 
+    EXPECT_EQ(tableEntriesOf("_ZTV11kxAssetItem"), 25U) << "none beside these and the two of the destructor";
     EXPECT_EQ(order, (std::vector<std::ptrdiff_t>{1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
                                                   13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23}));
 }

@@ -2,6 +2,7 @@
 // What back-ends that were compiled elsewhere rely on: the order of the operations, and what all back-ends share.
 #include "Assets/kxLocalUrlManager.h"
 #include "TestUrlManager.h"
+#include "VirtualTable.h"
 
 #include <QImage>
 #include <QPixmap>
@@ -11,6 +12,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -38,7 +40,112 @@ public:
     using kxUrlManager::_writeAutomotiveMaterialFiles;
 };
 
+// What each of them asks is whether code of any class may use it.
+template <class T>
+concept OffersNumberSuffix = requires
+{
+    T::getNumberSuffix(QString());
+};
+template <class T>
+concept OffersImageFilter = requires(T &manager)
+{
+    manager.getImageFileFilter(QUrl());
+};
+template <class T>
+concept OffersFormats = requires
+{
+    T::_previewImageFileFormats;
+};
+template <class T>
+concept OffersFormat = requires
+{
+    T::_previewImageFileFormat;
+};
+template <class T>
+concept OffersConverterSetting = requires
+{
+    T::_writeAutomotiveMaterialFiles;
+};
+template <class T>
+concept OffersBackEnds = requires
+{
+    T::_registeredManagers;
+};
+template <class T>
+concept OffersInstance = requires
+{
+    T::_instance;
+};
+template <class T>
+concept OffersDirectory = requires
+{
+    T::getDir(QUrl());
+};
+template <class T>
+concept OffersEnsuring = requires
+{
+    T::ensureDirectoryExists(QUrl());
+};
+template <class T>
+concept OffersSavingImages = requires(T &manager)
+{
+    manager.saveImageFile(QString(), nullptr);
+};
+template <class T>
+concept OffersUiString = requires
+{
+    T::getUiString(QUrl());
+};
+template <class T>
+concept OffersRemoving = requires
+{
+    T::removeRecursively(QDir());
+};
+
 } // namespace
+
+TEST(kxUrlManagerInterfaceTest, KeepsToBackEndsWhatOnlyTheyNeed)
+{
+    EXPECT_FALSE(OffersNumberSuffix<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersImageFilter<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersFormats<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersFormat<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersConverterSetting<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersBackEnds<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersBackEnds<Settings>) << "not even to them";
+    EXPECT_FALSE(OffersInstance<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersDirectory<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersEnsuring<kxLocalUrlManager>);
+    EXPECT_FALSE(OffersSavingImages<kxLocalUrlManager>);
+
+    // What is public is seen.
+    EXPECT_TRUE(OffersUiString<kxLocalUrlManager> && OffersRemoving<kxLocalUrlManager>);
+    EXPECT_TRUE(OffersNumberSuffix<TestUrlManager> && OffersImageFilter<TestUrlManager>);
+    EXPECT_TRUE(OffersFormats<Settings> && OffersFormat<Settings> && OffersConverterSetting<Settings>);
+}
+
+TEST(kxUrlManagerInterfaceTest, HasNoOperationsBesideThese)
+{
+    EXPECT_EQ(tableEntriesOf("_ZTV12kxUrlManager"), 50U);
+    EXPECT_EQ(tableEntriesOf("_ZTV17kxLocalUrlManager"), 51U);
+}
+
+TEST(kxUrlManagerInterfaceTest, OffersWhatItImplementsToThoseWhoOnlyRead)
+{
+    using Loading = bool (Base::*)(const QUrl &, osg::NodePtr &) const;
+
+    EXPECT_TRUE((std::is_same_v<decltype(&Base::containsItems), bool (Base::*)(const QUrl &, Category) const>));
+    EXPECT_TRUE((std::is_same_v<decltype(&Base::containsItem),
+                                bool (Base::*)(const QUrl &, Category, const std::string &) const>));
+    EXPECT_TRUE(
+        (std::is_same_v<decltype(&Base::removeOldItemDirectory), bool (Base::*)(kxAssetItem *, kxAssetItem *) const>));
+    EXPECT_TRUE((std::is_same_v<decltype(&Base::loadPixmapFromDir), bool (Base::*)(const QUrl &, QPixmap &) const>));
+    EXPECT_TRUE((std::is_same_v<decltype(&Base::loadImageFromDir), bool (Base::*)(const QUrl &, QImage *) const>));
+    EXPECT_TRUE(
+        (std::is_same_v<decltype(&Base::loadMaterialFromDir), bool (Base::*)(const QUrl &, osg::MaterialPtr &) const>));
+    EXPECT_TRUE((std::is_same_v<decltype(&Base::loadSceneplateFromDir), Loading>));
+    EXPECT_TRUE((std::is_same_v<decltype(&Base::loadNodeFromDir), Loading>));
+}
 
 TEST(kxUrlManagerInterfaceTest, KeepsTheOrderOfItsOperations)
 {
@@ -151,3 +258,12 @@ TEST(kxUrlManagerInterfaceTest, FillsTheFormatsOnlyWhereThereAreNone)
 
     Settings::_previewImageFileFormats = formats;
 }
+
+#ifndef QT_NO_DEBUG
+TEST(kxUrlManagerInterfaceTest, HasTheLocalBackEndAskedForOnTheMainThread)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+
+    EXPECT_DEATH(std::thread([] { kxLocalUrlManager::the(); }).join(), "ASSERT: .*currentThread");
+}
+#endif
