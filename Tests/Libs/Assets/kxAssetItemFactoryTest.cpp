@@ -20,6 +20,7 @@
 
 #include <QCoreApplication>
 #include <QDomDocument>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -27,6 +28,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <vector>
 
@@ -168,8 +170,6 @@ protected:
 
     kxAssetItemFactory &_factory = kxAssetItemFactory::the();
     std::vector<std::string> _deaths;
-
-private:
     CountingSceneplateService _service;
 };
 
@@ -601,6 +601,23 @@ TEST_F(kxAssetItemFactoryTest, TellsTheHostOnceForManyChanges)
     EXPECT_EQ(notifications(), 1);
 }
 
+TEST_F(kxAssetItemFactoryTest, TellsTheHostAsSoonAsTheFirstOfManyChangesAllows)
+{
+    // Timers fire in the order in which they were started: one that a change started anew would fire after this one.
+    add(Sceneplate, "1");
+    QTimer between;
+    between.setSingleShot(true);
+    int toldBefore = -1;
+    QObject::connect(&between, &QTimer::timeout, &between, [this, &toldBefore] { toldBefore = _service.count; });
+    between.start(0);
+
+    _factory.deleteItem("1");
+    add(Sceneplate, "2");
+
+    EXPECT_EQ(notifications(), 1);
+    EXPECT_EQ(toldBefore, 1);
+}
+
 TEST_F(kxAssetItemFactoryTest, TellsTheHostOfEveryDeletionWhateverItWas)
 {
     add(Geometry, "1");
@@ -687,3 +704,14 @@ TEST_F(kxAssetItemFactoryTest, HasMaterialItemsReleaseTheirMaterialsInTheOrderOf
 
     EXPECT_EQ(deaths.ids, expected);
 }
+
+#ifndef NDEBUG
+TEST(kxAssetItemFactoryThreadTest, IsFirstUsedOnTheMainThread)
+{
+    // In a process of its own, in which nobody has used it before.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+
+    EXPECT_DEATH(std::thread([] { kxAssetItemFactory::the(); }).join(),
+                 "the registry is first used on the main thread");
+}
+#endif

@@ -7,6 +7,8 @@
 #include "Support/CapturedOutput.h"
 
 #include <QCoreApplication>
+#include <QEvent>
+#include <QProcess>
 #include <QTimer>
 
 #include <gmock/gmock.h>
@@ -20,6 +22,7 @@
 #include <csignal>
 #include <fstream>
 #include <functional>
+#include <set>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -74,6 +77,27 @@ public:
     mutable std::vector<std::pair<QUrl, bool>> payloads;
     std::function<void()> whileStarted;
     bool result = false;
+};
+
+/// Sees which processes are started, by the objects that each of them gets.
+class ProcessWatch final : public QObject
+{
+public:
+    ProcessWatch() { QCoreApplication::instance()->installEventFilter(this); }
+
+    const std::set<QProcess *> &processes() const { return _processes; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        auto *process = qobject_cast<QProcess *>(watched);
+        if (process && event->type() == QEvent::ChildAdded)
+            _processes.insert(process);
+        return false;
+    }
+
+private:
+    std::set<QProcess *> _processes;
 };
 
 class kxLocalUrlManagerConvertingTest : public MaterialFixture
@@ -215,6 +239,19 @@ TEST_F(kxLocalUrlManagerConvertingTest, RunsTheConverterAndRemovesThePayloadOfAC
     EXPECT_EQ(readFile("MAT_Lack/Lack.osb.copy"), readFile("MAT_Lack/Lack.osb"));
     EXPECT_EQ(output.text(),
               starting("MAT_Wahl/Wahl.osb") + removing("MAT_Wahl/Wahl.osb") + starting("MAT_Lack/Lack.osb"));
+}
+
+TEST_F(kxLocalUrlManagerConvertingTest, StartsTheConverterWithAChannelInEachDirection)
+{
+    const ConverterPlace converter;
+    converter.put("exit 0\n");
+    const ProcessWatch watch;
+
+    EXPECT_FALSE(manager.writeMaterialFiles(url("a.osb")));
+
+    ASSERT_EQ(watch.processes().size(), 1U);
+    EXPECT_EQ((*watch.processes().begin())->openMode() & QIODevice::ReadWrite, QIODevice::ReadWrite);
+    EXPECT_TRUE(waitForConverters());
 }
 
 TEST_F(kxLocalUrlManagerConvertingTest, RemovesThePayloadHoweverTheConverterEnded)

@@ -321,6 +321,23 @@ TEST_F(kxLocalUrlManagerSavingTest, WritesThePreviewInTheChosenFormatAndKeepsOne
     EXPECT_THAT(entries("MAT_Lack"), UnorderedElementsAre("Lack.xml", "Lack.osb", "Lack.png"));
 }
 
+TEST_F(kxLocalUrlManagerSavingTest, WritesPreviewsInAnyFormatThatABackEndAdded)
+{
+    struct Formats : kxLocalUrlManager
+    {
+        using kxUrlManager::_previewImageFileFormats;
+    };
+    const Owned material = withPreview(makeSurface("Lack"));
+    ASSERT_TRUE(save(material));
+    Formats::_previewImageFileFormats.emplace_back("tif");
+    kxUrlManager::setPreviewImageFileFormat(2);
+
+    EXPECT_TRUE(save(material));
+
+    EXPECT_THAT(entries("MAT_Lack"), UnorderedElementsAre("Lack.xml", "Lack.osb", "Lack.tif"));
+    Formats::_previewImageFileFormats.pop_back();
+}
+
 TEST_F(kxLocalUrlManagerSavingTest, LeavesPreviewsAloneWithoutAnImage)
 {
     ASSERT_TRUE(save(withPreview(makeSurface("Lack"))));

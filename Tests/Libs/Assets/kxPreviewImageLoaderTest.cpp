@@ -6,6 +6,7 @@
 #include "SceneGraph/ExternalThread.h"
 #include "Support/CapturedOutput.h"
 #include "TestUrlManager.h"
+#include "VirtualTable.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -20,6 +21,7 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <thread>
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
@@ -81,6 +83,7 @@ public:
     {
         wasEmpty = image->isNull();
         *image = QImage(pixels.data(), 2, 2, QImage::Format_RGB32, countDeleted, &deletedMeanwhile);
+        worker = QThread::currentThread();
         entered.release();
         gate.acquire();
         wasKnown = osg::ExternalThread::isCurrentKnown();
@@ -91,6 +94,7 @@ public:
         return true;
     }
 
+    mutable std::atomic<QThread *> worker{nullptr};
     mutable QSemaphore entered;
     mutable QSemaphore gate;
     mutable std::atomic_bool wasKnown{false};
@@ -111,6 +115,13 @@ GatedManager &gated()
     static GatedManager manager;
     return manager;
 }
+
+/// Knows which task is being delivered; none when that is gone.
+class WatchedLoader final : public kxPreviewImageLoader
+{
+public:
+    const QObject *task() const { return sender(); }
+};
 
 class kxPreviewImageLoaderTest : public LibraryFixture
 {
@@ -184,6 +195,21 @@ TEST_F(kxPreviewImageLoaderTest, DeclaresItsSignalBeforeItsSlot)
     EXPECT_EQ(meta.method(offset + 1).access(), QMetaMethod::Private);
 }
 
+TEST_F(kxPreviewImageLoaderTest, AnswersForItsClassAndAddsNoVirtualOperation)
+{
+    EXPECT_EQ(tableEntryOf(
+                  static_cast<const QMetaObject *(kxPreviewImageLoader::*)() const>(&kxPreviewImageLoader::metaObject)),
+              0);
+    EXPECT_EQ(
+        tableEntryOf(static_cast<void *(kxPreviewImageLoader::*)(const char *)>(&kxPreviewImageLoader::qt_metacast)),
+        1);
+    EXPECT_EQ(tableEntryOf(static_cast<int (kxPreviewImageLoader::*)(QMetaObject::Call, int, void **)>(
+                  &kxPreviewImageLoader::qt_metacall)),
+              2);
+    EXPECT_EQ(tableEntryOf(&kxPreviewImageLoader::event), 5) << "behind the two of the destructor";
+    EXPECT_EQ(tableEntriesOf("_ZTV20kxPreviewImageLoader"), tableEntriesOf("_ZTV7QObject"));
+}
+
 TEST_F(kxPreviewImageLoaderTest, DeliversThePreviewOfADirectoryOnTheMainThread)
 {
     writeFile("MAT_Red/Red.xml", "<item/>");
@@ -229,6 +255,41 @@ TEST_F(kxPreviewImageLoaderTest, LoadsADirectoryOnceHoweverOftenItIsAskedForMean
 
     EXPECT_EQ(gated().loads, 1);
     EXPECT_EQ(_images.size(), 1U);
+}
+
+TEST_F(kxPreviewImageLoaderTest, TellsDirectoriesApartByTheirOrder)
+{
+    // Neither comes before the other, though they are not equal: one request is under way for both.
+    const QUrl plain(QStringLiteral("gate://place/MAT_Red"));
+    const QUrl withEmptyUser(QStringLiteral("gate://@place/MAT_Red"));
+    ASSERT_TRUE(plain != withEmptyUser && !(plain < withEmptyUser) && !(withEmptyUser < plain));
+
+    _loader.loadImageFromDir(plain);
+    _loader.loadImageFromDir(withEmptyUser);
+    gated().gate.release(2); // for a load each, so that one too many fails here and does not wait
+    settle();
+    gated().entered.acquire(gated().entered.available());
+    gated().gate.acquire(gated().gate.available());
+
+    EXPECT_EQ(_directories, (std::vector<QUrl>{plain}));
+}
+
+TEST_F(kxPreviewImageLoaderTest, LeavesItsTasksToThePoolWhichDeletesThem)
+{
+    WatchedLoader loader;
+    const QObject receiver;
+    const QObject *task = &receiver;
+    QObject::connect(&loader, &kxPreviewImageLoader::previewLoaded, &receiver, [&](const QUrl &, QImage *image) {
+        task = loader.task();
+        _images.emplace_back(image);
+    });
+    writePng("MAT_Red/Red.png", Red);
+
+    loader.loadImageFromDir(url("MAT_Red"));
+    settle(); // waits for the pool first, which deletes a task before it counts as done
+
+    EXPECT_EQ(_images.size(), 1U);
+    EXPECT_EQ(task, nullptr);
 }
 
 TEST_F(kxPreviewImageLoaderTest, ReturnsBeforeTheImageIsRead)
@@ -440,3 +501,37 @@ TEST_F(kxPreviewImageLoaderTest, MayGoWhileATaskIsRunning)
 
     EXPECT_EQ(announced, 0);
 }
+
+TEST_F(kxPreviewImageLoaderTest, DeliversOnTheThreadItLivesOnWithoutADetour)
+{
+    // A worker runs no event loop: were the call queued there, it would never come.
+    WatchedLoader loader;
+    const QObject receiver;
+    std::atomic_bool isTaskGone{false};
+    QObject::connect(
+        &loader, &kxPreviewImageLoader::previewLoaded, &receiver,
+        [this, &loader, &isTaskGone](const QUrl &, QImage *image) {
+            _images.emplace_back(image);
+            QObject::connect(loader.task(), &QObject::destroyed, [&isTaskGone] { isTaskGone = true; });
+            loader.moveToThread(QCoreApplication::instance()->thread());
+        },
+        Qt::DirectConnection);
+    loader.loadImageFromDir(gateUrl());
+    gated().entered.acquire();
+
+    loader.moveToThread(gated().worker);
+    gated().gate.release();
+    QThreadPool::globalInstance()->waitForDone();
+
+    EXPECT_TRUE(isTaskGone);
+    EXPECT_EQ(_images.size(), 1U);
+}
+
+#ifndef QT_NO_DEBUG
+TEST_F(kxPreviewImageLoaderTest, IsAskedOnTheMainThread)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+
+    EXPECT_DEATH(std::thread([this] { _loader.loadImageFromDir(url("MAT_Red")); }).join(), "ASSERT: .*isMainThread");
+}
+#endif

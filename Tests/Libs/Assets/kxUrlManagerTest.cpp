@@ -352,6 +352,43 @@ TEST_F(kxUrlManagerTest, PassesOverDocumentsThatDescribeNoAsset)
     EXPECT_FALSE(manager.containsItem(url("/lib"), Undefined, Third));
 }
 
+TEST_F(kxUrlManagerTest, HasMetadataReadIntoEmptyDocumentsOfOneName)
+{
+    /// Notes into what it is to read, which stays empty.
+    class Noting final : public TestUrlManager
+    {
+    public:
+        bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("noting"); }
+        bool loadDocumentFromFile(const QUrl &, QDomDocument &document) const override
+        {
+            names.push_back(document.doctype().name());
+            areEmpty = areEmpty && document.documentElement().isNull();
+            return false;
+        }
+        mutable QStringList names;
+        mutable bool areEmpty = true;
+    };
+    static Noting noting; // it stays in the registry
+    kxUrlManager::registerManager(&noting);
+    noting.write("/a/Red.xml", metadata(First));
+    const auto namesAfter = [](auto operation) {
+        noting.names.clear();
+        operation();
+        return noting.names;
+    };
+    PlainItem item(Material, First);
+    item.setDirectoryUrl(QUrl("noting:/a"));
+    osg::MaterialPtr material;
+    const QStringList once{"document"};
+
+    EXPECT_EQ(namesAfter([] { noting.collectItems(url("/a"), Undefined, nullptr); }), once);
+    EXPECT_EQ(namesAfter([] { noting.containsItems(url("/a"), Undefined); }), once);
+    EXPECT_EQ(namesAfter([] { noting.containsItem(url("/a"), Undefined, First); }), once);
+    EXPECT_EQ(namesAfter([&item] { kxUrlManager::updateItem(&item); }), once);
+    EXPECT_EQ(namesAfter([&material] { noting.loadMaterialFromDir(url("/a"), material); }), once);
+    EXPECT_TRUE(noting.areEmpty);
+}
+
 TEST_F(kxUrlManagerTest, DeletesNoItemThatAScanDoesNotFindAgain)
 {
     manager.write("/lib/MAT_A/a.xml", metadata(First));
