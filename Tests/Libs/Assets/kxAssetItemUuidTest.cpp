@@ -5,17 +5,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <numeric>
 #include <string>
 #include <sys/random.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
 
-/// While one lives, the operating system's random source yields what it holds.
+/// While one lives, the operating system's random source yields what it holds, and then zeros.
 class RandomSource
 {
 public:
@@ -31,8 +31,9 @@ public:
         draws.push_back(size);
         const std::size_t count = std::min(size, _bytes.size());
         std::copy_n(_bytes.begin(), count, buffer);
+        std::fill(buffer + count, buffer + size, static_cast<unsigned char>(0));
         _bytes.erase(_bytes.begin(), _bytes.begin() + static_cast<std::ptrdiff_t>(count));
-        return static_cast<ssize_t>(count);
+        return static_cast<ssize_t>(size);
     }
 
     /// How many bytes were asked for each time.
