@@ -57,6 +57,14 @@ private:
     std::vector<std::string> &_deaths;
 };
 
+/// Has a category that its own name for it does not tell.
+class DisguisedPlate final : public PlainItem
+{
+public:
+    explicit DisguisedPlate(const std::string &uuid) : PlainItem(Material, uuid) {}
+    bool hasCategory(kxAssetCategoryType category) const override { return category == Sceneplate; }
+};
+
 /// Says when it is asked for its UUID, and when it is deleted.
 class LoggingItem : public PlainItem
 {
@@ -257,6 +265,17 @@ TEST_F(kxAssetItemFactoryTest, FindsItemsOfACategory)
 
     EXPECT_EQ(_factory.findItems(Material, QUrl()), std::set<kxAssetItem *>{material});
     EXPECT_TRUE(_factory.findItems(Sceneplate, QUrl()).empty());
+}
+
+TEST_F(kxAssetItemFactoryTest, GoesByTheCategoryThatAnItemSaysItHas)
+{
+    auto item = std::make_unique<DisguisedPlate>("1");
+    ASSERT_TRUE(tryToAdd(item.get()));
+    kxAssetItem *plate = item.release();
+
+    EXPECT_EQ(_factory.findItems(Sceneplate, QUrl()), std::set<kxAssetItem *>{plate});
+    EXPECT_TRUE(_factory.findItems(Material, QUrl()).empty());
+    EXPECT_EQ(notifications(), 1) << "the host is told of it";
 }
 
 TEST_F(kxAssetItemFactoryTest, FindsItemsAnywhereBelowAFolder)

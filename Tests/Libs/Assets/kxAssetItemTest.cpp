@@ -160,6 +160,39 @@ TEST_F(kxAssetItemTest, CopiesAllItsFields)
     }
 }
 
+template <class Item> class kxAssetItemCopyTest : public testing::Test
+{};
+
+using Subclasses = testing::Types<kxMaterialAssetItem, kxEnvironmentMaterialAssetItem, kxGeometryAssetItem,
+                                  kxSceneplateAssetItem, kxEnvironmentNodeAssetItem>;
+TYPED_TEST_SUITE(kxAssetItemCopyTest, Subclasses);
+
+TYPED_TEST(kxAssetItemCopyTest, CopiesWhatTheBaseHolds)
+{
+    kxAssetItemDocument document;
+    document.setAssetType(Geometry);
+    document.setAssetUUID(Uuid);
+    document.setAssetName("Chair");
+    TypeParam item;
+    item.readMetaData(document);
+    item.setDirectoryUrl(QUrl("file:///lib/GEO_Chair"));
+    item.setPreviewImage(redImage());
+    item.setLastModified(QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+
+    TypeParam copy(item);
+    TypeParam assigned;
+    assigned = item;
+
+    for (kxAssetItem *other : {static_cast<kxAssetItem *>(&copy), static_cast<kxAssetItem *>(&assigned)}) {
+        EXPECT_EQ(other->uuid(), Uuid);
+        EXPECT_EQ(other->category(), Geometry);
+        EXPECT_EQ(other->name(), "Chair");
+        EXPECT_EQ(other->directoryUrl(), QUrl("file:///lib/GEO_Chair"));
+        EXPECT_EQ(other->previewImage(), redImage());
+        EXPECT_EQ(other->lastModified(), QDateTime(QDate(2020, 2, 29), QTime(12, 30)));
+    }
+}
+
 TEST_F(kxAssetItemTest, KnowsItsCategory)
 {
     const PlainItem item(Geometry);

@@ -13,6 +13,7 @@
 #include <QEventLoop>
 #include <QImage>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QSemaphore>
 #include <QThreadPool>
 #include <QTimer>
@@ -208,6 +209,17 @@ TEST_F(kxPreviewImageLoaderTest, AnswersForItsClassAndAddsNoVirtualOperation)
               2);
     EXPECT_EQ(tableEntryOf(&kxPreviewImageLoader::event), 5) << "behind the two of the destructor";
     EXPECT_EQ(tableEntriesOf("_ZTV20kxPreviewImageLoader"), tableEntriesOf("_ZTV7QObject"));
+}
+
+TEST_F(kxPreviewImageLoaderTest, BelongsToItsParentIfItHasOne)
+{
+    auto parent = std::make_unique<QObject>();
+    const QPointer<QObject> owned = std::make_unique<kxPreviewImageLoader>(parent.get()).release();
+
+    EXPECT_EQ(_loader.parent(), nullptr);
+    EXPECT_EQ(owned->parent(), parent.get());
+    parent.reset();
+    EXPECT_FALSE(owned);
 }
 
 TEST_F(kxPreviewImageLoaderTest, DeliversThePreviewOfADirectoryOnTheMainThread)

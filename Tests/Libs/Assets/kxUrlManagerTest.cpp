@@ -727,6 +727,7 @@ TEST_F(kxUrlManagerTest, ShowsNoProgressUntilToldTo)
     EXPECT_FALSE(manager.showMaterialLoadProgress());
     manager.setShowMaterialLoadProgress(true);
     EXPECT_TRUE(manager.showMaterialLoadProgress());
+    EXPECT_FALSE(TestUrlManager().showMaterialLoadProgress()) << "each has its own";
 }
 
 TEST_F(kxUrlManagerTest, KeepsAnOldDirectoryThatItCannotBeSureOf)
