@@ -8,6 +8,7 @@
 #include "Rendering/kxSceneRenderer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -16,6 +17,20 @@ constexpr int SamplesOfQuality = 32;
 
 bool hasAlpha = false;
 osg::Color4f alphaColor{0.0F, 0.0F, 0.0F, 0.0F};
+const kxImageRenderWidget *theRendering = nullptr;
+
+/// One rendering may begin within another, where a view processes events.
+class Rendering
+{
+public:
+    explicit Rendering(const kxImageRenderWidget &widget) : _before(std::exchange(theRendering, &widget)) {}
+    ~Rendering() { theRendering = _before; }
+    Rendering(const Rendering &) = delete;
+    Rendering &operator=(const Rendering &) = delete;
+
+private:
+    const kxImageRenderWidget *_before;
+};
 
 } // namespace
 
@@ -34,10 +49,14 @@ void kxImageRenderWidget::setAlphaColor(float red, float green, float blue)
     alphaColor = {red, green, blue, 0.0F};
 }
 
-kxImageRenderWidget::kxImageRenderWidget(QWidget * /*parent*/, int width, int height, int stereoMode,
-                                         bool /*showsTiles*/, int quality, bool /*isRefined*/, bool /*isAntialiased*/,
-                                         int /*tileCount*/, bool /*keepsOpen*/)
-    : _width(width), _height(height), _stereoMode(stereoMode), _quality(std::max(1, quality))
+const kxImageRenderWidget *kxImageRenderWidget::rendering()
+{
+    return theRendering;
+}
+
+kxImageRenderWidget::kxImageRenderWidget(QWidget *parent, int width, int height, int stereoMode, bool showsTiles,
+                                         int quality, bool isRefined, bool isAntialiased, int tileCount, bool keepsOpen)
+    : _settings{parent, width, height, stereoMode, showsTiles, quality, isRefined, isAntialiased, tileCount, keepsOpen}
 {}
 
 kxImageRenderWidget::~kxImageRenderWidget() = default;
@@ -45,20 +64,24 @@ kxImageRenderWidget::~kxImageRenderWidget() = default;
 bool kxImageRenderWidget::isValid() const
 {
     const kxOSGWidget *view = kxOSGWidget::getMGLW(-1);
-    return view && view->getUberCamera() && _stereoMode == 0 && _width > 0 && _height > 0 && _width <= MaxSide &&
-           _height <= MaxSide;
+    const int width = _settings.width;
+    const int height = _settings.height;
+    return view && view->getUberCamera() && _settings.stereoMode == 0 && width > 0 && height > 0 && width <= MaxSide &&
+           height <= MaxSide;
 }
 
-std::vector<osg::ImagePtr> kxImageRenderWidget::render(const osg::ImagePtr & /*target*/, int /*firstTile*/,
-                                                       bool /*isAnimated*/, bool /*waits*/)
+std::vector<osg::ImagePtr> kxImageRenderWidget::render(const osg::ImagePtr &target, int firstTile, bool isAnimated,
+                                                       bool waits)
 {
+    _request = {target, firstTile, isAnimated, waits};
+    const Rendering begun(*this);
     if (!isValid())
         return {};
     const kxOSGWidget *view = kxOSGWidget::getMGLW(-1);
     kxSceneRenderer::Settings settings;
-    settings.width = _width;
-    settings.height = _height;
-    settings.samples = SamplesOfQuality * _quality;
+    settings.width = _settings.width;
+    settings.height = _settings.height;
+    settings.samples = SamplesOfQuality * std::max(1, _settings.quality);
     settings.isBackgroundVisible = !hasAlpha;
     settings.emptyColor = alphaColor;
     std::vector<osg::NodePtr> roots = view->getRenderRoots();

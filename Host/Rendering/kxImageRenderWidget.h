@@ -23,6 +23,36 @@ public:
     static void setAlpha(bool alpha);
     static void setAlphaColor(float red, float green, float blue);
 
+    /// The one that renders just now, for views that show what is being done; null in between.
+    static const kxImageRenderWidget *rendering();
+
+    /// As given to the constructor.
+    struct Settings
+    {
+        QWidget *parent;
+        int width;
+        int height;
+        int stereoMode;
+        bool showsTiles;
+        int quality;
+        bool isRefined;
+        bool isAntialiased;
+        int tileCount;
+        bool keepsOpen;
+
+        bool operator==(const Settings &) const = default;
+    };
+    /// As given to render().
+    struct Request
+    {
+        osg::ImagePtr target;
+        int firstTile = 0;
+        bool isAnimated = false;
+        bool waits = false;
+
+        bool operator==(const Request &) const = default;
+    };
+
     /// \a width and \a height in pixels. One kind of picture is made: \a stereoMode has to be 0, and \a quality multiplies
     /// the number of samples. Tiles, previews and progress windows are for views that have them.
     kxImageRenderWidget(QWidget *parent, int width, int height, int stereoMode, bool showsTiles, int quality,
@@ -32,8 +62,13 @@ public:
     kxImageRenderWidget(const kxImageRenderWidget &) = delete;
     kxImageRenderWidget &operator=(const kxImageRenderWidget &) = delete;
 
+    /// What a progress window says, and whether one can cancel there.
     void setLabelText(const QString &text) { _labelText = text; }
+    const QString &labelText() const { return _labelText; }
     void setShowCancelButton(bool show) { _showsCancelButton = show; }
+    bool showsCancelButton() const { return _showsCancelButton; }
+    const Settings &settings() const { return _settings; }
+    const Request &request() const { return _request; }
 
     /// Whether there is something to render: a main view with a camera, and a size.
     bool isValid() const;
@@ -42,10 +77,8 @@ public:
     std::vector<osg::ImagePtr> render(const osg::ImagePtr &target, int firstTile, bool isAnimated, bool waits);
 
 private:
-    int _width;
-    int _height;
-    int _stereoMode;
-    int _quality;
+    Settings _settings;
+    Request _request;
     QString _labelText;
     bool _showsCancelButton = true;
     std::vector<osg::FCRef<osg::Image>> _images;

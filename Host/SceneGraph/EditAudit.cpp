@@ -2,6 +2,7 @@
 #include "SceneGraph/EditAudit.h"
 
 #include "SceneGraph/FieldContainer.h"
+#include "SceneGraph/FieldContainerFactory.h"
 
 #include <atomic>
 #include <cassert>
@@ -17,6 +18,8 @@ struct Record
     std::mutex mutex;
     std::vector<std::string> violations;
     std::atomic<bool> isEnabled = false;
+    std::atomic<bool> hasObserver = false;
+    EditAudit::Observer observer;
 };
 
 Record &theRecord()
@@ -58,6 +61,18 @@ void EditAudit::record(const FieldContainer &container, FieldMask fields, const 
     theRecord().violations.push_back(std::string(type.getCName()) + " " +
                                      std::to_string(container.getFieldContainerId()) + " (" + namesOf(type, fields) +
                                      "): " + what);
+}
+
+void EditAudit::setObserver(Observer observer)
+{
+    theRecord().hasObserver = static_cast<bool>(observer);
+    theRecord().observer = std::move(observer);
+}
+
+void EditAudit::noteBegin(const FieldContainer &container, FieldMask fields)
+{
+    if (theRecord().hasObserver && FieldContainerFactory::the().isMainThread())
+        theRecord().observer(container, fields);
 }
 
 } // namespace osg

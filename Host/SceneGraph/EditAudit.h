@@ -4,6 +4,7 @@
 #include "SceneGraph/Fields.h"
 #include "SceneGraph/SceneGraphExport.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,12 @@ public:
     static std::vector<std::string> takeViolations();
 
     static void record(const FieldContainer &container, FieldMask fields, const char *what);
+
+    using Observer = std::function<void(const FieldContainer &container, FieldMask fields)>;
+    /// Is called at the beginning of each edit, nested ones included, with the fields that it names: listeners hear only of
+    /// those that were set. An empty function ends that. Set on the main thread, and called for its edits only.
+    static void setObserver(Observer observer);
+    static void noteBegin(const FieldContainer &container, FieldMask fields);
 };
 
 } // namespace osg

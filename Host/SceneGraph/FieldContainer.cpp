@@ -74,6 +74,7 @@ void FieldContainer::subRef()
 
 void FieldContainer::beginEdit(FieldMask mask)
 {
+    EditAudit::noteBegin(*this, mask);
     openEdits.push_back({this, mask});
     _openFields |= mask;
 }

@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxCreateGroupedNodes.h"
 
+#include "Assets/Internal/NodePosition.h"
 #include "Assets/Internal/PlacementCore.h"
 #include "Kernel/kxKernelServiceFactory.h"
-#include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSceneplateService.h"
 #include "Kernel/kxSceneplateUtils.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Group.h"
 #include "SceneGraph/Transform3D.h"
+
+using kxAssetsInternal::restorePositions;
+using kxAssetsInternal::storeOriginalPosition;
 
 namespace {
 
@@ -20,6 +23,12 @@ void addLast(const osg::NodePtr &parent, const osg::NodePtr &child)
 }
 
 } // namespace
+
+kxCreateGroupedNodes::kxCreateGroupedNodes(kxAssetCategoryType category) : _category(category) {}
+
+kxCreateGroupedNodes::kxCreateGroupedNodes(const kxCreateGroupedNodes &) = default;
+
+kxCreateGroupedNodes &kxCreateGroupedNodes::operator=(const kxCreateGroupedNodes &) = default;
 
 kxCreateGroupedNodes::~kxCreateGroupedNodes()
 {
@@ -66,36 +75,13 @@ void kxCreateGroupedNodes::removeRoot()
     _root.reset();
 }
 
-void kxCreateGroupedNodes::storeOriginalPosition(const osg::NodePtr &node)
-{
-    if (!node)
-        return;
-    const osg::NodePtr parent = node->getParent();
-    _positions.push_back(
-        {node.getFieldContainerId(), parent ? parent.getFieldContainerId() : 0, parent ? parent->findChild(node) : -1});
-}
-
-/// From the last to the first, so that each finds the places before it as they were.
-void kxCreateGroupedNodes::restorePositions()
-{
-    for (auto position = _positions.rbegin(); position != _positions.rend(); ++position) {
-        const osg::NodePtr node = kxNodeUtils::getNodeFromId(position->node);
-        const osg::NodePtr parent = kxNodeUtils::getNodeFromId(position->parent);
-        if (!node || !parent)
-            continue;
-        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
-        parent->insertChild(position->index, node);
-    }
-    _positions.clear();
-}
-
 bool kxCreateGroupedNodes::prepareSceneplate(const std::vector<kxNodePtr> &nodes)
 {
     if (nodes.empty() || !createRoot(kxSceneplateUtils::getSceneplateRoot(), osg::Group::create()))
         return false;
     for (const kxNodePtr &node : nodes)
         if (node && node->getParent()) {
-            storeOriginalPosition(node);
+            storeOriginalPosition(_positions, node);
             addLast(_root, node);
         }
     return true;
@@ -132,7 +118,7 @@ bool kxCreateGroupedNodes::prepareGeometry(const std::vector<kxNodePtr> &nodes)
     for (const kxNodePtr &node : nodes) {
         if (!node)
             continue;
-        storeOriginalPosition(node);
+        storeOriginalPosition(_positions, node);
         moveGeometry(node, ancestor, fromWorld);
     }
     kxScenegraph::enableUpdate(true);
@@ -152,7 +138,7 @@ void kxCreateGroupedNodes::unprepareGeometry()
     if (isRestored())
         _positions.clear();
     kxScenegraph::enableUpdate(false);
-    restorePositions();
+    restorePositions(_positions);
     removeRoot();
     kxScenegraph::enableUpdate(true);
     kxScenegraph::update(true);
@@ -162,7 +148,7 @@ void kxCreateGroupedNodes::unprepareSceneplate()
 {
     if (isRestored())
         _positions.clear();
-    restorePositions();
+    restorePositions(_positions);
     removeRoot();
     if (auto *service = kxKernelServiceFactory::the().getService<kxSceneplateService>())
         service->nodesChanged();

@@ -7,8 +7,11 @@
 #include "SceneGraph/Matrix.h"
 #include "SceneGraph/Node.h"
 
-#include <cstdint>
 #include <vector>
+
+namespace kxAssetsInternal {
+struct NodePosition;
+}
 
 /// Gathers nodes of the scene below one temporary root, so that they can be written as one asset, and puts them back.
 ///
@@ -17,9 +20,9 @@
 class KX_ASSETS_EXPORT kxCreateGroupedNodes
 {
 public:
-    explicit kxCreateGroupedNodes(kxAssetCategoryType category) : _category(category) {}
-    kxCreateGroupedNodes(const kxCreateGroupedNodes &) = default;
-    kxCreateGroupedNodes &operator=(const kxCreateGroupedNodes &) = default;
+    explicit kxCreateGroupedNodes(kxAssetCategoryType category);
+    kxCreateGroupedNodes(const kxCreateGroupedNodes &);
+    kxCreateGroupedNodes &operator=(const kxCreateGroupedNodes &);
     /// Puts back what was not yet.
     ~kxCreateGroupedNodes();
 
@@ -33,13 +36,6 @@ public:
     void unprepare();
 
 private:
-    struct Position
-    {
-        std::uint32_t node = 0;
-        std::uint32_t parent = 0;
-        std::int32_t index = -1;
-    };
-
     bool prepareGeometry(const std::vector<kxNodePtr> &nodes);
     bool prepareSceneplate(const std::vector<kxNodePtr> &nodes);
     void unprepareGeometry();
@@ -47,11 +43,9 @@ private:
     bool createRoot(const osg::NodePtr &parent, const osg::NodeCorePtr &core);
     void removeRoot();
     bool isRestored() const;
-    void storeOriginalPosition(const osg::NodePtr &node);
-    void restorePositions();
     void moveGeometry(const osg::NodePtr &node, const osg::NodePtr &ancestor, const osg::Matrix &fromWorld);
 
-    std::vector<Position> _positions;
+    std::vector<kxAssetsInternal::NodePosition> _positions;
     osg::FCRef<osg::Node> _root;
     kxAssetCategoryType _category;
 };

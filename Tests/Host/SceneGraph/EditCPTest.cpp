@@ -47,6 +47,22 @@ TEST_F(EditCPTest, TellsWhatWasSetAndNotWhatWasOpen)
     EXPECT_THAT(told, ElementsAre(Url));
 }
 
+TEST_F(EditCPTest, ShowsAnObserverWhichFieldsEachEditNames)
+{
+    std::vector<FieldMask> named;
+    EditAudit::setObserver([&named](const FieldContainer &, FieldMask fields) { named.push_back(fields); });
+    {
+        const CPEditor outer(asset.get(), Url | Uuid);
+        const CPEditor inner(asset.get(), Url);
+    }
+    EditAudit::setObserver({});
+    {
+        const CPEditor unobserved(asset.get());
+    }
+
+    EXPECT_THAT(named, ElementsAre(Url | Uuid, Url));
+}
+
 TEST_F(EditCPTest, TellsNothingWhereNothingWasSet)
 {
     {

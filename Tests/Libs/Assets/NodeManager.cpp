@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NodeManager.h"
 
+#include "Assets/kxEnvironmentNodeAssetItem.h"
 #include "Assets/kxGeometrySceneplateCommon.h"
 
 NodeManager &NodeManager::fresh()
@@ -30,6 +31,11 @@ bool NodeManager::loadSceneplateFromDir(const QUrl &url, osg::NodePtr &node) con
 bool NodeManager::saveSceneNodeAsset(const QUrl &parent, kxGeometrySceneplateCommon *item) const
 {
     return note("saveSceneNodeAsset " + item->name(), parent) && store && store(*item);
+}
+
+bool NodeManager::saveEnvironmentNodeAsset(const QUrl &parent, kxEnvironmentNodeAssetItem *item) const
+{
+    return note("saveEnvironmentNodeAsset " + item->name(), parent) && storeEnvironment && storeEnvironment(*item);
 }
 
 bool NodeManager::removeOldItemDirectory(kxAssetItem *oldItem, kxAssetItem *newItem) const

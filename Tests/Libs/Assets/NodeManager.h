@@ -22,6 +22,7 @@ public:
     /// Fills in what was "loaded"; without it nothing loads.
     std::function<bool(osg::NodePtr &node)> load;
     std::function<bool(kxGeometrySceneplateCommon &item)> store;
+    std::function<bool(kxEnvironmentNodeAssetItem &item)> storeEnvironment;
     bool removesOldItems = true;
     std::function<void()> whenCollecting;
     mutable std::vector<std::string> asked; ///< "operation arguments", in order
@@ -30,6 +31,7 @@ public:
     bool loadNodeFromDir(const QUrl &url, osg::NodePtr &node) const override;
     bool loadSceneplateFromDir(const QUrl &url, osg::NodePtr &node) const override;
     bool saveSceneNodeAsset(const QUrl &parent, kxGeometrySceneplateCommon *item) const override;
+    bool saveEnvironmentNodeAsset(const QUrl &parent, kxEnvironmentNodeAssetItem *item) const override;
     bool removeOldItemDirectory(kxAssetItem *oldItem, kxAssetItem *newItem) const override;
     void collectItems(const QUrl &url, kxAssetCategoryType category, QProgressDialog *progress) const override;
 

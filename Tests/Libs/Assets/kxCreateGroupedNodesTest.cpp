@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxCreateGroupedNodes.h"
 
+#include "EditWatch.h"
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxScenegraphNotifier.h"
 #include "Kernel/kxSceneplateService.h"
 #include "Kernel/kxSceneplateUtils.h"
 #include "NodeFixture.h"
+#include "SceneChangeListener.h"
 #include "SceneGraph/Compare.h"
 #include "SceneGraph/DeepClone.h"
 #include "SceneGraph/EditCP.h"
@@ -26,6 +28,9 @@
 #include <utility>
 
 namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
 
 class PlateService final : public kxSceneplateService
 {
@@ -139,6 +144,53 @@ TEST_F(kxCreateGroupedNodesTest, KeepsAPlacementWithinTheCommonAncestor)
     geometry.unprepare();
     EXPECT_EQ(describe(world), "World(Direct Placed(Inside))");
     EXPECT_FALSE(osg::FieldContainerFactory::the().getContainer(wrapperId)) << "wrappers go";
+}
+
+TEST_F(kxCreateGroupedNodesTest, SetsThePartsOfAPlacementInOneEdit)
+{
+    const osg::NodePtr world = addGroup(root(), "World");
+    const osg::NodePtr direct = addGroup(world, "Direct");
+    const osg::NodePtr inside = addGroup(addPlaced(world, "Placed", {1.0, 2.0, 3.0}), "Inside");
+    std::vector<osg::FieldMask> changes;
+    const SceneChangeListener listener([&changes](osg::FieldContainer &container, osg::FieldMask fields) {
+        if (&container.getType() == &osg::Transform3D::getClassType())
+            changes.push_back(fields);
+    });
+
+    EXPECT_TRUE(geometry.prepare({direct, inside}));
+
+    EXPECT_THAT(changes,
+                ElementsAre(osg::Transform3D::TranslationFieldMask | osg::Transform3D::RotationAsQuaternionFieldMask |
+                            osg::Transform3D::ScaleFieldMask));
+}
+
+TEST_F(kxCreateGroupedNodesTest, NamesInEachEditWhatItMayChange)
+{
+    osg::Matrix shear;
+    shear.at(0, 1) = 0.5;
+    const osg::NodePtr world = addGroup(root(), "World");
+    const osg::NodePtr direct = addGroup(world, "Direct");
+    const osg::NodePtr inside = addGroup(addPlaced(world, "Placed", {1.0, 2.0, 3.0}), "Inside");
+    const osg::NodePtr skewed = addGroup(addMatrix(world, "Sheared", shear), "Skewed");
+    EditWatch watch;
+
+    EXPECT_TRUE(geometry.prepare({direct, inside, skewed}));
+
+    EXPECT_THAT(watch.take(), ElementsAreArray({
+                                  "Node Core", "Node Children",                    // the root, and the scene's
+                                  "Node Children", "Node Children",                // Direct: the root, and World
+                                  "Transform3D all", "Node Core", "Node Children", // a node between enters the root
+                                  "Node Children", "Node Children",                // Inside: that node, and Placed
+                                  "Transform3D all", "Transform all", "Node Core", "Node Children", // another
+                                  "Node Children", "Node Children", // Skewed: that node, and Sheared
+                              }));
+    geometry.unprepare();
+    EXPECT_THAT(watch.take(), ElementsAreArray({
+                                  "Node Children", "Node Children", // Skewed: Sheared, and the node between
+                                  "Node Children", "Node Children", // Inside: Placed, and the node between
+                                  "Node Children", "Node Children", // Direct: World, and the root
+                                  "Node all", "Node Children",      // the root is emptied, and leaves the scene's
+                              }));
 }
 
 TEST_F(kxCreateGroupedNodesTest, KeepsShearAsAMatrix)

@@ -13,6 +13,7 @@
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxScenegraphNotifier.h"
 #include "NodeFixture.h"
+#include "NodeManager.h"
 #include "Rendering/kxOSGWidget.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Environment.h"
@@ -149,6 +150,22 @@ protected:
 };
 
 } // namespace
+
+TEST_F(kxEnvironmentNodeAssetItemTest, CollectsWhatItSavedWithoutShowingProgress)
+{
+    NodeManager &manager = NodeManager::fresh();
+    manager.storeEnvironment = [](kxEnvironmentNodeAssetItem &item) {
+        item.setDirectoryUrl(NodeManager::url("/library/ENV_Dawn"));
+        return true;
+    };
+    kxEnvironmentNodeAssetItem item;
+    item.initFrom(makeEnvironment("Dawn", makeSky("dawn").get()), "dawn-uuid", false);
+
+    EXPECT_TRUE(item.save(NodeManager::url("/library")));
+
+    EXPECT_THAT(manager.asked,
+                ElementsAre("saveEnvironmentNodeAsset Dawn /library", "collectItems 2 /library/ENV_Dawn"));
+}
 
 TEST_F(kxEnvironmentNodeAssetItemTest, IsAnEnvironment)
 {

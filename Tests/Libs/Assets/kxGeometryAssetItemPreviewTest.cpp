@@ -325,6 +325,33 @@ TEST_F(kxGeometryAssetItemPreviewTest, SaysWhatItDoesInTheLanguageOfTheUser)
     EXPECT_THAT(recorder.texts, Contains("kxGeometryAssetItem/Rendering asset preview image ..."));
 }
 
+TEST_F(kxGeometryAssetItemPreviewTest, AsksForOneFinePictureUnderALabelThatNobodyCancels)
+{
+    std::optional<kxImageRenderWidget::Settings> settings;
+    std::optional<kxImageRenderWidget::Request> request;
+    QString label;
+    bool canBeCancelled = true;
+    view.sight = TellingView::Everything;
+    view.whenLookedThrough = [&] {
+        const kxImageRenderWidget *widget = kxImageRenderWidget::rendering();
+        if (!widget)
+            return;
+        settings = widget->settings();
+        request = widget->request();
+        label = widget->labelText();
+        canBeCancelled = widget->showsCancelButton();
+        view.sight = TellingView::Nothing; // the picture itself would take its time
+    };
+
+    render(addChair());
+
+    EXPECT_EQ(settings, (kxImageRenderWidget::Settings{nullptr, 512, 384, 0, false, 1, true, true, 1, false}));
+    EXPECT_EQ(request, (kxImageRenderWidget::Request{nullptr, 0, false, true}));
+    EXPECT_EQ(label, "Rendering asset preview image ...");
+    EXPECT_FALSE(canBeCancelled);
+    EXPECT_EQ(kxImageRenderWidget::rendering(), nullptr);
+}
+
 TEST_F(kxGeometryAssetItemPreviewTest, TouchesNothingWithoutANodeOrACamera)
 {
     const osg::NodePtr chair = addChair();

@@ -4,6 +4,7 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxSceneplateAssetItem.h"
+#include "EditWatch.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxLogRecorder.h"
@@ -416,6 +417,61 @@ TEST_F(kxGeometrySceneplateCommonTest, TellsListenersWhichFieldsWrappingChanged)
                            {inside.getFieldContainerId(), attachments},
                            {node.getFieldContainerId(),
                             osg::Node::CoreFieldMask | osg::Node::ChildrenFieldMask | attachments}}));
+}
+
+TEST_F(kxGeometrySceneplateCommonTest, NamesOneFieldInEachEditThatWrapsANode)
+{
+    const osg::NodePtr parent = addGroup(root(), "P");
+    const osg::NodePtr inside = addGroup(parent, "B");
+    setUuid(inside, "b-uuid");
+    OpenItem item;
+    osg::NodePtr node = inside;
+    const EditWatch watch;
+
+    item.insertGeometryAssetRoot(node);
+
+    EXPECT_THAT(watch.editsOf(parent.getFieldContainerId()), ElementsAre("Node Children"));
+    EXPECT_THAT(watch.editsOf(node.getFieldContainerId()),
+                ElementsAre("Node Core", "Node Attachments", "Node Children", "Node Attachments"))
+        << "the second is its name";
+    EXPECT_THAT(watch.editsOf(inside.getFieldContainerId()), ElementsAre("Node Attachments"));
+}
+
+TEST_F(kxGeometrySceneplateCommonTest, NamesTheEnvironmentAloneWhereItLightsOverrides)
+{
+    const auto layer = makeLayer();
+    const Owned over = makeLayered({layer.get()});
+    const osg::NodePtr chair = addSquare(root(), "Chair");
+    kxMaterials::setOverrideMaterial(chair, over.get());
+    OpenItem item;
+    setPayload(chair);
+    const EditWatch watch;
+
+    load(item);
+
+    EXPECT_THAT(watch.editsOf(layer.get().getFieldContainerId()), ElementsAre("UBRDFMaterial Environment"));
+}
+
+TEST_F(kxGeometrySceneplateCommonTest, WrapsNotEvenARootThatLosesItsPlacementMeanwhile)
+{
+    const osg::NodePtr chair = makeNode(osg::Transform3D::create(), "Chair");
+    addSquare(chair, "Seat");
+    setUuid(chair, "of another asset");
+    kxMaterials::setOverrideMaterial(chair->getChild(0), makeLayered({makeLayer().get()}).get());
+    setPayload(chair);
+    const SceneChangeListener listener([&chair](osg::FieldContainer &container, osg::FieldMask) {
+        if (!container.getType().isDerivedFrom(osg::UBRDFMaterial::getClassType()))
+            return;
+        const osg::CPEditor edit(chair, osg::Node::CoreFieldMask);
+        chair->setCore(osg::Group::create());
+    });
+    OpenItem item;
+
+    load(item);
+
+    ASSERT_FALSE(kxGeometryAssetItem::isValidAssetRoot(chair)) << "somebody took it away when the surface was lit";
+    EXPECT_EQ(item.getNode(), chair);
+    EXPECT_FALSE(chair->getParent());
 }
 
 TEST_F(kxGeometrySceneplateCommonTest, NamesANodeOnlyAfterAKnownItem)

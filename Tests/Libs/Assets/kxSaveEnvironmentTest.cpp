@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxSaveEnvironment.h"
 
+#include "EditWatch.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxMaterials.h"
@@ -23,6 +24,8 @@
 
 #include <QCoreApplication>
 #include <QSignalSpy>
+
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -76,6 +79,19 @@ protected:
         Owned chooser = makeChooser(name, {choice});
         kxScenegraph::newDocument();
         return chooser;
+    }
+    /// A light that a light-link set of the scene names.
+    static void addLinkedLight(const osg::NodePtr &node)
+    {
+        const osg::NodePtr light = addNode(node, osg::Light::create(), "Light");
+        const auto set = osg::LightLinkSet::create();
+        {
+            const osg::CPEditor edit(set, osg::LightLinkSet::LightsFieldMask);
+            set->editLights() = std::vector{kxNodeKeys::make(light)};
+        }
+        const osg::MaterialPoolPtr pool = kxScenegraph::getMaterialPool();
+        const osg::CPEditor edit(pool, osg::MaterialPool::LightLinkSetsFieldMask);
+        pool->editLightLinkSets().push_back(set);
     }
     static void setEnvironment(const osg::UBRDFMaterialPtr &surface, const osg::MaterialPtr &environment)
     {
@@ -440,17 +456,7 @@ TEST_F(kxSaveEnvironmentTest, LightsLayersOfOverridesByTheChoiceAndLeavesOtherSu
 TEST_F(kxSaveEnvironmentTest, GathersLightLinkSetsAlsoWhenTheRestFails)
 {
     const osg::FCRef<osg::Node> node(makeEnvironment("Empty", nullptr));
-    const osg::NodePtr light = addNode(node, osg::Light::create(), "Light");
-    const auto set = osg::LightLinkSet::create();
-    {
-        const osg::CPEditor edit(set, osg::LightLinkSet::LightsFieldMask);
-        set->editLights() = std::vector{kxNodeKeys::make(light)};
-    }
-    {
-        const osg::MaterialPoolPtr pool = kxScenegraph::getMaterialPool();
-        const osg::CPEditor edit(pool, osg::MaterialPool::LightLinkSetsFieldMask);
-        pool->editLightLinkSets().push_back(set);
-    }
+    addLinkedLight(node);
 
     EXPECT_FALSE(preparation.prepare(node));
     ASSERT_EQ(node->getNChildren(), 2U);
@@ -458,6 +464,26 @@ TEST_F(kxSaveEnvironmentTest, GathersLightLinkSetsAlsoWhenTheRestFails)
     preparation.unprepare();
 
     EXPECT_EQ(describe(node), "Empty(Light)");
+}
+
+TEST_F(kxSaveEnvironmentTest, GathersLightLinkSetsFirstAndTakesThemAwayLast)
+{
+    addChoices();
+    addLinkedLight(duskNode);
+    EditWatch watch;
+    const auto editsOfNodeAndMaterial = [&] {
+        std::vector<std::string> edits;
+        for (const std::string &edit : watch.take())
+            if (edit == "Node Children" || edit == "Environment Material")
+                edits.push_back(edit);
+        return edits;
+    };
+
+    ASSERT_TRUE(preparation.prepare(duskNode));
+    EXPECT_THAT(editsOfNodeAndMaterial(), testing::ElementsAre("Node Children", "Environment Material"));
+    preparation.unprepare();
+
+    EXPECT_THAT(editsOfNodeAndMaterial(), testing::ElementsAre("Environment Material", "Node Children"));
 }
 
 TEST_F(kxSaveEnvironmentTest, RestoresOnDestructionAndOnlyOnceAmongCopies)
