@@ -45,7 +45,10 @@ bool kxSceneplateAssetItem::save(const QUrl &url)
     if (!makeNodeValidForSave())
         return false;
     const kxUrlManager *manager = kxUrlManager::getUrlManager(url);
-    return manager && store(*manager, url);
+    if (!manager)
+        return false;
+    kxSceneplateUtils::getSceneplateRoot(); // so that a host that makes it on demand has it before a plate is written
+    return store(*manager, url);
 }
 
 bool kxSceneplateAssetItem::readMetaData(const kxAssetItemDocument &document)

@@ -6,6 +6,7 @@
 #include "Kernel/kxAssetsInterface.h"
 #include "Kernel/kxAssetsService.h"
 #include "Kernel/kxInterfaceFactory.h"
+#include "Kernel/kxInterfaceObject.h"
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxTypeConverter.h"
@@ -19,7 +20,12 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
 #include <functional>
+#include <mutex>
+#include <thread>
 
 namespace {
 
@@ -27,6 +33,30 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
+
+/// Stands before the library's object in the factory, and holds up whoever looks for that until a second one comes, or for
+/// as long as a second one would have taken.
+class Obstacle final : public kxInterfaceObject
+{
+public:
+    const void *interfaceType() const override
+    {
+        std::unique_lock lock(_mutex);
+        ++askers;
+        _changed.notify_all();
+        if (holdsUp)
+            _changed.wait_for(lock, std::chrono::milliseconds(300), [this] { return askers > 1; });
+        return this;
+    }
+    const char *interfaceTypeName() const override { return "Obstacle"; }
+
+    mutable int askers = 0;
+    bool holdsUp = false;
+
+private:
+    mutable std::mutex _mutex;
+    mutable std::condition_variable _changed;
+};
 
 class kxAssetsServiceImplTest : public NodeFixture
 {
@@ -318,6 +348,27 @@ TEST_F(kxAssetsServiceImplTest, AsksForTheInterfaceObjectOnceInAProcess)
     EXPECT_TRUE(kxInterfaceFactory::the().registerObject(object));
 
     EXPECT_THAT(manager.plates, ElementsAre(Pair("a", 0U), Pair("b", 0U)));
+}
+
+TEST_F(kxAssetsServiceImplTest, AsksForTheInterfaceObjectOnceAlsoFromTwoThreads)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process in which nobody has asked yet
+    EXPECT_EXIT(
+        {
+            auto *object = kxInterfaceFactory::the().get<kxAssetsInterface>();
+            kxInterfaceFactory::the().unregisterObject(object);
+            Obstacle obstacle;
+            kxInterfaceFactory::the().registerObject(&obstacle);
+            kxInterfaceFactory::the().registerObject(object);
+            obstacle.askers = 0;
+            obstacle.holdsUp = true;
+
+            std::thread other([this] { service->loadSceneplateAssets({}, nullptr); });
+            service->loadSceneplateAssets({}, nullptr);
+            other.join();
+            std::_Exit(obstacle.askers);
+        },
+        testing::ExitedWithCode(1), "");
 }
 
 TEST_F(kxAssetsServiceImplTest, KeepsTheOrderOfItsVirtualOperations)

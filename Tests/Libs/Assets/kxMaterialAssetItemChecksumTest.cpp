@@ -4,6 +4,8 @@
 #include "LibraryFixture.h"
 #include "TestUrlManager.h"
 
+#include <QDomDocument>
+
 namespace {
 
 class kxMaterialAssetItemChecksumTest : public LibraryFixture
@@ -18,10 +20,17 @@ public:
     {
         filters = nameFilters;
         order = sort;
-        return listed;
+        return nameFilters.contains(QStringLiteral("*.xml")) ? described : listed;
+    }
+    bool loadDocumentFromFile(const QUrl &, QDomDocument &document) const override
+    {
+        documentName = document.doctype().name();
+        return document.setContent(QByteArray("<item><material/></item>"));
     }
 
     std::vector<QUrl> listed;
+    std::vector<QUrl> described;
+    mutable QString documentName;
     QStringList filters;
     QDir::SortFlags order = QDir::Name;
 };
@@ -93,4 +102,17 @@ TEST_F(kxMaterialAssetItemChecksumTest, IsThatOfTheFirstPayloadInTheOrderOfTheBa
 
     EXPECT_EQ(listing().filters, QStringList{"*.osb"});
     EXPECT_EQ(listing().order, QDir::NoSort);
+}
+
+TEST_F(kxMaterialAssetItemChecksumTest, HasItsDescriptionReadIntoADocumentOfThatName)
+{
+    kxUrlManager::registerManager(&listing());
+    listing().listed.clear();
+    listing().described = {QUrl("listing:/MAT_x/x.xml")};
+    kxMaterialAssetItem item;
+    item.setDirectoryUrl(QUrl("listing:/MAT_x"));
+
+    EXPECT_NE(item.checksum(), 0U);
+
+    EXPECT_EQ(listing().documentName, "document");
 }

@@ -8,6 +8,7 @@
 #include "MaterialFixture.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/Image.h"
 #include "SceneGraph/MultiPassMaterial.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/TagAttachment.h"
@@ -39,6 +40,15 @@ protected:
         return kxAssetItemDocument(document);
     }
 };
+
+/// Claims to be a switch of materials, and what it makes is a picture.
+osg::FieldContainerType &impostor()
+{
+    static osg::FieldContainerType type("ImpostorOfASwitch", &osg::SwitchMaterial::getClassType(),
+                                        []() -> osg::FieldContainerPtr { return osg::Image::create(); }, {});
+    osg::FieldContainerFactory::the().registerType(type);
+    return type;
+}
 
 int choiceOf(const osg::MaterialPtr &material)
 {
@@ -191,6 +201,20 @@ TEST_F(kxMaterialAssetItemRebuildingTest, RebuildsNothingElse)
         EXPECT_EQ(material, before.get()) << type;
     }
     EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), living);
+}
+
+TEST_F(kxMaterialAssetItemRebuildingTest, RebuildsNothingFromWhatTurnsOutToBeNoMaterial)
+{
+    const Owned before = makeSurface("before");
+    osg::MaterialPtr material = before;
+    const kxAssetItemDocument document = documentOf(impostor().getCName(), {});
+    ASSERT_EQ(document.getMaterialType(), &impostor());
+    const auto living = osg::FieldContainerFactory::the().livingContainerCount();
+
+    EXPECT_FALSE(Item::createMaterialFromDoc(document, material));
+
+    EXPECT_EQ(material, before.get());
+    EXPECT_EQ(osg::FieldContainerFactory::the().livingContainerCount(), living) << "nothing stays behind";
 }
 
 TEST_F(kxMaterialAssetItemRebuildingTest, RebuildsNothingFromInvalidMetadata)

@@ -576,6 +576,20 @@ TEST_F(kxMaterialAssetItemNamesTest, DoesWithoutAHostThatAnswers)
                 testing::ExitedWithCode(0), "");
 }
 
+TEST_F(kxMaterialAssetItemNamesTest, SaysByItsDisplayNameWhatCannotBeSaved)
+{
+    EXPECT_EXIT(
+        {
+            HostModule host;
+            host.names[""] = QString::fromUtf8("Käse");
+            const kxLogRecorder log;
+            kxMaterialAssetItem::isSaveAllowed(nullptr);
+            endProcess(log.lines(kxLogLevel::Error) ==
+                       std::vector<std::string>{"[Asset Manager] Save is not supported for material type Käse."});
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST_F(kxMaterialAssetItemTest, ReadsItsDescription)
 {
     kxAssetItemDocument document;

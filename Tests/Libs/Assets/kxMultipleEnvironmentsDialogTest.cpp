@@ -9,6 +9,7 @@
 #include "Support/CapturedOutput.h"
 
 #include <QApplication>
+#include <QChildEvent>
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -23,6 +24,39 @@ class ContextTranslator : public QTranslator
 public:
     QString translate(const char *context, const char *, const char *, int) const override { return context; }
     bool isEmpty() const override { return false; }
+};
+
+/// Has slots that are named after what the form holds.
+class DialogWithSlots : public QDialog
+{
+    Q_OBJECT
+
+public:
+    QString answer;
+    QString row;
+
+private Q_SLOTS:
+    void on__buttonBox_accepted() { answer = result() == Accepted ? "accepted by then" : "too early"; }
+    void on__envList_currentTextChanged(const QString &text) { row = text; }
+};
+
+/// Gives the list of the form a height that depends on its width, once it is made and before it is set up.
+class DialogWithATallList : public QDialog
+{
+private:
+    void childEvent(QChildEvent *event) override
+    {
+        auto *child = qobject_cast<QWidget *>(event->child());
+        if (!event->added() || !child)
+            return;
+        connect(child, &QObject::objectNameChanged, this, [child](const QString &name) {
+            if (name != QLatin1String("_envList"))
+                return;
+            QSizePolicy policy = child->sizePolicy();
+            policy.setHeightForWidth(true);
+            child->setSizePolicy(policy);
+        });
+    }
 };
 
 class kxMultipleEnvironmentsDialogTest : public MaterialFixture
@@ -205,6 +239,33 @@ TEST_F(kxMultipleEnvironmentsDialogTest, KeepsTheNameThatADialogHas)
     EXPECT_EQ(dialog.objectName(), "mine");
 }
 
+TEST_F(kxMultipleEnvironmentsDialogTest, ConnectsSlotsByTheirNamesAfterItsOwn)
+{
+    DialogWithSlots dialog;
+    Ui::kxMultipleEnvironmentsDialog form;
+    form.setupUi(&dialog);
+
+    form._envList->addItem("Sky");
+    form._envList->setCurrentRow(0);
+    emit form._buttonBox->accepted();
+
+    EXPECT_EQ(dialog.row, "Sky");
+    EXPECT_EQ(dialog.answer, "accepted by then");
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, KeepsWhetherTheHeightOfTheListDependsOnItsWidth)
+{
+    const kxMultipleEnvironmentsGUII usual;
+    EXPECT_FALSE(listOf(usual)->sizePolicy().hasHeightForWidth());
+
+    DialogWithATallList dialog;
+    Ui::kxMultipleEnvironmentsDialog form;
+    form.setupUi(&dialog);
+
+    EXPECT_TRUE(form._envList->sizePolicy().hasHeightForWidth());
+    EXPECT_EQ(form._envList->sizePolicy().verticalPolicy(), QSizePolicy::MinimumExpanding);
+}
+
 TEST_F(kxMultipleEnvironmentsDialogTest, HasNoMaterialWithoutASelection)
 {
     Owned sky = makeSky("Sky");
@@ -241,3 +302,5 @@ TEST_F(kxMultipleEnvironmentsDialogTest, AcceptsAndRejectsByItsButtons)
     emit buttons->rejected();
     EXPECT_EQ(dialog.result(), QDialog::Rejected);
 }
+
+#include "kxMultipleEnvironmentsDialogTest.moc"

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ReplacedFunctions.h"
+
+#include "Assets/kxAssetItem.h"
+#include "Kernel/kxDefaultEnvironment.h"
+#include "Kernel/kxMessage.h"
+#include "Kernel/kxSceneplateUtils.h"
+
+#include <QTextCodec>
+#include <QTextStream>
+
+#include <bit>
+#include <cstdio>
+#include <cstdlib>
+
+#include <dlfcn.h>
+
+namespace {
+
+ReplacedFunctions *theReplaced = nullptr;
+
+/// Member functions are called as the platform's binary interface has it: the object comes first.
+template <class Function> Function *original(const char *symbol)
+{
+    void *address = dlsym(RTLD_NEXT, symbol);
+    if (!address) {
+        std::fprintf(stderr, "no library has %s\n", symbol);
+        std::abort();
+    }
+    return std::bit_cast<Function *>(address);
+}
+
+} // namespace
+
+ReplacedFunctions::ReplacedFunctions()
+{
+    theReplaced = this;
+}
+
+ReplacedFunctions::~ReplacedFunctions()
+{
+    theReplaced = nullptr;
+}
+
+bool kxAssetItem::readMetaData(const kxAssetItemDocument &document)
+{
+    static auto *const read = original<bool(kxAssetItem *, const kxAssetItemDocument &)>(
+        "_ZN11kxAssetItem12readMetaDataERK19kxAssetItemDocument");
+    return !(theReplaced && theReplaced->readingMetadataFails) && read(this, document);
+}
+
+bool kxAssetItem::writeMetaData(kxAssetItemDocument &document) const
+{
+    static auto *const write = original<bool(const kxAssetItem *, kxAssetItemDocument &)>(
+        "_ZNK11kxAssetItem13writeMetaDataER19kxAssetItemDocument");
+    return !(theReplaced && theReplaced->writingMetadataFails) && write(this, document);
+}
+
+osg::MaterialPtr kxDefaultEnvironment::getDefault()
+{
+    static auto *const getDefault = original<osg::MaterialPtr()>("_ZN20kxDefaultEnvironment10getDefaultEv");
+    return theReplaced && theReplaced->defaultEnvironment ? *theReplaced->defaultEnvironment : getDefault();
+}
+
+osg::NodePtr kxSceneplateUtils::getSceneplateRoot()
+{
+    static auto *const getRoot = original<osg::NodePtr()>("_ZN17kxSceneplateUtils17getSceneplateRootEv");
+    if (theReplaced && theReplaced->whenSceneplateRootIsAskedFor)
+        theReplaced->whenSceneplateRootIsAskedFor();
+    return getRoot();
+}
+
+void kxMessage::set(const std::string &name, const boost::any &value, bool replace)
+{
+    static auto *const set = original<void(kxMessage *, const std::string &, const boost::any &, bool)>(
+        "_ZN9kxMessage3setERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEERKN5boost3anyEb");
+    if (theReplaced)
+        theReplaced->messageAttributes.push_back(name + (replace ? " replaces" : " keeps"));
+    set(this, name, value, replace);
+}
+
+void QDomNode::save(QTextStream &stream, int indentation, EncodingPolicy policy) const
+{
+    static auto *const save = original<void(const QDomNode *, QTextStream &, int, EncodingPolicy)>(
+        "_ZNK8QDomNode4saveER11QTextStreamiNS_14EncodingPolicyE");
+    if (theReplaced && isElement())
+        theReplaced->writings.push_back({stream.codec()->name().toStdString(), indentation, policy});
+    save(this, stream, indentation, policy);
+}

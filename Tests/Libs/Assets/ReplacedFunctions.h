@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "SceneGraph/Material.h"
+
+#include <QDomNode>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What the functions do that a program has in place of those of the libraries, because nothing else shows how they are
+/// called, or what happens where they fail. They do what the originals do unless it is said here.
+///
+/// A function of the program comes before those of the same name in libraries, for the libraries' own calls too. One at a
+/// time; as long as it lives.
+class ReplacedFunctions
+{
+public:
+    ReplacedFunctions();
+    ~ReplacedFunctions();
+    ReplacedFunctions(const ReplacedFunctions &) = delete;
+    ReplacedFunctions &operator=(const ReplacedFunctions &) = delete;
+
+    /// Of kxAssetItem, which every category's own begin with.
+    bool readingMetadataFails = false;
+    bool writingMetadataFails = false;
+
+    /// What kxDefaultEnvironment answers.
+    std::optional<osg::MaterialPtr> defaultEnvironment;
+
+    /// Is called when kxSceneplateUtils is asked for the root.
+    std::function<void()> whenSceneplateRootIsAskedFor;
+
+    /// What kxMessage was given: the name, and "replaces" or "keeps".
+    std::vector<std::string> messageAttributes;
+
+    /// How elements of documents were written: the codec, the indentation, and the policy.
+    struct Writing
+    {
+        std::string codec;
+        int indentation;
+        QDomNode::EncodingPolicy policy;
+
+        bool operator==(const Writing &) const = default;
+    };
+    std::vector<Writing> writings;
+};

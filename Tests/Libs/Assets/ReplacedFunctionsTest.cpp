@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ReplacedFunctions.h"
+
+#include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxGeometryAssetItem.h"
+#include "Assets/kxMaterialAssetItem.h"
+#include "Assets/kxSaveNode.h"
+#include "Assets/kxSceneplateAssetItem.h"
+#include "Kernel/kxMaterials.h"
+#include "Kernel/kxScenegraph.h"
+#include "NodeFixture.h"
+#include "NodeManager.h"
+#include "SceneGraph/EditCP.h"
+#include "SceneGraph/Sceneplate.h"
+#include "SceneGraph/SwitchMaterial.h"
+#include "SceneGraph/UberMaterial.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ReplacedFunctionsTest : public NodeFixture
+{
+protected:
+    static kxAssetItemDocument documentOf(kxAssetCategoryType category)
+    {
+        kxAssetItemDocument document;
+        document.setAssetType(category);
+        document.setAssetUUID("10000000-0000-4000-8000-000000000000");
+        document.setAssetName("Name");
+        document.setMaterialType(osg::SwitchMaterial::getClassType());
+        document.setMaterialTags("tag");
+        document.setSceneplateType(kxSceneplateTypes::Switch);
+        return document;
+    }
+    static osg::NodePtr addPlate()
+    {
+        return addNode(kxScenegraph::getSceneplateRoot(), osg::Sceneplate::create(), "Plate");
+    }
+
+    ReplacedFunctions replaced;
+};
+
+} // namespace
+
+TEST_F(ReplacedFunctionsTest, LetMaterialsReadNothingWhereTheBaseFails)
+{
+    kxMaterialAssetItem item;
+    replaced.readingMetadataFails = true;
+
+    EXPECT_FALSE(item.readMetaData(documentOf(Material)));
+
+    EXPECT_EQ(item.materialType(), nullptr);
+    EXPECT_EQ(item.data(4, 0), QVariant(QString()));
+    replaced.readingMetadataFails = false;
+    EXPECT_TRUE(item.readMetaData(documentOf(Material)));
+    EXPECT_EQ(item.materialType(), &osg::SwitchMaterial::getClassType());
+}
+
+TEST_F(ReplacedFunctionsTest, LetMaterialsWriteNothingWhereTheBaseFails)
+{
+    const Owned material = makeSurface("Paint");
+    kxMaterialAssetItem item;
+    item.initFrom(material.get(), {}, true);
+    kxAssetItemDocument document;
+    replaced.writingMetadataFails = true;
+
+    EXPECT_FALSE(item.writeMetaData(document));
+
+    EXPECT_EQ(document.getMaterialType(), nullptr);
+    replaced.writingMetadataFails = false;
+    EXPECT_TRUE(item.writeMetaData(document));
+    EXPECT_EQ(document.getMaterialType(), &osg::UBRDFMaterial::getClassType());
+}
+
+TEST_F(ReplacedFunctionsTest, LetSceneplatesReadNothingWhereTheBaseFails)
+{
+    kxSceneplateAssetItem item;
+    replaced.readingMetadataFails = true;
+
+    EXPECT_FALSE(item.readMetaData(documentOf(Sceneplate)));
+
+    EXPECT_EQ(item.sceneplateTypeName(), "Group") << "as it was";
+    replaced.readingMetadataFails = false;
+    EXPECT_TRUE(item.readMetaData(documentOf(Sceneplate)));
+    EXPECT_EQ(item.sceneplateTypeName(), "Switch");
+}
+
+TEST_F(ReplacedFunctionsTest, LetSceneplatesWriteNothingWhereTheBaseFails)
+{
+    kxSceneplateAssetItem item;
+    item.setNode(addPlate());
+    kxAssetItemDocument document;
+    const kxSceneplateTypes::NodeType none = document.getSceneplateType();
+    replaced.writingMetadataFails = true;
+
+    EXPECT_FALSE(item.writeMetaData(document));
+
+    EXPECT_EQ(document.getSceneplateType(), none);
+    replaced.writingMetadataFails = false;
+    EXPECT_TRUE(item.writeMetaData(document));
+    EXPECT_NE(document.getSceneplateType(), none);
+}
+
+TEST_F(ReplacedFunctionsTest, LightNoLayerByItself)
+{
+    const osg::FCRef<osg::UBRDFMaterial> glowing(osg::UBRDFMaterial::create());
+    const osg::FCRef<osg::UBRDFMaterial> other(osg::UBRDFMaterial::create());
+    const osg::FCRef<osg::UberMaterial> over(osg::UberMaterial::create());
+    {
+        const osg::CPEditor edit(over.get(), osg::UberMaterial::BRDFMaterialsFieldMask);
+        over->editBRDFMaterials().push_back(glowing.get());
+        over->editBRDFMaterials().push_back(other.get());
+    }
+    const osg::NodePtr chair = addPlaced(kxScenegraph::getRoot(), "Chair", {});
+    kxMaterials::setOverrideMaterial(addSquare(chair, "Seat"), over.get());
+    NodeManager &manager = NodeManager::fresh();
+    manager.load = [&chair](osg::NodePtr &node) {
+        node = chair;
+        return true;
+    };
+    kxGeometryAssetItem item;
+    item.setDirectoryUrl(NodeManager::url("/x"));
+    replaced.defaultEnvironment = osg::MaterialPtr(glowing.get());
+
+    EXPECT_TRUE(item.loadNode());
+
+    EXPECT_FALSE(glowing->getEnvironment());
+    EXPECT_EQ(other->getEnvironment(), glowing.get());
+    manager.load = nullptr;
+}
+
+TEST_F(ReplacedFunctionsTest, SeeTheActionsAskedForByAttributesThatReplace)
+{
+    const kxSaveNode preparation(addGroup(kxScenegraph::getRoot(), "Chair"));
+
+    EXPECT_THAT(replaced.messageAttributes, ElementsAre("node replaces", "addActionAttachment replaces"));
+}
+
+TEST_F(ReplacedFunctionsTest, SeeTheRootOfPlatesAskedForOnceBetweenTheBackEndAndTheWriting)
+{
+    std::vector<std::string> steps;
+    replaced.whenSceneplateRootIsAskedFor = [&steps] { steps.emplace_back("root"); };
+    NodeManager &manager = NodeManager::fresh();
+    manager.store = [&steps](kxGeometrySceneplateCommon &) {
+        steps.emplace_back("writing");
+        return false;
+    };
+    kxSceneplateAssetItem item;
+
+    EXPECT_FALSE(item.save(NodeManager::url("/library"))) << "it has no node";
+    item.setNode(addPlate());
+    EXPECT_FALSE(item.save(QUrl("nobody:/library")));
+    EXPECT_THAT(steps, IsEmpty());
+    EXPECT_FALSE(item.save(NodeManager::url("/library")));
+
+    EXPECT_THAT(steps, ElementsAre("root", "writing"));
+    manager.store = nullptr;
+}
+
+TEST_F(ReplacedFunctionsTest, SeeADescriptionSummedUpInTheEncodingOfItsDocument)
+{
+    kxMaterialAssetItem item;
+    item.setDirectoryUrl(writeAsset("MAT_x", "<material><type>SwitchMaterial</type></material>"));
+
+    EXPECT_NE(item.checksum(), 0U);
+
+    EXPECT_THAT(replaced.writings, ElementsAre(ReplacedFunctions::Writing{"UTF-8", 2, QDomNode::EncodingFromDocument}));
+}
