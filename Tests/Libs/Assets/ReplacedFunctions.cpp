@@ -5,6 +5,7 @@
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxMessage.h"
 #include "Kernel/kxSceneplateUtils.h"
+#include "Rendering/kxOSGWidget.h"
 
 #include <QTextCodec>
 #include <QTextStream>
@@ -68,6 +69,14 @@ osg::NodePtr kxSceneplateUtils::getSceneplateRoot()
     if (theReplaced && theReplaced->whenSceneplateRootIsAskedFor)
         theReplaced->whenSceneplateRootIsAskedFor();
     return getRoot();
+}
+
+kxOSGWidget *kxOSGWidget::getMGLW(int index)
+{
+    static auto *const getView = original<kxOSGWidget *(int)>("_ZN11kxOSGWidget7getMGLWEi");
+    if (theReplaced)
+        theReplaced->viewsAskedFor.push_back(index);
+    return getView(index);
 }
 
 void kxMessage::set(const std::string &name, const boost::any &value, bool replace)

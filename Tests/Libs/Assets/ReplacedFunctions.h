@@ -36,6 +36,9 @@ public:
     /// What kxMessage was given: the name, and "replaces" or "keeps".
     std::vector<std::string> messageAttributes;
 
+    /// The indexes of the views that kxOSGWidget was asked for.
+    std::vector<int> viewsAskedFor;
+
     /// How elements of documents were written: the codec, the indentation, and the policy.
     struct Writing
     {

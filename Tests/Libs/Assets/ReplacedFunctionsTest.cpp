@@ -10,6 +10,7 @@
 #include "Kernel/kxScenegraph.h"
 #include "NodeFixture.h"
 #include "NodeManager.h"
+#include "Rendering/kxOSGWidget.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/SwitchMaterial.h"
@@ -17,10 +18,27 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
+
+/// Has a camera until something is to be rendered through it, which would take its time.
+class BlindView final : public kxOSGWidget
+{
+public:
+    osg::UberCameraPtr getUberCamera() const override
+    {
+        return isIsolateViewOverlayVisible() ? kxOSGWidget::getUberCamera() : osg::UberCameraPtr();
+    }
+
+private:
+    void cancelRefinement() override {}
+};
 
 class ReplacedFunctionsTest : public NodeFixture
 {
@@ -138,6 +156,29 @@ TEST_F(ReplacedFunctionsTest, SeeTheActionsAskedForByAttributesThatReplace)
     const kxSaveNode preparation(addGroup(kxScenegraph::getRoot(), "Chair"));
 
     EXPECT_THAT(replaced.messageAttributes, ElementsAre("node replaces", "addActionAttachment replaces"));
+}
+
+TEST_F(ReplacedFunctionsTest, SeeTheHostAskedForTypeNamesByAnEmptyMessage)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process in which nobody has asked yet
+    EXPECT_EXIT(
+        {
+            kxMaterialAssetItem::UIMaterialTypeName("UBRDFMaterial");
+            const std::vector<std::string> answer{"names replaces"};
+            std::_Exit(replaced.messageAttributes == answer ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ReplacedFunctionsTest, SeeTheMainViewAskedForWhereverAPreviewNeedsAView)
+{
+    const BlindView view;
+    kxGeometryAssetItem item;
+
+    EXPECT_FALSE(item.renderPreview(addPlaced(kxScenegraph::getRoot(), "Chair", {})));
+
+    EXPECT_THAT(replaced.viewsAskedFor, SizeIs(testing::Ge(3U))) << "to begin, and twice to bring it back";
+    EXPECT_THAT(replaced.viewsAskedFor, Each(-1));
 }
 
 TEST_F(ReplacedFunctionsTest, SeeTheRootOfPlatesAskedForOnceBetweenTheBackEndAndTheWriting)

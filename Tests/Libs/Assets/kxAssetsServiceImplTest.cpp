@@ -3,6 +3,7 @@
 
 #include "AssetManagerModule.h"
 #include "ChangeListener.h"
+#include "EditWatch.h"
 #include "Kernel/kxAssetsInterface.h"
 #include "Kernel/kxAssetsService.h"
 #include "Kernel/kxInterfaceFactory.h"
@@ -297,9 +298,11 @@ TEST_F(kxAssetsServiceImplTest, MarksEachAssetByOneEditOfThatFieldAndTellsOfAllO
                                   [&edits](osg::FieldMask fields) { edits.push_back(fields); });
     std::size_t editsThen = 0;
     onChange = [&] { editsThen = edits.size(); };
+    EditWatch watch;
 
     service->markAssetsEdited({script(table), script(chair)});
 
+    EXPECT_THAT(watch.take(), ElementsAre("AssetAttachment UserEdited", "AssetAttachment UserEdited"));
     const auto mark = osg::AssetAttachment::UserEditedFieldMask;
     EXPECT_THAT(edits, ElementsAre(mark, mark));
     EXPECT_EQ(editsThen, 2U);

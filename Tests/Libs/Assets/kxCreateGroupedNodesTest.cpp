@@ -193,6 +193,24 @@ TEST_F(kxCreateGroupedNodesTest, NamesInEachEditWhatItMayChange)
                               }));
 }
 
+TEST_F(kxCreateGroupedNodesTest, NamesInEachEditOfPlatesWhatItMayChange)
+{
+    const osg::NodePtr plate = addGroup(kxSceneplateUtils::getSceneplateRoot(), "Plate");
+    EditWatch watch;
+
+    EXPECT_TRUE(plates.prepare({plate}));
+
+    EXPECT_THAT(watch.take(), ElementsAreArray({
+                                  "Node Core", "Node Children",     // the root, and the one of all plates
+                                  "Node Children", "Node Children", // Plate: the root, and the one of all plates
+                              }));
+    plates.unprepare();
+    EXPECT_THAT(watch.take(), ElementsAreArray({
+                                  "Node Children", "Node Children", // Plate
+                                  "Node all", "Node Children",      // the root is emptied, and leaves
+                              }));
+}
+
 TEST_F(kxCreateGroupedNodesTest, KeepsShearAsAMatrix)
 {
     osg::Matrix shear;

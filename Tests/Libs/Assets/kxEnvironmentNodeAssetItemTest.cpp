@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxEnvironmentNodeAssetItem.h"
 
+#include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMultipleEnvironmentsDialog.h"
 #include "Assets/kxUrlManager.h"
+#include "EditWatch.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxIconManager.h"
@@ -41,6 +43,14 @@ using testing::HasSubstr;
 
 constexpr const char *Key = "EnvironmentAssetMaterial";
 constexpr const char *Value = "IsDefaultEnvironmentSwitchChild";
+const std::string NodesUuid = "10000000-0000-4000-8000-000000000000";
+
+/// What a back-end does that stores an environment.
+bool stored(kxEnvironmentNodeAssetItem &item)
+{
+    item.setDirectoryUrl(NodeManager::url("/library/new"));
+    return true;
+}
 
 /// Answers every text with its context.
 class ContextTranslator : public QTranslator
@@ -81,6 +91,27 @@ public:
 class kxEnvironmentNodeAssetItemTest : public NodeFixture
 {
 protected:
+    ~kxEnvironmentNodeAssetItemTest() override
+    {
+        nodes.storeEnvironment = nullptr;
+        nodes.whenCollecting = nullptr;
+    }
+
+    /// Saves to the back-end that does what the test says.
+    bool saveElsewhere(const osg::NodePtr &node)
+    {
+        kxEnvironmentNodeAssetItem item;
+        item.initFrom(node, NodesUuid, true);
+        return item.save(NodeManager::url("/library"));
+    }
+    static void registerElsewhere(const std::string &name)
+    {
+        kxAssetItemDocument document;
+        document.setAssetType(Environment);
+        document.setAssetUUID(NodesUuid);
+        document.setAssetName(name);
+        kxAssetItemFactory::the().createOrUpdateItem(document)->setDirectoryUrl(NodeManager::url("/library/old"));
+    }
     static osg::NodePtr makeEnvironment(const std::string &name, const osg::MaterialPtr &material)
     {
         const auto core = osg::Environment::create();
@@ -143,6 +174,7 @@ protected:
     }
     static QPixmap sky() { return kxIconManager::get("scenegraph/Skydome.svg"); }
 
+    NodeManager &nodes = NodeManager::fresh();
     Owned dawn = makeSky("dawn");
     Owned dusk = makeSky("dusk");
     int asked = 0;
@@ -153,18 +185,68 @@ protected:
 
 TEST_F(kxEnvironmentNodeAssetItemTest, CollectsWhatItSavedWithoutShowingProgress)
 {
-    NodeManager &manager = NodeManager::fresh();
-    manager.storeEnvironment = [](kxEnvironmentNodeAssetItem &item) {
-        item.setDirectoryUrl(NodeManager::url("/library/ENV_Dawn"));
-        return true;
+    nodes.storeEnvironment = stored;
+
+    EXPECT_TRUE(saveElsewhere(makeEnvironment("Dawn", dawn.get())));
+
+    EXPECT_THAT(nodes.asked, ElementsAre("saveEnvironmentNodeAsset Dawn /library", "collectItems 2 /library/new"));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, RemovesWhatWasRegisteredAfterItWroteTheNew)
+{
+    registerElsewhere("Old");
+    nodes.storeEnvironment = stored;
+
+    EXPECT_TRUE(saveElsewhere(makeEnvironment("Dawn", dawn.get())));
+
+    EXPECT_THAT(nodes.asked,
+                ElementsAre("saveEnvironmentNodeAsset Dawn /library",
+                            "removeOldItemDirectory Old for Dawn /library/old", "collectItems 2 /library/new"));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, LeavesAnItemThatAppearsWhileItWrites)
+{
+    nodes.storeEnvironment = [](kxEnvironmentNodeAssetItem &item) {
+        registerElsewhere("Meanwhile");
+        return stored(item);
     };
-    kxEnvironmentNodeAssetItem item;
-    item.initFrom(makeEnvironment("Dawn", makeSky("dawn").get()), "dawn-uuid", false);
 
-    EXPECT_TRUE(item.save(NodeManager::url("/library")));
+    EXPECT_TRUE(saveElsewhere(makeEnvironment("Dawn", dawn.get())));
 
-    EXPECT_THAT(manager.asked,
-                ElementsAre("saveEnvironmentNodeAsset Dawn /library", "collectItems 2 /library/ENV_Dawn"));
+    EXPECT_THAT(nodes.asked, ElementsAre("saveEnvironmentNodeAsset Dawn /library", "collectItems 2 /library/new"));
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, StopsWhereItCannotBeWrittenOrTheOldCannotBeRemoved)
+{
+    registerElsewhere("Old");
+    const osg::NodePtr node = makeEnvironment("Dawn", dawn.get());
+
+    EXPECT_FALSE(saveElsewhere(node));
+    nodes.storeEnvironment = stored;
+    nodes.removesOldItems = false;
+    EXPECT_FALSE(saveElsewhere(node));
+
+    EXPECT_THAT(nodes.asked,
+                ElementsAre("saveEnvironmentNodeAsset Dawn /library", "saveEnvironmentNodeAsset Dawn /library",
+                            "removeOldItemDirectory Old for Dawn /library/old"));
+    EXPECT_EQ(uuidOfNode(node), "none");
+}
+
+TEST_F(kxEnvironmentNodeAssetItemTest, MarksTheNodeAfterTheAssetWasCollected)
+{
+    const osg::NodePtr node = makeEnvironment("Dawn", dawn.get());
+    nodes.storeEnvironment = stored;
+    std::string during;
+    nodes.whenCollecting = [&] {
+        during = uuidOfNode(node);
+        nodes.write("/library/new/Dawn.osb", "12345");
+    };
+
+    EXPECT_TRUE(saveElsewhere(node));
+
+    EXPECT_EQ(during, "none");
+    EXPECT_EQ(uuidOfNode(node), NodesUuid);
+    EXPECT_EQ(osg::AssetAttachment::getAssetAttachment(node)->getChecksum(), 5U) << "of what is stored by then";
 }
 
 TEST_F(kxEnvironmentNodeAssetItemTest, IsAnEnvironment)
@@ -492,13 +574,16 @@ TEST_F(kxEnvironmentNodeAssetItemTest, AsksWhichOfSeveralMaterials)
         EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
     };
     answer(true);
+    const EditWatch watch;
 
     EXPECT_TRUE(registered(uuid)->loadEnvironmentNode(true));
 
     EXPECT_EQ(asked, 1);
     EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the dialog is gone";
     EXPECT_EQ(osg::getName(choices()->getMaterial(1)), "dawn") << "the first by name";
-    EXPECT_TRUE(osg::AssetAttachment::getAssetAttachment(registered(uuid)->getEnvironmentNode())->getUserEdited());
+    const auto mark = osg::AssetAttachment::getAssetAttachment(registered(uuid)->getEnvironmentNode());
+    EXPECT_TRUE(mark->getUserEdited());
+    EXPECT_EQ(watch.editsOf(mark.getFieldContainerId()).back(), "AssetAttachment UserEdited");
 }
 
 TEST_F(kxEnvironmentNodeAssetItemTest, GivesUpWhenTheQuestionIsCancelled)

@@ -179,6 +179,15 @@ TEST_F(kxGeometryAssetItemQuestionsTest, AsksForARootOnlyAboveOtherPlacements)
     EXPECT_THAT(questions, SizeIs(1));
 }
 
+TEST_F(kxGeometryAssetItemQuestionsTest, AsksForARootAboveALeafThoughThatHasAPlacement)
+{
+    item.setNode(addPlaced(root(), "Leaf", {1.0, 2.0, 3.0}));
+
+    EXPECT_FALSE(item.makeNodeValidForSave());
+
+    EXPECT_THAT(questions, SizeIs(1));
+}
+
 TEST_F(kxGeometryAssetItemQuestionsTest, MakesNoRootWhenTheBoxIsJustClosed)
 {
     const osg::NodePtr group = addGroup(root(), "Group");

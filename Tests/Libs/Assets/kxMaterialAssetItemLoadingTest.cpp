@@ -4,6 +4,7 @@
 #include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "ChangeListener.h"
+#include "EditWatch.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxFileIO.h"
 #include "Kernel/kxLogRecorder.h"
@@ -732,9 +733,13 @@ TEST_F(kxMaterialAssetItemLoadingTest, EditsTheLoadedSurfaceOncePerField)
     std::vector<osg::FieldMask> edits;
     const ChangeListener listener(osg::UBRDFMaterial::getClassType(),
                                   [&edits](osg::FieldMask fields) { edits.push_back(fields); });
+    const EditWatch watch;
 
     ASSERT_TRUE(item(uuid)->loadMaterial());
 
+    std::vector<std::string> named = watch.editsOf(item(uuid)->getMaterial().getFieldContainerId());
+    named.erase(named.begin(), named.end() - 2);
+    EXPECT_EQ(named, (std::vector<std::string>{"UBRDFMaterial Environment", "UBRDFMaterial IncandescenceColor"}));
     const std::vector<osg::FieldMask> last(edits.end() - 2, edits.end());
     EXPECT_EQ(last, (std::vector<osg::FieldMask>{osg::UBRDFMaterial::EnvironmentFieldMask,
                                                  osg::UBRDFMaterial::IncandescenceColorFieldMask}));

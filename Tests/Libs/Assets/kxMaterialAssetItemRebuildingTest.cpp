@@ -2,6 +2,7 @@
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "ChangeListener.h"
+#include "EditWatch.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxScenegraphNotifier.h"
@@ -188,6 +189,27 @@ TEST_F(kxMaterialAssetItemRebuildingTest, RebuildsCompositesWithoutPartsAndTags)
     const Owned owned = Owned::adopt(material);
     EXPECT_TRUE(partsOf(material).empty());
     EXPECT_TRUE(tagsOf(material).empty()) << "the attachment is there all the same";
+}
+
+TEST_F(kxMaterialAssetItemRebuildingTest, NamesOneFieldInEachEditOfWhatItRebuilds)
+{
+    const kxAssetItemDocument document =
+        documentOf("SwitchMaterial", {storeSurface("A"), storeSurface("B")}, "<choice>1</choice><tags>y, x</tags>");
+    osg::MaterialPtr material;
+    const EditWatch watch;
+
+    ASSERT_TRUE(Item::createMaterialFromDoc(document, material));
+
+    const Owned owned = Owned::adopt(material);
+    using Edits = std::vector<std::string>;
+    EXPECT_EQ(watch.editsOf(material.getFieldContainerId()),
+              (Edits{"SwitchMaterial Materials", "SwitchMaterial Choice", "SwitchMaterial Attachments",
+                     "SwitchMaterial Attachments", "SwitchMaterial Attachments"}))
+        << "the last three take its name, its identity and its tags";
+    EXPECT_EQ(watch.editsOf(osg::AssetAttachment::getAssetAttachment(material).getFieldContainerId()),
+              (Edits{"AssetAttachment Uuid", "AssetAttachment Category"}));
+    EXPECT_EQ(watch.editsOf(osg::findAttachment<osg::TagAttachment>(material).getFieldContainerId()),
+              Edits{"TagAttachment Materials"});
 }
 
 TEST_F(kxMaterialAssetItemRebuildingTest, RebuildsNothingElse)

@@ -2,6 +2,7 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
+#include "EditWatch.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraph.h"
 #include "MaterialFixture.h"
@@ -201,9 +202,12 @@ TEST_F(kxMaterialAssetItemSavingTest, MarksOtherCopiesInTheSceneAsEdited)
     const Owned stranger = inScene("Stranger", "other");
     const Owned outside = makeSurface("Outside");
     makeAsset(outside, Uuid);
+    const EditWatch watch;
 
     ASSERT_TRUE(itemOf(saved).save(url()));
 
+    EXPECT_EQ(watch.editsOf(osg::AssetAttachment::getAssetAttachment(copy).getFieldContainerId()),
+              std::vector<std::string>{"AssetAttachment UserEdited"});
     EXPECT_FALSE(isUserEdited(saved));
     EXPECT_TRUE(isUserEdited(copy));
     EXPECT_FALSE(isUserEdited(stranger));

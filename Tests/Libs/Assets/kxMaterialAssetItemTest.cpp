@@ -3,6 +3,7 @@
 
 #include "Assets/kxAssetItemDocument.h"
 #include "ChangeListener.h"
+#include "EditWatch.h"
 #include "Kernel/kxIconManager.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMaterials.h"
@@ -462,10 +463,12 @@ TEST_F(kxMaterialAssetItemTest, TakesAllTagsOffInOneEdit)
     std::vector<osg::FieldMask> edits;
     const ChangeListener listener(osg::TagAttachment::getClassType(),
                                   [&edits](osg::FieldMask fields) { edits.push_back(fields); });
+    EditWatch watch;
 
     kxMaterialAssetItem::removeSpecialAssetTagsFrom(material);
 
     EXPECT_EQ(edits, std::vector{osg::TagAttachment::MaterialsFieldMask});
+    EXPECT_EQ(watch.take(), std::vector<std::string>{"TagAttachment Materials"}) << "it names no other field";
 }
 
 TEST_F(kxMaterialAssetItemTest, TakesNoTagsOffWhatHasNone)

@@ -32,11 +32,11 @@ class DialogWithSlots : public QDialog
     Q_OBJECT
 
 public:
-    QString answer;
+    QStringList answers;
     QString row;
 
 private Q_SLOTS:
-    void on__buttonBox_accepted() { answer = result() == Accepted ? "accepted by then" : "too early"; }
+    void on__buttonBox_accepted() { answers.append(result() == Accepted ? "accepted by then" : "too early"); }
     void on__envList_currentTextChanged(const QString &text) { row = text; }
 };
 
@@ -134,6 +134,7 @@ TEST_F(kxMultipleEnvironmentsDialogTest, ListsByNameAndSelectsTheFirst)
     EXPECT_EQ(listOf(dialog)->item(0)->text(), QString::fromUtf8("Förde"));
     EXPECT_TRUE(listOf(dialog)->item(0)->isSelected());
     EXPECT_EQ(listOf(dialog)->item(1)->data(Qt::UserRole).toUInt(), zebra.get().getFieldContainerId());
+    EXPECT_EQ(static_cast<int>(listOf(dialog)->item(1)->data(256).type()), QMetaType::UInt);
     EXPECT_TRUE(listOf(dialog)->item(1)->icon().isNull());
     EXPECT_EQ(dialog.selectedMaterial(), env(forest));
 }
@@ -250,7 +251,7 @@ TEST_F(kxMultipleEnvironmentsDialogTest, ConnectsSlotsByTheirNamesAfterItsOwn)
     emit form._buttonBox->accepted();
 
     EXPECT_EQ(dialog.row, "Sky");
-    EXPECT_EQ(dialog.answer, "accepted by then");
+    EXPECT_EQ(dialog.answers, QStringList("accepted by then"));
 }
 
 TEST_F(kxMultipleEnvironmentsDialogTest, KeepsWhetherTheHeightOfTheListDependsOnItsWidth)
