@@ -6,8 +6,11 @@
 #include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxSaveNode.h"
 #include "Assets/kxSceneplateAssetItem.h"
+#include "Kernel/kxAssetsService.h"
+#include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraph.h"
+#include "Kernel/kxTypeConverter.h"
 #include "NodeFixture.h"
 #include "NodeManager.h"
 #include "Rendering/kxOSGWidget.h"
@@ -19,6 +22,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -168,6 +172,28 @@ TEST_F(ReplacedFunctionsTest, SeeTheHostAskedForTypeNamesByAnEmptyMessage)
             std::_Exit(replaced.messageAttributes == answer ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ReplacedFunctionsTest, SeeMessagesCarryTheirAttributesAndNoOthers)
+{
+    const auto attributes = [this] { return std::exchange(replaced.messageAttributes, {}); };
+    kxKernelServiceFactory::the().startKernel();
+    auto *service = kxKernelServiceFactory::the().getService<kxAssetsService>();
+    const osg::NodePtr chair = addGroup(kxScenegraph::getRoot(), "Chair");
+    setUuid(chair, "chair");
+    const std::vector<kxdNodePtr> nodes{kxTypeConverter::convertNode(chair)};
+
+    service->selectAssets(nodes);
+    EXPECT_THAT(attributes(), ElementsAre("uuid replaces", "clearSelection replaces"));
+    service->overwriteAssets(nodes);
+    EXPECT_THAT(attributes(), ElementsAre("containerIds replaces"));
+    service->queryAssetChanges(nodes);
+    EXPECT_THAT(attributes(), ElementsAre("assets replaces"));
+    service->loadSceneplateAssets({"plate"}, nullptr);
+    EXPECT_THAT(attributes(), ElementsAre("uuid replaces", "parentid replaces"));
+    const Owned paint = makeSurface("Paint");
+    kxMaterialAssetItem().initFrom(paint.get(), {}, true);
+    EXPECT_THAT(attributes(), ElementsAre("materials replaces", "showProgress replaces"));
 }
 
 TEST_F(ReplacedFunctionsTest, SeeTheMainViewAskedForWhereverAPreviewNeedsAView)

@@ -486,6 +486,30 @@ TEST_F(kxSaveEnvironmentTest, GathersLightLinkSetsFirstAndTakesThemAwayLast)
     EXPECT_THAT(editsOfNodeAndMaterial(), testing::ElementsAre("Environment Material", "Node Children"));
 }
 
+TEST_F(kxSaveEnvironmentTest, RestoresThroughACopyAndThroughWhatItIsAssignedTo)
+{
+    addChoices();
+    addLinkedLight(duskNode);
+    const osg::FCRef<osg::UBRDFMaterial> surface(osg::UBRDFMaterial::create());
+    setEnvironment(surface.get(), defaultSwitch());
+    addSquare(duskNode, "Lamp", surface.get());
+    for (const bool isAssigned : {false, true}) {
+        kxSaveEnvironment original;
+        ASSERT_TRUE(original.prepare(duskNode));
+        kxSaveEnvironment assigned;
+        assigned = original;
+        kxSaveEnvironment copy = original;
+        kxSaveEnvironment &other = isAssigned ? assigned : copy;
+        EXPECT_EQ(other.getAssignedEnvironmentMaterial(), dusk.get());
+
+        other.unprepare();
+
+        EXPECT_EQ(materialOf(duskNode), defaultSwitch());
+        EXPECT_EQ(surface->getEnvironment(), defaultSwitch());
+        EXPECT_EQ(describe(duskNode), "Dusk(Light Lamp)");
+    }
+}
+
 TEST_F(kxSaveEnvironmentTest, RestoresOnDestructionAndOnlyOnceAmongCopies)
 {
     addChoices();

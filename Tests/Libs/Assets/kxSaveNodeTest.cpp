@@ -292,6 +292,28 @@ TEST_F(kxSaveNodeTest, FindsNothingToDoInACopyThatComesSecond)
     EXPECT_EQ(describe(car), "Car(Body)");
 }
 
+TEST_F(kxSaveNodeTest, RestoresThroughACopyAndThroughWhatItIsAssignedTo)
+{
+    light(layer.get());
+    addConstraint(body, car);
+    const osg::MaterialPtr before = layer->getEnvironment();
+    for (const bool isAssigned : {false, true}) {
+        const kxSaveNode original(car);
+        EXPECT_FALSE(layer->getEnvironment());
+        ASSERT_EQ(car->getNChildren(), 2U);
+        if (isAssigned) {
+            kxSaveNode other(nullptr);
+            other = original;
+        } else {
+            const kxSaveNode other = original;
+        }
+
+        EXPECT_EQ(layer->getEnvironment(), before) << "since the other is gone";
+        EXPECT_EQ(describe(car), "Car(Body)");
+        EXPECT_FALSE(ActionModule::hasActions(car));
+    }
+}
+
 TEST_F(kxSaveNodeTest, SurvivesANodeThatGoesMeanwhile)
 {
     addConstraint(body, car);
