@@ -65,13 +65,13 @@ function(kx_add_program name)
   install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endfunction()
 
-# kx_add_tests(SceneGraph SOURCES ... [INTERNALS ...] [LIBRARIES ...] [NO_QT])
+# kx_add_tests(SceneGraph SOURCES ... [INTERNALS ...] [LIBRARIES ...] [NO_QT | WINDOWS])
 #
 # Makes one program, SceneGraphTests, of all test files of a folder; CTest sees each test. INTERNALS are sources of
 # the tested library, relative to the project, whose classes it does not export: they are compiled into the program
-# once more. With NO_QT the program has a main without QApplication.
+# once more. With NO_QT the program has a main without QApplication, with WINDOWS one that starts an X server for them.
 function(kx_add_tests name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "NO_QT" "" "SOURCES;INTERNALS;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "NO_QT;WINDOWS" "" "SOURCES;INTERNALS;LIBRARIES")
   _kx_expect_parsed("${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
   if(NOT BUILD_TESTING)
     return()
@@ -90,7 +90,12 @@ function(kx_add_tests name)
   if(arg_NO_QT)
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} kx::TestSupportNoQt)
   else()
-    target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} kx::TestSupport)
+    if(arg_WINDOWS)
+      set(support kx::TestSupportWindows)
+    else()
+      set(support kx::TestSupport)
+    endif()
+    target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} ${support})
     _kx_apply_qt(${target} TRUE)
   endif()
   gtest_discover_tests(${target}

@@ -126,6 +126,7 @@ const std::vector<ThirdParty> &thirdParties()
          {"Python", "AssetManager"},
          Where::Anywhere,
          "AssetManager/ScriptRunner.h, which runs Python"},
+        {"X's protocol", "xcb/[a-z]+\\.h", {}, Where::Anywhere, "Qt, which talks to the window system"},
         {"GoogleTest", "(gtest|gmock)/.+", {}, Where::Anywhere, "tests only below Tests/"},
         {"Google Benchmark", "benchmark/.+", {}, Where::Anywhere, "benchmarks only below Benchmarks/"},
     };

@@ -103,7 +103,8 @@ QString WindowFixture::takeReport()
 
 void WindowFixture::click(QWidget &target, const QPoint &place, Qt::KeyboardModifiers modifiers)
 {
-    QTest::mouseClick(&target, Qt::LeftButton, modifiers, place);
+    ASSERT_TRUE(target.rect().contains(place)) << target.objectName().toStdString();
+    input.click(target.mapToGlobal(place), Qt::LeftButton, modifiers);
     process();
 }
 
@@ -112,7 +113,6 @@ void WindowFixture::clickItem(QAbstractItemView &view, const QModelIndex &index,
     ASSERT_TRUE(index.isValid());
     view.scrollTo(index);
     click(*view.viewport(), view.visualRect(index).center(), modifiers);
-    view.setFocus(); // as a click of a person gives it
 }
 
 void WindowFixture::clickAsset(const std::string &uuid, Qt::KeyboardModifiers modifiers)
@@ -127,16 +127,34 @@ void WindowFixture::clickFolder(const QString &directory)
 
 void WindowFixture::clickButton(const QString &name)
 {
-    auto *button = window->findChild<QAbstractButton *>(name);
-    ASSERT_NE(button, nullptr) << name.toStdString();
-    ASSERT_TRUE(button->isVisible()) << name.toStdString();
-    click(*button, button->rect().center());
+    const auto shown = [&] {
+        auto *button = window->findChild<QAbstractButton *>(name);
+        return button && button->isVisible() ? button : nullptr;
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown() != nullptr; }, Patience)) << name.toStdString();
+    click(*shown(), shown()->rect().center());
+}
+
+void WindowFixture::doubleClick(QWidget &target, const QPoint &place)
+{
+    input.doubleClick(target.mapToGlobal(place));
+    process();
+}
+
+void WindowFixture::dragMouse(QWidget &from, const QPoint &begin, QWidget &to, const QPoint &end,
+                              Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    const QPoint first = from.mapToGlobal(begin);
+    const QPoint last = to.mapToGlobal(end);
+    const QPoint away(QApplication::startDragDistance() + 2, 2);
+    input.drag({first, first + away, (first + last) / 2, last - QPoint(1, 1), last}, button, modifiers);
+    process();
+    settle();
 }
 
 void WindowFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    QWidget *focus = QApplication::focusWidget();
-    QTest::keyClick(focus ? focus : window.get(), key, modifiers);
+    input.press(key, modifiers);
     process();
 }
 
@@ -151,7 +169,7 @@ void WindowFixture::pressRedo()
 void WindowFixture::type(const QString &text)
 {
     ASSERT_NE(QApplication::focusWidget(), nullptr);
-    QTest::keyClicks(QApplication::focusWidget(), text);
+    ASSERT_TRUE(input.type(text)) << text.toStdString();
     process();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AssetManager/MainWindow.h"
+#include "RealInput.h"
 #include "SceneFixture.h"
 
 #include <memory>
@@ -9,7 +10,7 @@
 class QAbstractItemView;
 class QMimeData;
 
-/// The whole window of the program, shown, with one library, and what a person does to it with mouse and keyboard.
+/// The whole window of the program, shown, with one library, and what a person does to it with the server's mouse and keyboard.
 ///
 /// Settings are those of a first start. No dialog waits: questions get their default answer, and dialogs are rejected, unless a
 /// test says otherwise.
@@ -50,6 +51,10 @@ protected:
     void clickAsset(const std::string &uuid, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void clickFolder(const QString &directory);
     void clickButton(const QString &name);
+    void doubleClick(QWidget &target, const QPoint &place);
+    /// Presses a mouse button, moves there and lets go.
+    void dragMouse(QWidget &from, const QPoint &begin, QWidget &to, const QPoint &end,
+                   Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// To whatever has the focus.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void pressRedo();
@@ -66,5 +71,6 @@ protected:
 
     static constexpr int Patience = 30000; // milliseconds
 
+    RealInput input;
     std::unique_ptr<MainWindow> window;
 };
