@@ -4,6 +4,7 @@
 #include "AssetManager/AssetGrid.h"
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/AssetTable.h"
+#include "AssetManager/LibraryWatcher.h"
 #include "AssetManager/PreviewCache.h"
 #include "AssetManager/TagBar.h"
 
@@ -143,6 +144,7 @@ void AssetBrowser::makeViews()
     _views->addWidget(_table);
     _selection = new QItemSelectionModel(&_model, this);
     connect(_selection, &QItemSelectionModel::selectionChanged, this, &AssetBrowser::selectionChanged);
+    connect(_selection, &QItemSelectionModel::selectionChanged, this, [this] { _wantedTimer.start(); });
     // A view draws its tiles only when it is told that what shall be seen is another part.
     for (QAbstractItemView *shown :
          {static_cast<QAbstractItemView *>(_grid), static_cast<QAbstractItemView *>(_table)}) {
@@ -286,16 +288,28 @@ void AssetBrowser::updateWanted()
     const QModelIndex top = view().indexAt(seen.topLeft() + QPoint(12, 12));
     const int first = std::max(0, top.isValid() ? top.row() : 0);
     const int end = std::min(_model.rowCount(), first + 2 * perScreen);
-    std::vector<PreviewCache::Wanted> wanted;
-    const auto add = [&](int row) {
-        const AssetEntry &entry = _model.entry(row);
-        wanted.push_back({QString::fromStdString(entry.uuid), entry.directory});
-    };
+    std::vector<int> rows;
     for (int row = first; row < end; ++row)
-        add(row);
+        rows.push_back(row);
     for (int row = first - 1; row >= std::max(0, first - perScreen / 2); --row)
-        add(row);
+        rows.push_back(row);
+    std::vector<PreviewCache::Wanted> wanted;
+    for (const int row : rows)
+        wanted.push_back({QString::fromStdString(_model.entry(row).uuid), _model.entry(row).directory});
     _previews.want(wanted);
+    announceSeen(rows);
+}
+
+void AssetBrowser::announceSeen(const std::vector<int> &rows)
+{
+    QStringList directories;
+    for (const std::string &uuid : selected())
+        if (const AssetEntry *entry = _model.find(uuid); entry && directories.size() < LibraryWatcher::MaxSeen / 2)
+            directories.append(entry->directory);
+    for (const int row : rows)
+        directories.append(_model.entry(row).directory);
+    directories.removeDuplicates();
+    emit seenChanged(directories);
 }
 
 void AssetBrowser::updateTags()

@@ -62,6 +62,8 @@ public:
 Q_SIGNALS:
     void selectionChanged();
     void filterChanged();
+    /// The directories of the assets that are selected, and of those that are to be seen or nearly.
+    void seenChanged(const QStringList &directories);
     /// An asset was double-clicked, or Enter was pressed on it.
     void activated(const QString &uuid);
     void menuRequested(const QPoint &globalPosition);
@@ -73,6 +75,7 @@ private:
     void applyFilter();
     void applyText();
     void updateWanted();
+    void announceSeen(const std::vector<int> &rows);
     void updateTags();
     void updateEmptyText();
     bool eventFilter(QObject *watched, QEvent *event) override;

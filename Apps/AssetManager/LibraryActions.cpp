@@ -239,11 +239,11 @@ void LibraryActions::mergeFolder(const QString &path, const QString &folder, QSt
 
 void LibraryActions::trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch)
 {
-    const QString place = Trash(_folders.libraryOf(directory)).makePlaceFor(directory);
-    if (place.isEmpty())
-        batch.failures.append(tr("\"%1\" could not be deleted. May the library be written?").arg(nameOf(directory)));
+    const osg::Result<QString> place = Trash(_folders.libraryOf(directory)).makePlaceFor(directory);
+    if (place)
+        perform(batch, {directory, place.value(), uuids});
     else
-        perform(batch, {directory, place, uuids});
+        batch.failures.append(QString::fromStdString(place.reason()));
 }
 
 void LibraryActions::trashAssets(const QStringList &uuids)

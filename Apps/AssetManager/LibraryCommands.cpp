@@ -11,10 +11,16 @@
 
 namespace {
 
-QString trashPlaceFor(LibraryActions &actions, const QString &path)
+/// To the trash, where \a move has no place yet; "" or why not.
+QString takeBack(LibraryActions &actions, LibraryActions::Move &move)
 {
-    const QString library = actions.libraryOf(path);
-    return library.isEmpty() ? QString() : Trash(library).makePlaceFor(path);
+    if (move.from.isEmpty()) {
+        const osg::Result<QString> place = Trash(actions.libraryOf(move.to)).makePlaceFor(move.to);
+        if (!place)
+            return QString::fromStdString(place.reason());
+        move.from = place.value();
+    }
+    return actions.carryOut({move.to, move.from, move.uuids});
 }
 
 } // namespace
@@ -26,16 +32,9 @@ MoveCommand::MoveCommand(LibraryActions &actions, const QString &text, std::vect
 void MoveCommand::undo()
 {
     QStringList failures;
-    for (auto move = _moves.rbegin(); move != _moves.rend(); ++move) {
-        if (move->from.isEmpty())
-            move->from = trashPlaceFor(_actions, move->to);
-        const QString reason = move->from.isEmpty()
-                                   ? LibraryActions::tr("\"%1\" could not be deleted. May the library be written?")
-                                         .arg(QFileInfo(move->to).fileName())
-                                   : _actions.carryOut({move->to, move->from, move->uuids});
-        if (!reason.isEmpty())
+    for (auto move = _moves.rbegin(); move != _moves.rend(); ++move)
+        if (const QString reason = takeBack(_actions, *move); !reason.isEmpty())
             failures.append(reason);
-    }
     _actions.report(failures);
 }
 

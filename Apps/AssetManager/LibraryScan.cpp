@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/LibraryScan.h"
 
+#include "Assets/kxAssetCategory.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxUrlManager.h"
@@ -32,25 +33,26 @@ kxUrlManager *managerOf(const QString &path)
     return kxUrlManager::getUrlManager(QUrl::fromLocalFile(path));
 }
 
-/// Whether the directory holds metadata that is no XML.
-bool hasBrokenMetadata(const QString &directory)
+/// Whether the directory is one that an asset was saved to: it holds a payload, or is called as the library calls them.
+bool looksLikeAsset(const QString &directory)
 {
-    for (const QFileInfo &info : QDir(directory).entryInfoList({QStringLiteral("*.xml")}, QDir::Files)) {
-        QFile file(info.filePath());
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        QXmlStreamReader reader(&file);
-        while (!reader.atEnd())
-            reader.readNext();
-        if (reader.hasError())
+    for (const kxAssetCategoryType category : kxAssetCategory::getAllCategories())
+        if (QFileInfo(directory).fileName().startsWith(kxAssetCategory::getItemFolderName(category, {})))
             return true;
-    }
-    return false;
+    return !QDir(directory).entryList(kxAssetCategory::getAcceptedFileTypes(Undefined), QDir::Files).isEmpty();
 }
 
-qint64 modificationTime(const QString &directory)
+/// What is wrong with metadata that no asset could be made of, as an end of a sentence.
+QString problemOf(const QString &metadata)
 {
-    return QFileInfo(directory).lastModified().toMSecsSinceEpoch();
+    QFile file(metadata);
+    if (!file.open(QIODevice::ReadOnly))
+        return LibraryScan::tr("its description may not be read by you.");
+    QXmlStreamReader reader(&file);
+    while (!reader.atEnd())
+        reader.readNext();
+    return reader.hasError() ? LibraryScan::tr("its description is damaged.")
+                             : LibraryScan::tr("its description is not that of an asset.");
 }
 
 } // namespace
@@ -86,6 +88,18 @@ void LibraryScan::refresh(const QString &folder)
     changed.onlyChanges = true;
     changed.isAsked = true;
     _open.push_back(changed);
+    start();
+}
+
+void LibraryScan::refreshAsset(const QString &directory)
+{
+    Folder parent;
+    parent.path = QFileInfo(directory).path();
+    parent.left.append(directory);
+    parent.isListed = true;
+    parent.onlyChanges = true;
+    parent.isPartial = true;
+    _open.push_back(parent);
     start();
 }
 
@@ -163,10 +177,10 @@ void LibraryScan::readDirectory(const QString &directory)
         folder.assets.insert(directory);
         return;
     }
-    const qint64 modified = modificationTime(directory);
+    const DirectoryStamp stamp(directory); // before it is read: what changes meanwhile is read again
     std::set<kxAssetItem *> items;
     managerOf(directory)->collectItems(QUrl::fromLocalFile(directory), Undefined, items, nullptr, true);
-    Known read{modified, {}};
+    Known read{stamp, {}};
     for (kxAssetItem *item : items)
         read.uuids.push_back(item->uuid());
     _changed.insert(_changed.end(), read.uuids.begin(), read.uuids.end());
@@ -177,7 +191,7 @@ void LibraryScan::readDirectory(const QString &directory)
         return;
     }
     removeAssets(directory, _known.take(directory)); // it held some before
-    reportDamage(directory);
+    reportDamage(directory, stamp);
     folder.plain.append(directory);
     emit folderFound(folder.path, directory);
     Folder below;
@@ -190,6 +204,8 @@ void LibraryScan::leave()
 {
     const Folder folder = _open.back();
     _open.pop_back();
+    if (folder.isPartial)
+        return;
     removeGone(folder);
     // Of all that went with it, what was asked for is named, once.
     if (folder.isAsked && !QFileInfo(folder.path).isDir())
@@ -200,7 +216,7 @@ void LibraryScan::leave()
 bool LibraryScan::isUnchanged(const QString &directory) const
 {
     const auto known = _known.find(directory);
-    return known != _known.end() && known->modified == modificationTime(directory) &&
+    return known != _known.end() && known->stamp == DirectoryStamp(directory) &&
            std::all_of(known->uuids.begin(), known->uuids.end(), [&](const std::string &uuid) {
                kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
                return item && item->directoryUrl().toLocalFile() == directory;
@@ -237,14 +253,19 @@ void LibraryScan::removeAssets(const QString &directory, const Known &known)
     }
 }
 
-/// Says once for each time that it was written that a directory's metadata is damaged.
-void LibraryScan::reportDamage(const QString &directory)
+/// Says once for each time that it was written that a directory's metadata is damaged. Other XML is nobody's business.
+void LibraryScan::reportDamage(const QString &directory, const DirectoryStamp &stamp)
 {
-    const qint64 modified = modificationTime(directory);
-    if (_damaged.value(directory, -1) == modified || !hasBrokenMetadata(directory))
+    const QFileInfoList metadata = QDir(directory).entryInfoList({QStringLiteral("*.xml")}, QDir::Files);
+    if (metadata.isEmpty() || !looksLikeAsset(directory)) {
+        _damaged.remove(directory);
         return;
-    _damaged.insert(directory, modified);
-    emit folderFailed(directory, tr("The asset in \"%1\" cannot be read: its description is damaged.").arg(directory));
+    }
+    if (_damaged.value(directory) == stamp)
+        return;
+    _damaged.insert(directory, stamp);
+    emit folderFailed(
+        directory, tr("The asset in \"%1\" cannot be read: %2").arg(directory, problemOf(metadata.first().filePath())));
 }
 
 void LibraryScan::announce()

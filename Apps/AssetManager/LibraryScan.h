@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "AssetManager/DirectoryStamp.h"
+
 #include <QMap>
 #include <QObject>
 #include <QSet>
@@ -25,6 +27,8 @@ public:
     void add(const QString &folder);
     /// The same, before anything else, and only what looks changed: assets that came, went, or were written since.
     void refresh(const QString &folder);
+    /// The same for one directory with an asset.
+    void refreshAsset(const QString &directory);
     /// Ends with what was found so far.
     void cancel();
 
@@ -57,12 +61,13 @@ private:
         bool isListed = false;
         bool isAsked = false; ///< and not met on the way
         bool onlyChanges = false;
+        bool isPartial = false; ///< what is left is not all that it holds
     };
 
     /// An asset directory as it was when it was read.
     struct Known
     {
-        qint64 modified = 0;
+        DirectoryStamp stamp;
         std::vector<std::string> uuids;
     };
 
@@ -72,16 +77,16 @@ private:
     void readDirectory(const QString &directory);
     void leave();
     void removeAssets(const QString &directory, const Known &known);
-    void reportDamage(const QString &directory);
+    void reportDamage(const QString &directory, const DirectoryStamp &stamp);
     bool isUnchanged(const QString &directory) const;
     void removeGone(const Folder &folder);
     void announce();
     void start();
 
     QTimer _timer;
-    QMap<QString, Known> _known;    ///< by path
-    QMap<QString, qint64> _damaged; ///< directories that were reported, with when they were written
-    std::vector<Folder> _open;      ///< from the top down to that which is being read
+    QMap<QString, Known> _known;            ///< by path
+    QMap<QString, DirectoryStamp> _damaged; ///< directories that were reported, with what they were like
+    std::vector<Folder> _open;              ///< from the top down to that which is being read
     QStringList _waiting;
     std::vector<std::string> _changed;
     qint64 _announcedAt = 0;

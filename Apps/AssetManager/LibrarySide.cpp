@@ -33,6 +33,7 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
         else if (const QString library = _folders.libraryOf(folder); !library.isEmpty() && library != folder)
             _scan.refresh(library);
     });
+    connect(&_watcher, &LibraryWatcher::assetChanged, &_scan, &LibraryScan::refreshAsset);
     connect(&_actions, &LibraryActions::assetsChanged, this, &LibrarySide::refreshAssets);
     connect(&_actions, &LibraryActions::foldersChanged, this, [this](const QStringList &paths) {
         for (const QString &path : paths)

@@ -28,6 +28,7 @@ public:
     LibraryActions &actions() { return _actions; }
     LibraryScan &scan() { return _scan; }
     PreviewCache &previews() { return _previews; }
+    LibraryWatcher &watcher() { return _watcher; }
 
     /// Reads the library in the background; its folder need not be there now. "" or why it cannot be opened.
     QString open(const QString &path);

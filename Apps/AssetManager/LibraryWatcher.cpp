@@ -8,6 +8,7 @@
 namespace {
 
 constexpr int QuietTime = 300; // milliseconds: whoever copies an asset there writes several files
+constexpr int LookTime = 1000; // milliseconds
 
 } // namespace
 
@@ -20,6 +21,8 @@ LibraryWatcher::LibraryWatcher(QObject *parent) : QObject(parent)
         _changed.insert(folder);
         _timer.start();
     });
+    _lookTimer.setInterval(LookTime);
+    connect(&_lookTimer, &QTimer::timeout, this, &LibraryWatcher::look);
 }
 
 void LibraryWatcher::watch(const QString &folder)
@@ -35,10 +38,41 @@ void LibraryWatcher::forget(const QString &folder)
             _watcher.removePath(path);
 }
 
+void LibraryWatcher::setSeen(const QStringList &directories)
+{
+    QMap<QString, DirectoryStamp> seen;
+    for (const QString &directory : directories.mid(0, MaxSeen)) {
+        const auto known = _seen.constFind(directory);
+        seen.insert(directory, known != _seen.constEnd() ? *known : DirectoryStamp(directory));
+    }
+    _seen = seen;
+    if (_seen.isEmpty())
+        _lookTimer.stop();
+    else if (!_lookTimer.isActive())
+        _lookTimer.start();
+}
+
+/// Also where something was only saved by this program: it is read once more then.
+void LibraryWatcher::look()
+{
+    for (auto seen = _seen.begin(); seen != _seen.end(); ++seen) {
+        const DirectoryStamp now(seen.key());
+        if (now == *seen)
+            continue;
+        *seen = now;
+        _changedAssets.insert(seen.key());
+        _timer.start();
+    }
+}
+
 void LibraryWatcher::announce()
 {
     const QSet<QString> folders = std::move(_changed);
     _changed.clear();
     for (const QString &folder : folders)
         emit changed(folder);
+    const QSet<QString> assets = std::move(_changedAssets);
+    _changedAssets.clear();
+    for (const QString &directory : assets)
+        emit assetChanged(directory);
 }

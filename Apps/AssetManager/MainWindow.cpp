@@ -243,6 +243,7 @@ void MainWindow::connectLibraries()
         _details->show(_browser->selected());
         updateStatus();
     });
+    connect(_browser, &AssetBrowser::seenChanged, &_libraries->watcher(), &LibraryWatcher::setSeen);
     connect(&_libraries->assets(), &AssetModel::countChanged, this, &MainWindow::updateStatus);
     connect(&_libraries->assets(), &AssetModel::renameRequested, &actions, &LibraryActions::renameAsset,
             Qt::QueuedConnection); // the editor has to be gone before rows move

@@ -6,10 +6,46 @@
 #include <QFileInfo>
 #include <QUuid>
 
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
 namespace {
 
 const char *const FolderName = ".kx-trash";
 const char *const OriginName = ".origin";
+
+/// Makes the place as well. Qt's own classes do not tell why a folder could not be made.
+std::error_code writeOrigin(const QDir &place, const QByteArray &text)
+{
+    const std::filesystem::path folder(place.path().toStdU16String());
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error)
+        return error;
+    errno = 0;
+    std::ofstream origin(folder / OriginName, std::ios::binary);
+    origin.write(text.constData(), text.size());
+    origin.close(); // a full disk says so here
+    return origin ? error : std::error_code(errno, std::generic_category());
+}
+
+QString reasonOf(const std::error_code &error, const QString &name)
+{
+    // The second and third are what a person may use up of it.
+    for (const auto full : {std::errc::no_space_on_device, std::errc::file_too_large, std::errc(EDQUOT)})
+        if (error == full)
+            return Trash::tr(
+                       "\"%1\" could not be deleted: the disk is full, and deleted assets are kept. Empty \"Deleted "
+                       "assets\", or make room elsewhere.")
+                .arg(name);
+    for (const auto forbidden :
+         {std::errc::permission_denied, std::errc::operation_not_permitted, std::errc::read_only_file_system})
+        if (error == forbidden)
+            return Trash::tr("\"%1\" could not be deleted: you may not write into its library.").arg(name);
+    return Trash::tr("\"%1\" could not be deleted: %2").arg(name, QString::fromStdString(error.message()));
+}
 
 } // namespace
 
@@ -23,19 +59,14 @@ bool Trash::isTrash(const QString &path)
     return path.contains(QStringLiteral("/%1/").arg(QLatin1String(FolderName)));
 }
 
-QString Trash::makePlaceFor(const QString &path) const
+osg::Result<QString> Trash::makePlaceFor(const QString &path) const
 {
     const QDir place(folder() + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces));
-    if (!QDir().mkpath(place.path()))
-        return {};
-    QFile origin(place.filePath(QLatin1String(OriginName)));
     // Relative, so that the library may move.
     const QByteArray text = QDir(_library).relativeFilePath(QFileInfo(path).path()).toUtf8();
-    const bool isWritten = origin.open(QIODevice::WriteOnly) && origin.write(text) == text.size() &&
-                           origin.flush(); // a full disk says so here
-    if (!isWritten) {
+    if (const std::error_code error = writeOrigin(place, text)) {
         QDir(place).removeRecursively();
-        return {};
+        return osg::Failure{reasonOf(error, QFileInfo(path).fileName()).toStdString()};
     }
     return place.filePath(QFileInfo(path).fileName());
 }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "SceneGraph/Result.h"
+
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QString>
 
@@ -9,6 +12,8 @@
 /// What was deleted from a library, in a hidden folder of the library itself: nothing is lost, and nothing has to be copied.
 class Trash
 {
+    Q_DECLARE_TR_FUNCTIONS(Trash)
+
 public:
     struct Entry
     {
@@ -19,8 +24,8 @@ public:
 
     explicit Trash(const QString &library) : _library(library) {}
 
-    /// A new place for what lies at \a path, whose folder is made; it remembers where that was. "" when that fails.
-    QString makePlaceFor(const QString &path) const;
+    /// A new place for what lies at \a path, whose folder is made; it remembers where that was. Fails with a sentence for people.
+    osg::Result<QString> makePlaceFor(const QString &path) const;
     /// The latest first.
     std::vector<Entry> entries() const;
     /// Removes everything for good. False when something is left.

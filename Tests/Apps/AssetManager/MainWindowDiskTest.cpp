@@ -4,18 +4,22 @@
 #include "AssetManager/DetailsPane.h"
 #include "AssetManager/FolderModel.h"
 #include "AssetManager/LibrarySide.h"
+#include "AssetManager/LibraryWatcher.h"
 #include "AssetManager/Trash.h"
 #include "FileSizeLimit.h"
 #include "WindowFixture.h"
 #include "WithoutPrivileges.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTreeView>
 
@@ -63,6 +67,25 @@ private:
 class MainWindowDiskTest : public WindowFixture
 {
 protected:
+    /// As those do that keep the file and its place: no folder changes by it.
+    void overwriteInPlace(const QString &name, const QByteArray &content)
+    {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly));
+        file.resize(0);
+        file.write(content);
+    }
+    QString metadataOf(const std::string &uuid) const
+    {
+        const QDir directory(directoryOf(uuid));
+        return directory.filePath(directory.entryList({"*.xml"}, QDir::Files).value(0));
+    }
+    QByteArray contentOf(const QString &name) const
+    {
+        QFile file(name);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
     void overwrite(const std::string &uuid, const char *suffix)
     {
         QDirIterator files(directoryOf(uuid), {QLatin1String(suffix)}, QDir::Files);
@@ -152,7 +175,7 @@ TEST_F(MainWindowDiskTest, SaysWhatMayNotBeWritten)
         clickAsset(oak);
         press(Qt::Key_Delete);
         settle();
-        EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be deleted. May the library be written?");
+        EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be deleted: you may not write into its library.");
         window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
         EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed.");
         clickFolder(path());
@@ -184,7 +207,9 @@ TEST_F(MainWindowDiskTest, KeepsEverythingWhereTheDiskIsFull)
         window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
         EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed.");
         window->libraries().actions().trashAssets({id(oak)});
-        EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be deleted. May the library be written?");
+        EXPECT_EQ(takeReport(),
+                  "\"MAT_Oak\" could not be deleted: the disk is full, and deleted assets are kept. Empty "
+                  "\"Deleted assets\", or make room elsewhere.");
         dropOnFolder(path(), *chair);
         EXPECT_TRUE(takeReport().startsWith("\"Chair\" was not saved"));
     }
@@ -260,6 +285,115 @@ TEST_F(MainWindowDiskTest, SaysWhichMetadataCannotBeRead)
     settle();
     EXPECT_EQ(reported(), ""); // once is enough
     expectWorks();
+}
+
+TEST_F(MainWindowDiskTest, NoticesMetadataThatAnotherProgramOverwritesInItsPlace)
+{
+    const std::string oak = storeMaterial("Oak");
+    storeMaterial("Ash");
+    open();
+    clickAsset(oak);
+    const QString metadata = metadataOf(oak);
+
+    overwriteInPlace(metadata, contentOf(metadata).replace(">Oak<", ">Bog oak<"));
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<QString>{"Ash", "Bog oak"}; }, Patience));
+    EXPECT_EQ(window->details().findChild<QLineEdit *>("name")->text(), "Bog oak");
+    EXPECT_THAT(window->browser().selected(), ElementsAre(oak));
+    EXPECT_EQ(reported(), "");
+}
+
+TEST_F(MainWindowDiskTest, NoticesWhatWasOverwrittenOutOfSightWhenItIsActivated)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    press(Qt::Key_F, Qt::ControlModifier);
+    type("nothing is called that");
+    settle();
+    ASSERT_THAT(names(), IsEmpty());
+    const QString metadata = metadataOf(oak);
+    overwriteInPlace(metadata, contentOf(metadata).replace(">Oak<", ">Bog oak<"));
+    QWidget other; // another program, or its like
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other, Patience));
+
+    activate();
+    settle();
+
+    EXPECT_EQ(window->libraries().assets().find(oak)->name, "Bog oak");
+}
+
+TEST_F(MainWindowDiskTest, ShowsAPreviewAnewThatAnotherProgramOverwritesInItsPlace)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    const QDir directory(directoryOf(oak));
+    QImage blue(16, 16, QImage::Format_RGB32);
+    blue.fill(Qt::blue);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(blue.save(&buffer, "PNG"));
+
+    overwriteInPlace(directory.filePath(directory.entryList({"*.png"}).value(0)), png);
+
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            const QImage shown = window->libraries().previews().find(id(oak)).toImage();
+            return !shown.isNull() && shown.pixelColor(8, 8) == QColor(Qt::blue);
+        },
+        Patience));
+}
+
+TEST_F(MainWindowDiskTest, LooksAtABoundedNumberOfAssetsOnly)
+{
+    QStringList directories;
+    for (int i = 0; i <= LibraryWatcher::MaxSeen; ++i) {
+        directories.append(path("MAT_%1").arg(i));
+        ASSERT_TRUE(QDir().mkpath(directories.last()));
+    }
+    LibraryWatcher watcher;
+    QSignalSpy noticed(&watcher, &LibraryWatcher::assetChanged);
+
+    watcher.setSeen(directories);
+    for (const QString &directory : directories) {
+        QFile file(directory + "/new");
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    ASSERT_TRUE(noticed.wait(Patience));
+
+    EXPECT_EQ(noticed.count(), LibraryWatcher::MaxSeen);
+}
+
+TEST_F(MainWindowDiskTest, SaysThatTheDescriptionOfAnAssetIsThatOfSomethingElse)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    const QString directory = directoryOf(oak);
+
+    overwriteInPlace(metadataOf(oak), "<?xml version=\"1.0\"?><recipe><egg/></recipe>");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !reported().isEmpty(); }, Patience));
+
+    EXPECT_EQ(takeReport(),
+              QString("The asset in \"%1\" cannot be read: its description is not that of an asset.").arg(directory));
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(MainWindowDiskTest, SaysNothingOfOtherXmlInFolders)
+{
+    storeMaterial("Oak");
+    ASSERT_TRUE(QDir().mkpath(path("Notes/Inner")));
+    for (const char *name : {"Notes/recipe.xml", "Notes/Inner/half.xml"}) {
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(name[6] == 'r' ? "<recipe/>" : "<recipe><egg>");
+    }
+
+    open();
+
+    EXPECT_EQ(reported(), "");
+    EXPECT_THAT(names(), ElementsAre("Oak"));
 }
 
 } // namespace

@@ -18,7 +18,7 @@ protected:
     QString put(const char *name) const
     {
         const QString path = QString::fromStdString(folder.makeFolder(name));
-        const QString place = Trash(library()).makePlaceFor(path);
+        const QString place = Trash(library()).makePlaceFor(path).value();
         EXPECT_TRUE(QDir().rename(path, place));
         return place;
     }
@@ -72,7 +72,10 @@ TEST_F(TrashTest, IsEmptyAfterwards)
 
 TEST_F(TrashTest, HasNoPlaceInALibraryThatIsNotThere)
 {
-    EXPECT_EQ(Trash("/proc/no-such-library").makePlaceFor("/proc/no-such-library/MAT_X"), QString());
+    const auto place = Trash("/proc/no-such-library").makePlaceFor("/proc/no-such-library/MAT_X");
+
+    ASSERT_FALSE(place);
+    EXPECT_EQ(place.reason(), "\"MAT_X\" could not be deleted: No such file or directory");
 }
 
 } // namespace
