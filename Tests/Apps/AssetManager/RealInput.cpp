@@ -122,10 +122,29 @@ void RealInput::moveTo(const QPoint &place)
     perform({[=, this] { fakeMove(place); }});
 }
 
-void RealInput::drag(const std::vector<QPoint> &places, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
-                     const Step &beforeRelease)
+void RealInput::drag(const std::vector<QPoint> &places, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     const SingleClicks single;
+    std::vector<Step> steps = pressAndMove(places, button, modifiers);
+    steps.emplace_back([=, this] {
+        fakeButton(button, false);
+        fakeModifiers(modifiers, false);
+    });
+    perform(std::move(steps));
+}
+
+void RealInput::dragAndEscape(const std::vector<QPoint> &places)
+{
+    const SingleClicks single;
+    std::vector<Step> steps = pressAndMove(places, Qt::LeftButton, Qt::NoModifier);
+    steps.emplace_back([this] { fakeStroke(strokeOf(symbolOf(Qt::Key_Escape)), Qt::NoModifier); });
+    steps.emplace_back([this] { fakeButton(Qt::LeftButton, false); });
+    perform(std::move(steps));
+}
+
+std::vector<RealInput::Step> RealInput::pressAndMove(const std::vector<QPoint> &places, Qt::MouseButton button,
+                                                     Qt::KeyboardModifiers modifiers) const
+{
     std::vector<Step> steps = {[=, this] { fakeMove(places.front()); },
                                [=, this] {
                                    fakeModifiers(modifiers, true);
@@ -133,13 +152,7 @@ void RealInput::drag(const std::vector<QPoint> &places, Qt::MouseButton button, 
                                }};
     for (const QPoint &place : places)
         steps.emplace_back([=, this] { fakeMove(place); });
-    if (beforeRelease)
-        steps.push_back(beforeRelease);
-    steps.emplace_back([=, this] {
-        fakeButton(button, false);
-        fakeModifiers(modifiers, false);
-    });
-    perform(std::move(steps));
+    return steps;
 }
 
 void RealInput::turnWheel(const QPoint &place, int notches, Qt::KeyboardModifiers modifiers)

@@ -19,8 +19,6 @@ struct xcb_connection_t;
 class RealInput final : private QAbstractNativeEventFilter
 {
 public:
-    using Step = std::function<void()>;
-
     RealInput();
     ~RealInput() override;
     RealInput(const RealInput &) = delete;
@@ -31,8 +29,9 @@ public:
     void doubleClick(const QPoint &place);
     void moveTo(const QPoint &place);
     /// Presses, moves over all of these, and lets go at the last one.
-    void drag(const std::vector<QPoint> &places, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
-              const Step &beforeRelease = {});
+    void drag(const std::vector<QPoint> &places, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    /// The same, but presses Escape before letting go.
+    void dragAndEscape(const std::vector<QPoint> &places);
     /// Turns the wheel by so many notches, away from the person where that is positive.
     void turnWheel(const QPoint &place, int notches, Qt::KeyboardModifiers modifiers);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers);
@@ -40,6 +39,8 @@ public:
     bool type(const QString &text);
 
 private:
+    using Step = std::function<void()>;
+
     struct Stroke
     {
         unsigned char code = 0; ///< 0: there is no such key
@@ -48,6 +49,8 @@ private:
 
     /// Each in turn, once all that the former one led to is handled.
     void perform(std::vector<Step> steps);
+    std::vector<Step> pressAndMove(const std::vector<QPoint> &places, Qt::MouseButton button,
+                                   Qt::KeyboardModifiers modifiers) const;
     void goOn();
     void fake(unsigned type, unsigned detail, const QPoint &place = {}) const;
     void fakeMove(const QPoint &place) const;

@@ -41,7 +41,7 @@ void WindowFixture::makeWindow()
     window.reset(); // there is one at a time
     window = std::make_unique<MainWindow>(session.manager());
     window->scene().view().setSampleLimit(1);
-    window->resize(1400, 900);
+    window->setGeometry(0, 0, 1400, 900); // there is a place beside it
     window->show();
     activate();
 }
@@ -150,6 +150,28 @@ void WindowFixture::dragMouse(QWidget &from, const QPoint &begin, QWidget &to, c
     input.drag({first, first + away, (first + last) / 2, last - QPoint(1, 1), last}, button, modifiers);
     process();
     settle();
+}
+
+void WindowFixture::dragAssets(const std::vector<std::string> &uuids, QWidget &target, const QPoint &place)
+{
+    for (const std::string &uuid : uuids)
+        clickAsset(uuid, uuid == uuids.front() ? Qt::NoModifier : Qt::ControlModifier);
+    dragItem(window->browser().view(), window->libraries().assets().indexOf(uuids.back()), target, place);
+}
+
+void WindowFixture::dragItem(QAbstractItemView &from, const QModelIndex &index, QWidget &target, const QPoint &place)
+{
+    ASSERT_TRUE(index.isValid());
+    from.scrollTo(index);
+    dragMouse(*from.viewport(), from.visualRect(index).center(), target, place);
+}
+
+QPoint WindowFixture::placeOfFolder(const QString &directory)
+{
+    const QModelIndex index = window->libraries().folders().indexOf(directory);
+    EXPECT_TRUE(index.isValid()) << directory.toStdString();
+    window->folders().scrollTo(index);
+    return window->folders().visualRect(index).center();
 }
 
 void WindowFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers)

@@ -55,6 +55,11 @@ protected:
     /// Presses a mouse button, moves there and lets go.
     void dragMouse(QWidget &from, const QPoint &begin, QWidget &to, const QPoint &end,
                    Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// Selects these and drags them there with the mouse.
+    void dragAssets(const std::vector<std::string> &uuids, QWidget &target, const QPoint &place);
+    void dragItem(QAbstractItemView &from, const QModelIndex &index, QWidget &target, const QPoint &place);
+    /// Where the folder is seen in the viewport of the tree.
+    QPoint placeOfFolder(const QString &directory);
     /// To whatever has the focus.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void pressRedo();
