@@ -10,8 +10,9 @@
 struct kxProgressiveRendering::Private
 {
     std::shared_ptr<const kxRender::SceneSnapshot> scene;
-    std::uint64_t current = 0; ///< the last job; 0: it ended
-    std::uint64_t oldest = 1;  ///< whose pictures are wanted
+    std::shared_ptr<const kxRender::NodeMap> nodes; ///< of the newest picture
+    std::uint64_t current = 0;                      ///< the last job; 0: it ended
+    std::uint64_t oldest = 1;                       ///< whose pictures are wanted
     std::mutex mutex;
     std::optional<kxRender::RefinementWorker::Result> newest; ///< not delivered yet
     std::optional<kxRender::RefinementWorker> worker;         ///< always there but for beginning and end
@@ -43,6 +44,7 @@ void kxProgressiveRendering::clearScene()
 {
     cancel();
     _private->scene.reset();
+    _private->nodes.reset();
 }
 
 quint64 kxProgressiveRendering::start(const osg::UberCameraPtr &camera, const QSize &size, int samples)
@@ -76,6 +78,11 @@ quint32 kxProgressiveRendering::nodeAt(const osg::UberCameraPtr &camera, const Q
     return _private->scene->nodeAt(rays, static_cast<float>(place.x()), static_cast<float>(size.height() - place.y()));
 }
 
+std::shared_ptr<const kxRender::NodeMap> kxProgressiveRendering::nodes() const
+{
+    return _private->nodes;
+}
+
 void kxProgressiveRendering::deliver()
 {
     std::optional<kxRender::RefinementWorker::Result> result;
@@ -88,6 +95,7 @@ void kxProgressiveRendering::deliver()
     const bool isLast = result->isComplete && result->job == _private->current;
     if (isLast)
         _private->current = 0;
+    _private->nodes = result->nodes;
     emit pictureReady(result->picture, result->samples, result->job);
     if (isLast)
         emit finished();

@@ -16,6 +16,10 @@
 #include <memory>
 #include <vector>
 
+namespace kxRender {
+struct NodeMap;
+}
+
 /// Renders pictures of nodes on a thread of its own while the program goes on: a coarse one at once, and then better and
 /// better ones. Main thread only.
 ///
@@ -47,6 +51,9 @@ public:
     /// The id of the node that is seen through the camera at a place in a picture of this size; 0 for the background and
     /// without a scene. Of nodes that are gone the id as well.
     quint32 nodeAt(const osg::UberCameraPtr &camera, const QSizeF &size, const QPointF &place) const;
+
+    /// Those of the newest picture; null before the first one and without a scene.
+    std::shared_ptr<const kxRender::NodeMap> nodes() const;
 
 Q_SIGNALS:
     /// \a samples is 0 for the coarse picture, which has the full size as well. While the camera is moved on, a picture may

@@ -9,6 +9,7 @@
 #include "Kernel/kxSelectionManager.h"
 #include "Rendering/Internal/CameraView.h"
 #include "Rendering/Internal/SceneWatch.h"
+#include "Rendering/Internal/SelectionOutline.h"
 #include "Rendering/Internal/ViewOverlay.h"
 #include "Rendering/kxProgressiveRendering.h"
 #include "Rendering/kxSceneplatePainter.h"
@@ -21,8 +22,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <optional>
+#include <unordered_set>
 #include <utility>
 
 namespace {
@@ -34,6 +34,9 @@ constexpr double OrbitPerHeight = Pi; // half a turn along the widget's height
 constexpr double OrbitPerKey = Pi / 24.0;
 constexpr double ZoomPerStep = 1.15; // of the wheel, or of a key
 constexpr double WheelStep = 120.0;  // in eighths of a degree, as Qt counts
+constexpr double OutlineWidth = 2.0;
+constexpr double ShadeWidth = 1.0; // around the outline
+constexpr double ShadeAlpha = 0.45;
 
 enum class Drag { None, Click, Orbit, Pan };
 
@@ -54,6 +57,21 @@ osg::Volume volumeOf(const std::vector<osg::NodePtr> &nodes)
     return volume;
 }
 
+/// Of these nodes and of all below them.
+std::unordered_set<std::uint32_t> idsBelow(std::vector<osg::NodePtr> nodes)
+{
+    std::unordered_set<std::uint32_t> ids;
+    while (!nodes.empty()) {
+        const osg::NodePtr node = nodes.back();
+        nodes.pop_back();
+        if (!ids.insert(node.getFieldContainerId()).second)
+            continue;
+        for (std::size_t i = 0; i < node->getNChildren(); ++i)
+            nodes.push_back(node->getChild(i));
+    }
+    return ids;
+}
+
 } // namespace
 
 struct kxViewport::Private
@@ -66,10 +84,11 @@ struct kxViewport::Private
     kxProgressiveRendering rendering;
     Need need = Need::Nothing; ///< what is to be rendered on the next pass of the event loop
     bool isScheduled = false;
-    bool wasCancelled = false;           ///< before all samples were there, and not begun anew
-    std::map<quint64, CameraView> views; ///< through which the pictures to come look, by what started them
-    std::optional<CameraView> view;      ///< of the picture
+    bool wasCancelled = false; ///< before all samples were there, and not begun anew
     QImage picture;
+    std::shared_ptr<const kxRender::NodeMap> nodes; ///< that are seen in the picture
+    QImage outline;                                 ///< of those that are selected, of the picture's size
+    bool isOutlineCurrent = true;
     int samples = 0;
     int sampleLimit = DefaultSampleLimit;
     Drag drag = Drag::None;
@@ -104,7 +123,7 @@ kxViewport::kxViewport(QWidget *parent) : QWidget(parent), _private(std::make_un
         dropPicture();
         request(Need::Scene);
     });
-    connect(&notifier, &kxScenegraphNotifier::selectionChanged, this, [this] { update(); });
+    connect(&notifier, &kxScenegraphNotifier::selectionChanged, this, [this] { dropOutline(); });
     request(Need::Scene);
 }
 
@@ -188,9 +207,7 @@ void kxViewport::startRendering()
         takeScene();
     _private->need = Need::Nothing;
     _private->wasCancelled = false;
-    const quint64 start = _private->rendering.start(camera, size() * devicePixelRatioF(), _private->sampleLimit);
-    if (start != 0)
-        _private->views.emplace(start, camera);
+    _private->rendering.start(camera, size() * devicePixelRatioF(), _private->sampleLimit);
     update();
 }
 
@@ -213,22 +230,47 @@ void kxViewport::dropPicture()
 {
     _private->rendering.clearScene();
     _private->picture = QImage();
+    _private->nodes.reset();
     _private->samples = 0;
+    dropOutline();
     _private->watch.watchScene({});
     update();
     emit pictureChanged();
 }
 
-void kxViewport::showPicture(const QImage &rendered, int samples, quint64 start)
+void kxViewport::showPicture(const QImage &rendered, int samples)
 {
-    auto &views = _private->views;
-    views.erase(views.begin(), views.lower_bound(start));
-    if (const auto found = views.find(start); found != views.end())
-        _private->view = found->second;
     _private->picture = kxSceneplatePainter::composed(rendered, kxScenegraph::getSceneplateRoot());
     _private->samples = samples;
+    if (const auto nodes = _private->rendering.nodes(); nodes != std::exchange(_private->nodes, nodes))
+        dropOutline();
     update();
     emit pictureChanged();
+}
+
+void kxViewport::dropOutline()
+{
+    _private->isOutlineCurrent = false;
+    update();
+}
+
+/// Made only where it is about to be seen.
+const QImage &kxViewport::outline()
+{
+    if (std::exchange(_private->isOutlineCurrent, true))
+        return _private->outline;
+    _private->outline = QImage();
+    const std::unordered_set<std::uint32_t> ids = idsBelow(kxSelectionManager::getSelectedNodes());
+    if (ids.empty() || !_private->nodes)
+        return _private->outline;
+    const kxRender::SelectionOutline outline(*_private->nodes, ids, _private->picture.size());
+    QColor shade = palette().color(QPalette::Shadow);
+    shade.setAlphaF(ShadeAlpha);
+    // The shade shows the line also where the picture has the same colour.
+    _private->outline = outline.drawn((OutlineWidth + ShadeWidth) * devicePixelRatioF(), shade);
+    QPainter painter(&_private->outline);
+    painter.drawImage(0, 0, outline.drawn(OutlineWidth * devicePixelRatioF(), palette().color(QPalette::Highlight)));
+    return _private->outline;
 }
 
 void kxViewport::cancelRefinement()
@@ -396,12 +438,12 @@ void kxViewport::paintEvent(QPaintEvent * /*event*/)
         // A picture of another size is shown as the new one will show it: as high as the widget, and cut or too narrow.
         const double width = static_cast<double>(picture.width()) * height() / picture.height();
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawImage(QRectF((this->width() - width) / 2.0, 0.0, width, height()), picture);
+        const QRectF area((this->width() - width) / 2.0, 0.0, width, height());
+        painter.drawImage(area, picture);
+        if (const QImage &outline = this->outline(); !outline.isNull())
+            painter.drawImage(area, outline);
     }
     kxRender::ViewOverlay overlay(painter, rect(), palette());
-    if (!picture.isNull() && _private->view)
-        for (const osg::NodePtr &node : kxSelectionManager::getSelectedNodes())
-            overlay.drawBox(*_private->view, node->getWorldVolume());
     if (isIsolateViewOverlayVisible() && !getRenderRoots().empty())
         overlay.drawLabel(tr("Isolated"));
     if (isRefining())
@@ -431,7 +473,9 @@ void kxViewport::resizeEvent(QResizeEvent *event)
 void kxViewport::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::PaletteChange)
+        dropOutline();
+    else if (event->type() == QEvent::LanguageChange)
         update();
 }
 

@@ -89,7 +89,9 @@ private:
     void startRendering();
     void takeScene();
     void dropPicture();
-    void showPicture(const QImage &rendered, int samples, quint64 start);
+    void showPicture(const QImage &rendered, int samples);
+    void dropOutline();
+    const QImage &outline();
     bool frame(const osg::Volume &box);
     bool moveByKey(int key);
     void drag(const QPointF &way);

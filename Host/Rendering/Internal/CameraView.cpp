@@ -4,9 +4,7 @@
 #include "SceneGraph/EditCP.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <utility>
 
 namespace kxRender {
 
@@ -18,7 +16,6 @@ constexpr double Pi = 3.14159265358979323846;
 constexpr double PoleDistance = Pi / 180.0; // nearer than that, left and right would change places suddenly
 constexpr double NearestDistance = 1e-4;
 constexpr double FarthestDistance = 1e8;
-constexpr double NearestDepth = 1e-3; // of what is projected, as a share of the distance from the target
 
 Vec3d sum(const Vec3d &a, const Vec3d &b, double factor = 1.0)
 {
@@ -110,32 +107,6 @@ void CameraView::zoom(double factor)
     const double distance = std::sqrt(dot(offset, offset));
     const double wanted = std::clamp(distance * factor, NearestDistance, FarthestDistance);
     _from = sum(_at, offset, wanted / distance);
-}
-
-std::optional<QLineF> CameraView::seen(const Vec3d &a, const Vec3d &b, const QSizeF &size) const
-{
-    const Vec3d ahead = forward();
-    const Vec3d sideways = right();
-    const Vec3d upwards = cross(sideways, ahead);
-    const Vec3d offset = sum(_from, _at, -1.0);
-    const double nearest = NearestDepth * std::sqrt(dot(offset, offset));
-    std::array<Vec3d, 2> ends;
-    for (std::size_t i = 0; i < 2; ++i) {
-        const Vec3d toEnd = sum(i == 0 ? a : b, _from, -1.0);
-        ends[i] = {dot(toEnd, sideways), dot(toEnd, upwards), dot(toEnd, ahead) - nearest};
-    }
-    if (ends[0][2] < ends[1][2])
-        std::swap(ends[0], ends[1]);
-    if (ends[0][2] <= 0.0)
-        return std::nullopt;
-    if (ends[1][2] < 0.0)
-        ends[1] = sum(ends[1], sum(ends[0], ends[1], -1.0), -ends[1][2] / (ends[0][2] - ends[1][2]));
-    const double scale = size.height() / 2.0 / std::tan(_fieldOfView / 2.0);
-    const auto place = [&](const Vec3d &end) {
-        const double depth = end[2] + nearest;
-        return QPointF(size.width() / 2.0 + scale * end[0] / depth, size.height() / 2.0 - scale * end[1] / depth);
-    };
-    return QLineF(place(ends[0]), place(ends[1]));
 }
 
 } // namespace kxRender

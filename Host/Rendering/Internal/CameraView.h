@@ -3,14 +3,9 @@
 
 #include "SceneGraph/UberCamera.h"
 
-#include <QLineF>
-#include <QSizeF>
-
-#include <optional>
-
 namespace kxRender {
 
-/// Where a camera stands and looks, moved as somebody does who looks through it; and where things are seen through it.
+/// Where a camera stands and looks, moved as somebody does who looks through it.
 class CameraView
 {
 public:
@@ -25,9 +20,6 @@ public:
     void pan(double right, double down);
     /// Multiplies the distance from the target, which never gets zero or endless.
     void zoom(double factor);
-
-    /// A line of the world as it is seen in a picture of this size; nothing where it lies behind the camera.
-    std::optional<QLineF> seen(const osg::Vec3d &a, const osg::Vec3d &b, const QSizeF &size) const;
 
 private:
     osg::Vec3d right() const;

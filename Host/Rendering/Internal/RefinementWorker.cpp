@@ -117,21 +117,28 @@ bool RefinementWorker::renderCoarse(const Job &job, int divisor, const std::func
         return false;
     _pathsPerSecond = film.width() * film.height() / std::max(1e-6, secondsSince(begin));
     const QImage picture = pictureOf(film, SceneSnapshot::Exposure);
-    _deliver(
-        {_running, picture.scaled(job.width, job.height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation), 0, false});
+    auto nodes = job.scene->nodes(job.camera, film.width(), film.height(), isStopped);
+    if (!nodes)
+        return false;
+    _deliver({_running, picture.scaled(job.width, job.height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation), 0,
+              std::move(nodes), false});
     return true;
 }
 
 void RefinementWorker::renderFull(const Job &job)
 {
     const PathTracer tracer = job.scene->tracer();
+    const auto isStopped = [this] { return isSuperseded(); };
+    const auto nodes = job.scene->nodes(job.camera, job.width, job.height, isStopped);
+    if (!nodes)
+        return;
     Film film(job.width, job.height);
     Clock::time_point delivered = Clock::now();
     int batch = 1;
     for (int done = 0; done < job.samples;) {
         const int count = std::min(batch, job.samples - done);
         const Clock::time_point begin = Clock::now();
-        if (!tracer.render(job.camera, film, count, [this] { return isSuperseded(); }))
+        if (!tracer.render(job.camera, film, count, isStopped))
             return;
         done += count;
         batch = static_cast<int>(
@@ -139,7 +146,7 @@ void RefinementWorker::renderFull(const Job &job)
         const bool isComplete = done == job.samples;
         if (!isComplete && secondsSince(delivered) < DeliverySeconds)
             continue;
-        _deliver({_running, pictureOf(film, SceneSnapshot::Exposure), done, isComplete});
+        _deliver({_running, pictureOf(film, SceneSnapshot::Exposure), done, nodes, isComplete});
         delivered = Clock::now();
     }
 }

@@ -37,8 +37,9 @@ public:
     struct Result
     {
         std::uint64_t job = 0;
-        QImage picture;  ///< of the job's size, also the coarse one
-        int samples = 0; ///< of the full resolution; 0: a coarse picture
+        QImage picture;                       ///< of the job's size, also the coarse one
+        int samples = 0;                      ///< of the full resolution; 0: a coarse picture
+        std::shared_ptr<const NodeMap> nodes; ///< that are seen; of a coarse picture as coarse as that
         bool isComplete = false;
     };
 

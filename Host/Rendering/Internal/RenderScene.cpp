@@ -194,6 +194,20 @@ std::uint32_t RenderScene::nodeAlong(V3 origin, V3 direction) const
     return 0;
 }
 
+std::array<std::uint32_t, RayPacket::Size> RenderScene::nodesAlong(const RayPacket &rays) const
+{
+    std::array<std::optional<Hit>, RayPacket::Size> hits;
+    intersect(rays, hits);
+    std::array<std::uint32_t, RayPacket::Size> nodes{};
+    for (std::size_t i = 0; i < RayPacket::Size; ++i) {
+        if (!hits[i])
+            continue;
+        const bool isHiding = _surfaces.opacityAt(*hits[i]->layers, hits[i]->u, hits[i]->v) >= 0.5F;
+        nodes[i] = isHiding ? hits[i]->node : nodeAlong(rays.origins[i], rays.directions[i]);
+    }
+    return nodes;
+}
+
 void RenderScene::transmittance(const RayPacket &rays, std::array<float, RayPacket::Size> &shares) const
 {
     if (_hasCutOuts) {

@@ -93,6 +93,8 @@ public:
     void intersect(const RayPacket &rays, std::array<std::optional<Hit>, RayPacket::Size> &hits) const;
     /// The node of the first surface along a ray that hides more than it lets through; 0 where there is none.
     std::uint32_t nodeAlong(V3 origin, V3 direction) const;
+    /// The same for each ray of a packet; 0 also for lanes that are not in use.
+    std::array<std::uint32_t, RayPacket::Size> nodesAlong(const RayPacket &rays) const;
     /// The share of light that comes through along each ray: surfaces stop what they do not cut out.
     void transmittance(const RayPacket &rays, std::array<float, RayPacket::Size> &shares) const;
 

@@ -7,6 +7,9 @@
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/USphereEnvironmentMaterial.h"
 
+#include <optional>
+#include <utility>
+
 namespace kxRender {
 
 namespace {
@@ -48,6 +51,13 @@ PathTracer SceneSnapshot::tracer() const
 std::uint32_t SceneSnapshot::nodeAt(const CameraRays &rays, float x, float y) const
 {
     return committed().nodeAlong(rays.origin(), rays.direction(x, y));
+}
+
+std::shared_ptr<const NodeMap> SceneSnapshot::nodes(const Camera &camera, int width, int height,
+                                                    const std::function<bool()> &isCancelled) const
+{
+    std::optional<NodeMap> map = NodeMap::take(committed(), camera, width, height, isCancelled);
+    return map ? std::make_shared<const NodeMap>(std::move(*map)) : nullptr;
 }
 
 const RenderScene &SceneSnapshot::committed() const

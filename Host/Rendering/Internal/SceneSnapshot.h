@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Rendering/Internal/NodeMap.h"
 #include "Rendering/Internal/PathTracer.h"
 #include "Rendering/Internal/RenderScene.h"
 #include "SceneGraph/Node.h"
 #include "SceneGraph/UberCamera.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -27,6 +29,9 @@ public:
     PathTracer tracer() const;
     /// The id of the node that is seen at a place in a picture, in pixels from the lower left corner; 0: the background.
     std::uint32_t nodeAt(const CameraRays &rays, float x, float y) const;
+    /// The nodes that are seen in a picture; null where \a isCancelled said so.
+    std::shared_ptr<const NodeMap> nodes(const Camera &camera, int width, int height,
+                                         const std::function<bool()> &isCancelled) const;
 
 private:
     SceneSnapshot() = default;

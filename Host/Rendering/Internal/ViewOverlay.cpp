@@ -13,37 +13,12 @@ namespace {
 constexpr double ProgressHeight = 2.0;
 constexpr double LabelMargin = 8.0;
 
-osg::Vec3d cornerOf(const osg::Volume &box, unsigned corner)
-{
-    return {(corner & 1U) != 0 ? box.max()[0] : box.min()[0], (corner & 2U) != 0 ? box.max()[1] : box.min()[1],
-            (corner & 4U) != 0 ? box.max()[2] : box.min()[2]};
-}
-
 } // namespace
 
 ViewOverlay::ViewOverlay(QPainter &painter, const QRectF &area, const QPalette &palette)
     : _painter(painter), _area(area), _palette(palette)
 {
     _painter.setRenderHint(QPainter::Antialiasing);
-}
-
-void ViewOverlay::drawBox(const CameraView &view, const osg::Volume &box)
-{
-    if (box.isEmpty())
-        return;
-    QVector<QLineF> lines;
-    for (unsigned corner = 0; corner < 8; ++corner)
-        for (unsigned axis = 1; axis < 8; axis *= 2)
-            if ((corner & axis) == 0)
-                if (const auto line = view.seen(cornerOf(box, corner), cornerOf(box, corner | axis), _area.size()))
-                    lines.append(line->translated(_area.topLeft()));
-    // Twice: the wide dark line shows the other one also where the picture has the same colour.
-    QColor shade = _palette.color(QPalette::Shadow);
-    shade.setAlphaF(0.45);
-    _painter.setPen(QPen(shade, 3.5, Qt::SolidLine, Qt::RoundCap));
-    _painter.drawLines(lines);
-    _painter.setPen(QPen(_palette.color(QPalette::Highlight), 1.5, Qt::SolidLine, Qt::RoundCap));
-    _painter.drawLines(lines);
 }
 
 void ViewOverlay::drawProgress(double share)

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Rendering/Internal/CameraView.h"
-#include "SceneGraph/Volume.h"
-
 #include <QRectF>
 #include <QString>
 
@@ -18,8 +15,6 @@ class ViewOverlay
 public:
     ViewOverlay(QPainter &painter, const QRectF &area, const QPalette &palette);
 
-    /// The edges of a box; nothing for an empty one.
-    void drawBox(const CameraView &view, const osg::Volume &box);
     /// A thin line along the lower edge; \a share from 0 to 1.
     void drawProgress(double share);
     /// In the upper left corner.

@@ -41,33 +41,6 @@ protected:
     osg::FCRef<osg::UberCamera> camera;
 };
 
-TEST_F(CameraViewTest, SeesLinesWhereTheyAre)
-{
-    const CameraView view(camera.get());
-
-    const auto line = view.seen({0.0, 0.0, 0.0}, {1.0, 1.0, 0.0}, {400.0, 200.0});
-
-    ASSERT_TRUE(line);
-    const QPointF &first = line->p1().x() < line->p2().x() ? line->p1() : line->p2();
-    const QPointF &second = line->p1().x() < line->p2().x() ? line->p2() : line->p1();
-    EXPECT_NEAR(first.x(), 200.0, 1e-9);
-    EXPECT_NEAR(first.y(), 100.0, 1e-9);
-    EXPECT_NEAR(second.x(), 300.0, 1e-9);
-    EXPECT_NEAR(second.y(), 0.0, 1e-9);
-}
-
-TEST_F(CameraViewTest, CutsLinesThatRunBehindTheCamera)
-{
-    const CameraView view(camera.get());
-
-    const auto line = view.seen({0.0, 0.0, 0.0}, {1.0, 0.0, 4.0}, {400.0, 200.0});
-
-    ASSERT_TRUE(line);
-    EXPECT_GT(std::max(line->x1(), line->x2()), 10000.0) << "it leaves to the right";
-    EXPECT_TRUE(std::isfinite(line->x1()) && std::isfinite(line->x2()));
-    EXPECT_FALSE(view.seen({0.0, 0.0, 3.0}, {1.0, 0.0, 4.0}, {400.0, 200.0}));
-}
-
 TEST_F(CameraViewTest, OrbitsAroundATarget)
 {
     move({1.0, 0.0, 2.0}, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0});

@@ -618,26 +618,109 @@ TEST_F(kxViewportTest, SaysThatItShowsAPartOnly)
     EXPECT_NE(labelled.copy(corner), whole.copy(corner));
 }
 
-TEST_F(kxViewportTest, FramesWhatIsSelectedInTheHighlightColour)
+/// With a colour that is nowhere else in the picture.
+class kxViewportOutlineTest : public kxViewportTest
 {
-    kxViewport view;
-    show(view);
-    QPalette palette = view.palette();
-    palette.setColor(QPalette::Highlight, QColor(0, 255, 255));
-    view.setPalette(palette);
-    const auto hasHighlight = [&] {
-        const QImage shown = view.grab().toImage();
-        for (int y = 0; y < shown.height(); ++y) {
-            const QColor pixel = shown.pixelColor(60, y);
-            if (pixel.red() < 60 && pixel.green() > 200 && pixel.blue() > 200)
-                return true;
-        }
-        return false;
-    };
+protected:
+    kxViewportOutlineTest()
+    {
+        QPalette palette = view.palette();
+        palette.setColor(QPalette::Highlight, QColor(0, 255, 255));
+        view.setPalette(palette);
+        show(view);
+    }
 
-    EXPECT_FALSE(hasHighlight());
+    bool isLine(int x, int y) const
+    {
+        const QColor pixel = shown.pixelColor(x, y);
+        return pixel.red() < 60 && pixel.green() > 200 && pixel.blue() > 200;
+    }
+
+    /// Two pixels around this rectangle, whose corners are round, are the line, and nothing else is.
+    void expectLineAround(const QRect &seen)
+    {
+        shown = view.grab().toImage();
+        for (int y = 0; y < shown.height(); ++y)
+            for (int x = 0; x < shown.width(); ++x) {
+                const int right = std::max({seen.left() - x, x - seen.right(), 0});
+                const int down = std::max({seen.top() - y, y - seen.bottom(), 0});
+                const bool isCorner = right == 2 && down == 2;
+                const bool isAround = right + down > 0 && right <= 2 && down <= 2;
+                ASSERT_TRUE(isCorner || isLine(x, y) == isAround) << x << ", " << y;
+            }
+    }
+
+    void expectNoLine() { expectLineAround({-100, -100, 1, 1}); }
+
+    // The wall is 51.7 pixels wide and high: its first pixels whose middle it covers are 34 and 14.
+    const QRect wallSeen{34, 14, 52, 52};
+    kxViewport view;
+    QImage shown;
+};
+
+TEST_F(kxViewportOutlineTest, SurroundsWhatIsSelected)
+{
+    expectNoLine();
+
     kxSelectionManager::selectNodes({wall});
-    EXPECT_TRUE(hasHighlight());
+    expectLineAround(wallSeen);
+
+    kxSelectionManager::clear();
+    expectNoLine();
+}
+
+TEST_F(kxViewportOutlineTest, SurroundsWhatLiesBelowTheSelectedNode)
+{
+    kxSelectionManager::selectNodes({kxScenegraph::getRoot()});
+
+    expectLineAround(wallSeen);
+}
+
+TEST_F(kxViewportOutlineTest, SurroundsOnlyWhatIsSeen)
+{
+    const osg::Transform3DPtr aside = osg::Transform3D::create();
+    {
+        const osg::CPEditor edit(aside, osg::AllFieldMask);
+        aside->setTranslation({1.0, 0.0, 0.001});
+    }
+    const osg::NodePtr parent = addNode(aside);
+    refineAfter(view, [&] { addNodeBelow(parent, wallCore(material.get())); });
+
+    kxSelectionManager::selectNodes({wall});
+
+    expectLineAround({34, 14, 26, 52});
+}
+
+TEST_F(kxViewportOutlineTest, FollowsTheCameraAndTheScene)
+{
+    kxSelectionManager::selectNodes({wall});
+    refineAfter(view, [&] { drag(view, {10, 5}, Qt::MiddleButton); });
+    expectLineAround(wallSeen.translated(10, 5));
+
+    refineAfter(view, [&] { drag(view, {40, 0}, Qt::MiddleButton); });
+    shown = view.grab().toImage();
+    EXPECT_TRUE(isLine(82, 40));
+    EXPECT_FALSE(isLine(119, 40)) << "there the wall goes on";
+
+    refineAfter(view, [&] { remove(wall); });
+    expectNoLine();
+}
+
+TEST_F(kxViewportOutlineTest, IsThereAlsoBeforeThePictureIsFine)
+{
+    kxSelectionManager::selectNodes({wall});
+    view.setSampleLimit(1 << 20);
+    QSignalSpy changes(&view, &kxViewport::pictureChanged);
+
+    turnWheel(view, 120);
+    ASSERT_TRUE(changes.wait(Patience));
+    ASSERT_EQ(view.samples(), 0) << "the coarse picture";
+
+    shown = view.grab().toImage();
+    int edges = 0; // along the middle line
+    for (int x = 1; x < shown.width(); ++x)
+        edges += isLine(x, 40) && !isLine(x - 1, 40) ? 1 : 0;
+    EXPECT_EQ(edges, 2);
 }
 
 } // namespace
