@@ -40,16 +40,27 @@ AssetState::AssetState(const osg::AttachmentContainerPtr &container)
     const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(container);
     if (!attachment || attachment->getUuid().empty())
         return;
-    kxAssetItem *item = kxAssetItemFactory::the().findItem(attachment->getUuid());
+    _uuid = attachment->getUuid();
+    _isEdited = attachment->getUserEdited();
+    _loadedChecksum = attachment->getChecksum();
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(_uuid);
     if (!item) {
         _kind = Kind::NotFound;
         return;
     }
     _assetName = QString::fromStdString(item->name());
-    if (attachment->getUserEdited())
+    if (_isEdited)
         _kind = Kind::EditedHere;
     else
-        _kind = item->hasSameChecksum(container) ? Kind::AsStored : Kind::Outdated;
+        _kind = item->checksum() == _loadedChecksum ? Kind::AsStored : Kind::Outdated;
+}
+
+bool AssetState::isStoredNewer() const
+{
+    if (_kind != Kind::EditedHere)
+        return _kind == Kind::Outdated;
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(_uuid);
+    return item && item->checksum() != _loadedChecksum;
 }
 
 QString AssetState::text() const

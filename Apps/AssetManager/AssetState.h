@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QIcon>
 
+#include <string>
+
 /// How an object of the scene stands to the asset that it came from.
 class AssetState
 {
@@ -23,8 +25,12 @@ public:
     explicit AssetState(const osg::AttachmentContainerPtr &container);
 
     Kind kind() const { return _kind; }
-    /// The asset's name; "" where there is none or nobody knows it.
-    QString assetName() const { return _assetName; }
+    /// The asset's; "" where there is none.
+    const std::string &uuid() const { return _uuid; }
+    /// Whether the object was changed after it was loaded, also where the asset is not in an open library.
+    bool isEdited() const { return _isEdited; }
+    /// Whether the stored asset was changed since, also where the object was too. Reads what is stored.
+    bool isStoredNewer() const;
     /// For tool tips and screen readers; "" without an asset.
     QString text() const;
     /// Drawn in the palette's colours; a null icon without an asset.
@@ -32,5 +38,8 @@ public:
 
 private:
     Kind _kind = Kind::NoAsset;
-    QString _assetName;
+    std::string _uuid;
+    QString _assetName; ///< "" where nobody knows it
+    bool _isEdited = false;
+    std::uint32_t _loadedChecksum = 0; ///< of the payload that the object was loaded from
 };

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/AssetStates.h"
 
-#include "Assets/kxAssetItem.h"
-#include "Assets/kxAssetItemFactory.h"
+#include "AssetManager/AssetState.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxScenegraphNotifier.h"
-#include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/SceneListener.h"
 
@@ -16,15 +14,14 @@ constexpr int QuietTime = 250; // milliseconds
 
 void add(std::map<std::string, unsigned> &states, const osg::AttachmentContainerPtr &container)
 {
-    const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(container);
-    if (!attachment || attachment->getUuid().empty())
+    const AssetState found(container);
+    if (found.kind() == AssetState::Kind::NoAsset)
         return;
-    unsigned &state = states[attachment->getUuid()];
+    unsigned &state = states[found.uuid()];
     state |= AssetStates::InScene;
-    if (attachment->getUserEdited())
+    if (found.isEdited())
         state |= AssetStates::EditedInScene;
-    kxAssetItem *item = kxAssetItemFactory::the().findItem(attachment->getUuid());
-    if (item && item->checksum() != attachment->getChecksum())
+    if (found.isStoredNewer())
         state |= AssetStates::StoredNewer;
 }
 

@@ -7,10 +7,9 @@
 
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 
-/// How stored assets stand to the scene, and which of them are damaged. Main thread only.
+/// How stored assets stand to the scene (the AssetState of all their copies there), and which of them are damaged. Main thread only.
 ///
 /// Follows the scene by itself, some time after the last change.
 class AssetStates final : public QObject
