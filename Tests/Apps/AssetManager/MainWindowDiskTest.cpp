@@ -6,9 +6,9 @@
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/LibraryWatcher.h"
 #include "AssetManager/Trash.h"
-#include "FileSizeLimit.h"
+#include "Support/FileSizeLimit.h"
+#include "Support/WithoutPrivileges.h"
 #include "WindowFixture.h"
-#include "WithoutPrivileges.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -200,7 +200,7 @@ TEST_F(MainWindowDiskTest, KeepsEverythingWhereTheDiskIsFull)
     const QModelIndexList rows = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, "Chair", 1);
     const std::unique_ptr<QMimeData> chair(tree.model()->mimeData(rows));
     {
-        const FileSizeLimit full(0, FileSizeLimit::Fails);
+        const kxtest::FileSizeLimit full(0, kxtest::FileSizeLimit::Fails);
 
         window->libraries().actions().renameAsset(id(oak), "Bog oak");
         EXPECT_EQ(takeReport(), "\"Oak\" could not be renamed. May its folder be written?");

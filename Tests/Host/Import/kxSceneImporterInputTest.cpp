@@ -3,9 +3,9 @@
 
 #include "SceneGraph/NameAttachment.h"
 
-#include "RecordedLog.h"
 #include "SmallModels.h"
-#include "WithoutPrivileges.h"
+#include "Support/RecordedLog.h"
+#include "Support/WithoutPrivileges.h"
 
 #include <sys/stat.h>
 

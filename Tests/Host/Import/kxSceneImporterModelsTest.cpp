@@ -4,8 +4,8 @@
 #include "SceneGraph/NameAttachment.h"
 #include "SceneGraph/UBRDFMaterial.h"
 
-#include "RecordedLog.h"
 #include "SmallModels.h"
+#include "Support/RecordedLog.h"
 
 #include <gmock/gmock.h>
 

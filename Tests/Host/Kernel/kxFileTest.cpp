@@ -3,6 +3,7 @@
 
 #include "Kernel/kxLogRecorder.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/WithoutPrivileges.h"
 
 #include <gmock/gmock.h>
 
@@ -18,29 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// The rights of an ordinary user, also where the tests run as root, for whom no permission is an obstacle.
-class WithoutPrivileges
-{
-public:
-    WithoutPrivileges() : _isRoot(::geteuid() == 0)
-    {
-        if (_isRoot) {
-            EXPECT_EQ(::seteuid(65534), 0);
-        }
-    }
-    ~WithoutPrivileges()
-    {
-        if (_isRoot) {
-            EXPECT_EQ(::seteuid(0), 0);
-        }
-    }
-    WithoutPrivileges(const WithoutPrivileges &) = delete;
-    WithoutPrivileges &operator=(const WithoutPrivileges &) = delete;
-
-private:
-    bool _isRoot;
-};
 
 class EnvironmentVariable
 {
@@ -137,7 +115,7 @@ TEST_F(kxFileTest, DeniesWritingWithoutPermission)
     const std::string file = folder.write("old.xml", "");
     ::chmod(file.c_str(), 0444);
     fs::permissions(folder.path(), fs::perms(0555));
-    const WithoutPrivileges user;
+    const kxtest::WithoutPrivileges user;
 
     EXPECT_FALSE(kxFile::checkWrite(file.c_str(), false, false));
     EXPECT_FALSE(kxFile::checkWrite(folder.file("new.xml").c_str(), false, false));

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SceneGraph/AtomicFile.h"
 
+#include "Support/FileSizeLimit.h"
+#include "Support/WithoutPrivileges.h"
+
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
@@ -20,52 +23,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-/// The rights of an ordinary user, also where the tests run as root, for whom no permission is an obstacle.
-class WithoutPrivileges
-{
-public:
-    WithoutPrivileges() : _isRoot(::geteuid() == 0)
-    {
-        if (_isRoot) {
-            EXPECT_EQ(::seteuid(65534), 0);
-        }
-    }
-    ~WithoutPrivileges()
-    {
-        if (_isRoot) {
-            EXPECT_EQ(::seteuid(0), 0);
-        }
-    }
-    WithoutPrivileges(const WithoutPrivileges &) = delete;
-    WithoutPrivileges &operator=(const WithoutPrivileges &) = delete;
-
-private:
-    bool _isRoot;
-};
-
-/// A file may not grow beyond \a size: the disk that fails in the middle of a write.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t size) : _oldHandler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        ::getrlimit(RLIMIT_FSIZE, &_old);
-        const rlimit limit{size, _old.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &_old);
-        std::signal(SIGXFSZ, _oldHandler);
-    }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    rlimit _old = {};
-    void (*_oldHandler)(int);
-};
 
 class AtomicFileTest : public testing::Test
 {
@@ -287,7 +244,7 @@ TEST_F(AtomicFileTest, RefusesAWriteProtectedFile)
     ::chmod(path("a.osb").c_str(), 0444);
     std::string error;
     {
-        const WithoutPrivileges user;
+        const kxtest::WithoutPrivileges user;
         error = replace("a.osb", "new");
     }
 
@@ -302,7 +259,7 @@ TEST_F(AtomicFileTest, OverwritesTheFileWhereTheFolderAdmitsNoNewOne)
     fs::permissions(folder(), fs::perms(0555));
     std::string error;
     {
-        const WithoutPrivileges user;
+        const kxtest::WithoutPrivileges user;
         error = replace("a.osb", "new");
     }
 
@@ -316,7 +273,7 @@ TEST_F(AtomicFileTest, KeepsTheFileUntilTheCommitAlsoWhereItIsOverwritten)
     ::chmod(path("a.osb").c_str(), 0666);
     fs::permissions(folder(), fs::perms(0555));
     {
-        const WithoutPrivileges user;
+        const kxtest::WithoutPrivileges user;
         std::string error;
         osg::AtomicFile file(path("a.osb"));
         ASSERT_TRUE(file.open(error));
@@ -331,7 +288,7 @@ TEST_F(AtomicFileTest, RefusesANewFileWhereTheFolderAdmitsNone)
     fs::permissions(folder(), fs::perms(0555));
     std::string error;
     {
-        const WithoutPrivileges user;
+        const kxtest::WithoutPrivileges user;
         error = replace("a.osb", "new");
     }
 
@@ -348,7 +305,7 @@ TEST_F(AtomicFileTest, OverwritesAnotherOwnersFileInASharedFolder)
     fs::permissions(folder(), fs::perms(01777));
     std::string error;
     {
-        const WithoutPrivileges user;
+        const kxtest::WithoutPrivileges user;
         error = replace("a.osb", "new");
     }
 
@@ -363,7 +320,7 @@ TEST_F(AtomicFileTest, KeepsTheOldFileWhenTheDiskFailsInTheMiddle)
     const std::string large(1000000, 'x');
     std::string error;
     {
-        const FileSizeLimit limit(500000);
+        const kxtest::FileSizeLimit limit(500000, kxtest::FileSizeLimit::Fails);
         error = replace("a.osb", large);
     }
 
@@ -380,8 +337,8 @@ TEST_F(AtomicFileTest, KeepsTheOldFileWhenThereIsNoRoomToOverwriteIt)
     const std::string large(1000000, 'x');
     std::string error;
     {
-        const WithoutPrivileges user;
-        const FileSizeLimit limit(500000);
+        const kxtest::WithoutPrivileges user;
+        const kxtest::FileSizeLimit limit(500000, kxtest::FileSizeLimit::Fails);
         error = replace("a.osb", large);
     }
 
@@ -396,7 +353,7 @@ TEST_F(AtomicFileTest, ReportsTheFirstFailureAtTheCommit)
     osg::AtomicFile file(path("a.osb"));
     ASSERT_TRUE(file.open(error));
     {
-        const FileSizeLimit limit(500000);
+        const kxtest::FileSizeLimit limit(500000, kxtest::FileSizeLimit::Fails);
         EXPECT_FALSE(file.write(large.data(), large.size()));
     }
 

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SceneGraph/Image.h"
 
-#include "RecordedLog.h"
-#include "WithoutPrivileges.h"
-
 #include "SceneGraph/Compare.h"
 #include "SceneGraph/EditCP.h"
 #include "Support/CapturedOutput.h"
+#include "Support/RecordedLog.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/WithoutPrivileges.h"
 
 #include <gmock/gmock.h>
 

@@ -2,12 +2,12 @@
 #include "SceneGraph/SceneFile.h"
 
 #include "OsbParts.h"
-#include "RecordedLog.h"
 
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/Internal/Compression.h"
 #include "SceneGraph/MultiMaterial.h"
 #include "SceneGraph/Node.h"
+#include "Support/RecordedLog.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

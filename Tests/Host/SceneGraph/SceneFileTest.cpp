@@ -2,8 +2,6 @@
 #include "SceneGraph/SceneFile.h"
 
 #include "OsbParts.h"
-#include "RecordedLog.h"
-#include "WithoutPrivileges.h"
 
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/Compare.h"
@@ -19,7 +17,9 @@
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/Transform.h"
 #include "SceneGraph/UberMaterial.h"
+#include "Support/RecordedLog.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/WithoutPrivileges.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SceneGraph/SceneLog.h"
 
-#include "RecordedLog.h"
-
 #include "Support/CapturedOutput.h"
+#include "Support/RecordedLog.h"
 
 #include <gmock/gmock.h>
 

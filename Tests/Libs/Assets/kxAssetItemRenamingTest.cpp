@@ -2,10 +2,10 @@
 #include "Assets/kxAssetItem.h"
 
 #include "Assets/kxLocalUrlManager.h"
-#include "FileSizeLimit.h"
 #include "Kernel/kxLogRecorder.h"
 #include "LibraryFixture.h"
 #include "PlainItem.h"
+#include "Support/FileSizeLimit.h"
 
 #include <QDomDocument>
 
@@ -267,7 +267,7 @@ TEST_F(kxAssetItemRenamingTest, KeepsItsNameWhenTheMetadataCannotBeWritten)
     const kxLogRecorder log;
     bool isRenamed = true;
     {
-        const FileSizeLimit none(0, FileSizeLimit::Fails);
+        const kxtest::FileSizeLimit none(0, kxtest::FileSizeLimit::Fails);
         isRenamed = item.changeName("New");
     }
 

@@ -5,7 +5,6 @@
 #include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxSceneplateAssetItem.h"
-#include "FileSizeLimit.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxLogRecorder.h"
@@ -20,6 +19,7 @@
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "SceneGraph/UberMaterial.h"
 #include "Support/CapturedOutput.h"
+#include "Support/FileSizeLimit.h"
 
 #include <gmock/gmock.h>
 
@@ -216,7 +216,7 @@ TEST_F(kxLocalUrlManagerSavingNodesPreconditionsTest, LeavesEmptyDirectoriesWhen
 {
     output.text(); // ends the capture, whose file could not grow either
     {
-        const FileSizeLimit fullDisk(0, FileSizeLimit::Fails);
+        const kxtest::FileSizeLimit fullDisk(0, kxtest::FileSizeLimit::Fails);
         EXPECT_FALSE(save(environment));
         EXPECT_FALSE(save(geometry));
     }

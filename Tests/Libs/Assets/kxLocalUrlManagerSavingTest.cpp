@@ -2,13 +2,13 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxMaterialAssetItem.h"
-#include "FileSizeLimit.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxMaterials.h"
 #include "MaterialFixture.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/UberMaterial.h"
 #include "Support/CapturedOutput.h"
+#include "Support/FileSizeLimit.h"
 
 #include <QDomDocument>
 
@@ -385,7 +385,7 @@ TEST_F(kxLocalUrlManagerSavingTest, LeavesAnEmptyDirectoryWhenTheMetadataCannotB
     kxMaterialAssetItem item = itemOf(material);
     kxLogRecorder log;
     {
-        const FileSizeLimit fullDisk(0, FileSizeLimit::Fails);
+        const kxtest::FileSizeLimit fullDisk(0, kxtest::FileSizeLimit::Fails);
         EXPECT_FALSE(manager.saveMaterialAsset(url(), &item));
     }
 
@@ -420,7 +420,7 @@ TEST_F(kxLocalUrlManagerSavingTest, KeepsEveryFileOldOrNewOnAFullDisk)
     for (rlim_t size = 0; !isSaved; size += 50) {
         const float before = storedGlow("MAT_Lack");
         {
-            const FileSizeLimit fullDisk(size, FileSizeLimit::Fails);
+            const kxtest::FileSizeLimit fullDisk(size, kxtest::FileSizeLimit::Fails);
             isSaved = save(changed);
         }
         failures += isSaved ? 0 : 1;
@@ -444,7 +444,7 @@ TEST_F(kxLocalUrlManagerSavingTest, KeepsTheFormerAssetWhenTheProcessIsKilledDur
     for (const rlim_t size : {rlim_t{0}, metadataSize / 2, metadataSize + 1, payloadSize - 1}) {
         EXPECT_EXIT(
             {
-                const FileSizeLimit limit(size, FileSizeLimit::Kills);
+                const kxtest::FileSizeLimit limit(size, kxtest::FileSizeLimit::Kills);
                 save(changed);
                 std::_Exit(0);
             },

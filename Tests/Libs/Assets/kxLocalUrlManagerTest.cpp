@@ -2,7 +2,6 @@
 #include "Assets/kxLocalUrlManager.h"
 
 #include "Assets/kxAssetItemFactory.h"
-#include "FileSizeLimit.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxControllerNotifier.h"
 #include "Kernel/kxLogRecorder.h"
@@ -15,6 +14,7 @@
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/UBRDFMaterial.h"
 #include "Support/CapturedOutput.h"
+#include "Support/FileSizeLimit.h"
 
 #include <QDomDocument>
 #include <QFileIconProvider>
@@ -749,7 +749,7 @@ TEST_F(kxLocalUrlManagerTest, KeepsTheOldDocumentOnAFullDisk)
     writeFile("a.xml", "old");
     kxLogRecorder log;
     {
-        const FileSizeLimit fullDisk(10, FileSizeLimit::Fails);
+        const kxtest::FileSizeLimit fullDisk(10, kxtest::FileSizeLimit::Fails);
         EXPECT_FALSE(manager.saveDocumentToFile(url("a.xml"), document));
     }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "RecordedLog.h"
+#include "Support/RecordedLog.h"
 
 #include "SceneGraph/SceneLog.h"
 

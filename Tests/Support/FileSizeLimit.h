@@ -3,6 +3,8 @@
 
 #include <sys/resource.h>
 
+namespace kxtest {
+
 /// While it lives, no file of this process grows beyond a size: as on a full disk, and for every user.
 class FileSizeLimit
 {
@@ -21,3 +23,5 @@ private:
     rlimit _former{};
     void (*_formerHandler)(int);
 };
+
+} // namespace kxtest

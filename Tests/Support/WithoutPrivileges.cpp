@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "WithoutPrivileges.h"
+#include "Support/WithoutPrivileges.h"
 
 #include <gtest/gtest.h>
 

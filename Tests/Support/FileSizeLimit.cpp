@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "FileSizeLimit.h"
+#include "Support/FileSizeLimit.h"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
+
+namespace kxtest {
 
 FileSizeLimit::FileSizeLimit(rlim_t bytes, Overrun overrun)
     : _formerHandler(std::signal(SIGXFSZ, overrun == Kills ? SIG_DFL : SIG_IGN))
@@ -18,3 +20,5 @@ FileSizeLimit::~FileSizeLimit()
     EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &_former), 0);
     std::signal(SIGXFSZ, _formerHandler);
 }
+
+} // namespace kxtest
