@@ -27,7 +27,7 @@ const std::vector<NameException> &headersWithoutSource()
         {"Host/SceneGraph/VectorTypes.h", "plain values with one-line functions"},
         {"Libs/Assets/Internal/HandOver.h", "one-line functions"},
         {"Libs/Assets/Internal/Unloading.h", "a one-line function and a template"},
-        {"Tests/Host/Kernel/SceneTestSupport.h", "a fixture and one-line functions"},
+        {"Tests/Support/SceneTest.h", "a fixture and one-line functions"},
         {"Tests/Libs/Assets/VirtualTable.h", "a template"},
     };
     return table;

@@ -197,7 +197,7 @@ std::optional<std::string> checkOwnInTest(std::string_view path, std::string_vie
     return checkOwn(*tested, target);
 }
 
-/// What several test files of a folder share is written from Tests/, as "Host/Kernel/SceneTestSupport.h".
+/// What several test files of a folder share is written from Tests/, as "Support/SceneTest.h".
 bool isHelperOfSameTests(std::string_view path, std::string_view target)
 {
     const std::size_t slash = target.rfind('/');

@@ -119,9 +119,9 @@ TEST(IncludeRulesTest, HoldsTestsToTheLayersOfWhatTheyTest)
 
 TEST(IncludeRulesTest, LetsTestsShareHelpersWithinTheirFolder)
 {
-    EXPECT_FALSE(quoted("Tests/Host/Kernel/kxFileTest.cpp", "Host/Kernel/SceneTestSupport.h"));
-    EXPECT_TRUE(quoted("Tests/Libs/Assets/kxAssetItemTest.cpp", "Host/Kernel/SceneTestSupport.h"));
-    EXPECT_TRUE(quoted("Libs/Assets/kxAssetItem.cpp", "Host/Kernel/SceneTestSupport.h"));
+    EXPECT_FALSE(quoted("Tests/Host/Kernel/kxFileTest.cpp", "Host/Kernel/Shared.h"));
+    EXPECT_TRUE(quoted("Tests/Libs/Assets/kxAssetItemTest.cpp", "Host/Kernel/Shared.h"));
+    EXPECT_TRUE(quoted("Libs/Assets/kxAssetItem.cpp", "Host/Kernel/Shared.h"));
 }
 
 TEST(IncludeRulesTest, KeepsQtOutOfTheSceneGraph)

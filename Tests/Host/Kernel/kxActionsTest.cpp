@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxActions.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxFastGeometryLoader.h"
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxMessage.h"
 #include "Kernel/kxModuleBase.h"
 #include "Kernel/kxNodeUtils.h"
 #include "SceneGraph/JsonAttachment.h"
+#include "Support/SceneTest.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxBRDFEnvironmentSetter.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
+#include "Support/SceneTest.h"
 
 namespace {
 

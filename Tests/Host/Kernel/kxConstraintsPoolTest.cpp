@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxConstraintsPool.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxNodeKeys.h"
+#include "Support/SceneTest.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxController.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxControllerNotifier.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxLogRecorder.h"
@@ -11,6 +10,7 @@
 #include "SceneGraph/Switch.h"
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
+#include "Support/SceneTest.h"
 
 #include <QCoreApplication>
 #include <QSignalSpy>

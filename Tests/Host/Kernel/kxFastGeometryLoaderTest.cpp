@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxFastGeometryLoader.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/NodeUtils.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxNodeKeys.h"
@@ -9,6 +8,7 @@
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/ReferenceAttachment.h"
 #include "SceneGraph/SceneFile.h"
+#include "Support/SceneTest.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

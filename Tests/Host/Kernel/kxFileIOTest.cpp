@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxFileIO.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxControllerNotifier.h"
 #include "Kernel/kxLog.h"
@@ -13,6 +12,7 @@
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
+#include "Support/SceneTest.h"
 #include "Support/TemporaryFolder.h"
 
 #include <QSignalSpy>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxLightLinkSubSets.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxNodeKeys.h"
 #include "SceneGraph/Light.h"
+#include "Support/SceneTest.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxMaterials.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxKernelServiceFactory.h"
@@ -20,6 +19,7 @@
 #include "SceneGraph/TagAttachment.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
 #include "SceneGraph/UberMaterial.h"
+#include "Support/SceneTest.h"
 
 #include <QSignalSpy>
 #include <QString>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxNodeKeys.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "SceneGraph/MaterialPool.h"
+#include "Support/SceneTest.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxNodeUtils.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxLogRecorder.h"
 #include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxScenegraphNotifier.h"
@@ -11,6 +10,7 @@
 #include "SceneGraph/MaterialGroup.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/SynchronizationAttachment.h"
+#include "Support/SceneTest.h"
 #include "Support/TemporaryFolder.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxScenegraph.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxMaterials.h"
@@ -16,6 +15,7 @@
 #include "SceneGraph/Transform3D.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
 #include "SceneGraph/UberMaterial.h"
+#include "Support/SceneTest.h"
 
 #include <QCoreApplication>
 #include <QSignalSpy>

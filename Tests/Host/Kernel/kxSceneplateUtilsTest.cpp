@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxSceneplateUtils.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxLogRecorder.h"
 #include "SceneGraph/Compare.h"
 #include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/Switch.h"
+#include "Support/SceneTest.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {

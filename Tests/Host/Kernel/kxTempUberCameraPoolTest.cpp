@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxTempUberCameraPool.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "SceneGraph/CameraCore.h"
+#include "Support/SceneTest.h"
 
 namespace {
 

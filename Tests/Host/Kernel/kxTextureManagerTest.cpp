@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxTextureManager.h"
 
-#include "Host/Kernel/SceneTestSupport.h"
 #include "Kernel/kxLogRecorder.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/SceneLog.h"
@@ -9,6 +8,7 @@
 #include "SceneGraph/Texture.h"
 #include "SceneGraph/USphereEnvironmentMaterial.h"
 #include "SceneGraph/UberMaterial.h"
+#include "Support/SceneTest.h"
 
 #include <gmock/gmock.h>
 

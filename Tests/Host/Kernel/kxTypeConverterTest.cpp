@@ -2,7 +2,7 @@
 #include "Kernel/kxTypeConverter.h"
 
 #include "SceneGraph/Group.h"
-#include "SceneTestSupport.h"
+#include "Support/SceneTest.h"
 
 #include <gmock/gmock.h>
 

@@ -11,6 +11,7 @@
 #include "SceneGraph/Switch.h"
 #include "SceneGraph/Transform3D.h"
 #include "SceneGraph/UBRDFMaterial.h"
+#include "Support/SceneTest.h"
 
 #include <gtest/gtest.h>
 
@@ -22,29 +23,9 @@ using namespace kxRender;
 constexpr float Lit = 0.477465F;
 
 /// A wall across the z axis and what lights it, below the root of a fresh document.
-class SceneBuildingTest : public testing::Test
+class SceneBuildingTest : public kxtest::SceneTest
 {
 protected:
-    SceneBuildingTest() { kxScenegraph::newDocument(); }
-    ~SceneBuildingTest() override { kxScenegraph::closeDocument(); }
-
-    static osg::NodePtr addNodeBelow(const osg::NodePtr &parent, const osg::NodeCorePtr &core)
-    {
-        const osg::NodePtr node = osg::makeNodeFor(core);
-        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
-        parent->addChild(node);
-        return node;
-    }
-
-    static osg::NodePtr addNode(const osg::NodeCorePtr &core) { return addNodeBelow(kxScenegraph::getRoot(), core); }
-
-    static void remove(const osg::NodePtr &node)
-    {
-        const osg::NodePtr parent = node->getParent();
-        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
-        parent->subChild(node);
-    }
-
     static osg::GeometryPtr wallCore()
     {
         const osg::FCRef<osg::UBRDFMaterial> chalk(osg::UBRDFMaterial::create());

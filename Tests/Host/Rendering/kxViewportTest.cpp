@@ -14,6 +14,7 @@
 #include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/Transform3D.h"
 #include "SceneGraph/UBRDFMaterial.h"
+#include "Support/SceneTest.h"
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -32,38 +33,18 @@ namespace {
 constexpr int Patience = 60000; // milliseconds, on a machine that is busy with other things
 
 /// A red wall of two by two that faces the camera in the middle of what it sees.
-class kxViewportTest : public testing::Test
+class kxViewportTest : public kxtest::SceneTest
 {
 protected:
     kxViewportTest() : material(osg::UBRDFMaterial::create())
     {
-        kxScenegraph::newDocument();
-        wall = addNode(wallCore(material.get()));
-        osg::setName(wall, "Wall");
+        wall = addNode(wallCore(material.get()), "Wall");
         setColor(material.get(), 0.8F, 0.0F, 0.0F);
     }
     ~kxViewportTest() override
     {
         kxController::enableRenderUpdate(true);
         kxScenegraph::enableUpdate(true);
-        kxScenegraph::closeDocument();
-    }
-
-    static osg::NodePtr addNodeBelow(const osg::NodePtr &parent, const osg::NodeCorePtr &core)
-    {
-        const osg::NodePtr node = osg::makeNodeFor(core);
-        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
-        parent->addChild(node);
-        return node;
-    }
-
-    static osg::NodePtr addNode(const osg::NodeCorePtr &core) { return addNodeBelow(kxScenegraph::getRoot(), core); }
-
-    static void remove(const osg::NodePtr &node)
-    {
-        const osg::NodePtr parent = node->getParent();
-        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
-        parent->subChild(node);
     }
 
     static osg::GeometryPtr wallCore(const osg::MaterialPtr &material)
