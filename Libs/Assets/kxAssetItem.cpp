@@ -294,8 +294,12 @@ osg::AssetAttachmentPtr kxAssetItem::writeAssetAttachment(const osg::AttachmentC
 
 std::string kxAssetItem::generateUUID()
 {
-    static boost::uuids::random_generator generator;
-    return boost::uuids::to_string(generator());
+    try {
+        static boost::uuids::random_generator generator;
+        return boost::uuids::to_string(generator());
+    } catch (const boost::uuids::entropy_error &) {
+        return {}; // the operating system has no random numbers, and nothing throws out of the library
+    }
 }
 
 boost::uuids::uuid kxAssetItem::getUUIDFromString(const std::string &text)

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <numeric>
 #include <string>
 #include <sys/random.h>
@@ -47,6 +48,23 @@ private:
 
 thread_local RandomSource *RandomSource::s_current = nullptr;
 
+/// While one lives, the operating system has no random numbers.
+class NoRandomSource
+{
+public:
+    NoRandomSource() { s_lives = true; }
+    ~NoRandomSource() { s_lives = false; }
+    NoRandomSource(const NoRandomSource &) = delete;
+    NoRandomSource &operator=(const NoRandomSource &) = delete;
+
+    static bool lives() { return s_lives; }
+
+private:
+    static thread_local bool s_lives;
+};
+
+thread_local bool NoRandomSource::s_lives = false;
+
 std::vector<unsigned char> ascending(std::size_t count)
 {
     std::vector<unsigned char> bytes(count);
@@ -61,6 +79,10 @@ extern "C" __attribute__((visibility("default"))) ssize_t getrandom(void *buffer
 {
     if (RandomSource *source = RandomSource::current())
         return source->draw(static_cast<unsigned char *>(buffer), size);
+    if (NoRandomSource::lives()) {
+        errno = EIO;
+        return -1;
+    }
     return ::syscall(SYS_getrandom, buffer, size, flags);
 }
 
@@ -92,4 +114,11 @@ TEST(kxAssetItemUuidTest, ComesFromTheOperatingSystemForNewItemsToo)
     item.initUUID(nullptr, "", true);
 
     EXPECT_EQ(item.uuid(), "00010203-0405-4607-8809-0a0b0c0d0e0f");
+}
+
+TEST(kxAssetItemUuidTest, IsEmptyWhereTheOperatingSystemHasNoRandomNumbers)
+{
+    const NoRandomSource nothing;
+
+    EXPECT_EQ(PlainItem::generateUUID(), "") << "and nothing is thrown";
 }
