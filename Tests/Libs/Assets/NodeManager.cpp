@@ -3,6 +3,7 @@
 
 #include "Assets/kxEnvironmentNodeAssetItem.h"
 #include "Assets/kxGeometrySceneplateCommon.h"
+#include "Assets/kxMaterialAssetItem.h"
 
 NodeManager &NodeManager::fresh()
 {
@@ -31,6 +32,11 @@ bool NodeManager::loadSceneplateFromDir(const QUrl &url, osg::NodePtr &node) con
 bool NodeManager::saveSceneNodeAsset(const QUrl &parent, kxGeometrySceneplateCommon *item) const
 {
     return note("saveSceneNodeAsset " + item->name(), parent) && store && store(*item);
+}
+
+bool NodeManager::saveMaterialAsset(const QUrl &parent, kxMaterialAssetItem *item) const
+{
+    return note("saveMaterialAsset " + item->name(), parent) && storeMaterial && storeMaterial(*item);
 }
 
 bool NodeManager::saveEnvironmentNodeAsset(const QUrl &parent, kxEnvironmentNodeAssetItem *item) const

@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-/// A back-end for URLs like "nodes:/library/GEO_Chair" that does with nodes what the test says, and notes what it is asked.
+/// A back-end for URLs like "nodes:/library/GEO_Chair" that does with nodes and materials what the test says, and notes what
+/// it is asked.
 class NodeManager : public TestUrlManager
 {
 public:
@@ -23,6 +24,7 @@ public:
     std::function<bool(osg::NodePtr &node)> load;
     std::function<bool(kxGeometrySceneplateCommon &item)> store;
     std::function<bool(kxEnvironmentNodeAssetItem &item)> storeEnvironment;
+    std::function<bool(kxMaterialAssetItem &item)> storeMaterial;
     bool removesOldItems = true;
     std::function<void()> whenCollecting;
     mutable std::vector<std::string> asked; ///< "operation arguments", in order
@@ -31,6 +33,7 @@ public:
     bool loadNodeFromDir(const QUrl &url, osg::NodePtr &node) const override;
     bool loadSceneplateFromDir(const QUrl &url, osg::NodePtr &node) const override;
     bool saveSceneNodeAsset(const QUrl &parent, kxGeometrySceneplateCommon *item) const override;
+    bool saveMaterialAsset(const QUrl &parent, kxMaterialAssetItem *item) const override;
     bool saveEnvironmentNodeAsset(const QUrl &parent, kxEnvironmentNodeAssetItem *item) const override;
     bool removeOldItemDirectory(kxAssetItem *oldItem, kxAssetItem *newItem) const override;
     void collectItems(const QUrl &url, kxAssetCategoryType category, QProgressDialog *progress) const override;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxEnvironmentMaterialAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
@@ -6,18 +7,44 @@
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraph.h"
 #include "MaterialFixture.h"
+#include "NodeManager.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/SceneListener.h"
 #include "Support/CapturedOutput.h"
 
+#include <gmock/gmock.h>
+
 namespace {
 
+using testing::ElementsAre;
+
 constexpr const char *Uuid = "0a1b2c3d-4e5f-4a6b-8c7d-9e0f1a2b3c4d";
+
+/// What a back-end does that stores a material.
+bool stored(kxMaterialAssetItem &item)
+{
+    item.setDirectoryUrl(NodeManager::url("/library/new"));
+    return true;
+}
 
 class kxMaterialAssetItemSavingTest : public MaterialFixture
 {
 protected:
+    ~kxMaterialAssetItemSavingTest() override
+    {
+        manager.storeMaterial = nullptr;
+        manager.whenCollecting = nullptr;
+    }
+
+    static void registerElsewhere(const std::string &name)
+    {
+        kxAssetItemDocument document;
+        document.setAssetType(Material);
+        document.setAssetUUID(Uuid);
+        document.setAssetName(name);
+        kxAssetItemFactory::the().createOrUpdateItem(document)->setDirectoryUrl(NodeManager::url("/library/old"));
+    }
     static kxMaterialAssetItem itemOf(const osg::MaterialPtr &material, const std::string &uuid = Uuid)
     {
         kxMaterialAssetItem item;
@@ -33,6 +60,8 @@ protected:
         kxScenegraph::addToMaterialPool(material);
         return material;
     }
+
+    NodeManager &manager = NodeManager::fresh();
 };
 
 } // namespace
@@ -317,4 +346,56 @@ TEST_F(kxMaterialAssetItemSavingTest, PrintsTheEndOfAnItemOnceWhenTheRegisteredO
 
     EXPECT_EQ(output.text(), "[makeUniqueDirectory] - contains item with same uuid\n"
                              "[~kxMaterialAssetItem] mat ref count = 2\n");
+}
+
+TEST_F(kxMaterialAssetItemSavingTest, CollectsWhatItSavedWithoutShowingProgress)
+{
+    manager.storeMaterial = stored;
+
+    EXPECT_TRUE(itemOf(makeSurface("Lack")).save(NodeManager::url("/library")));
+
+    EXPECT_THAT(manager.asked, ElementsAre("saveMaterialAsset Lack /library", "collectItems 1 /library/new"));
+}
+
+TEST_F(kxMaterialAssetItemSavingTest, RemovesWhatWasRegisteredAfterItWroteTheNew)
+{
+    registerElsewhere("Old");
+    manager.storeMaterial = stored;
+
+    EXPECT_TRUE(itemOf(makeSurface("Lack")).save(NodeManager::url("/library")));
+
+    EXPECT_THAT(manager.asked,
+                ElementsAre("saveMaterialAsset Lack /library", "removeOldItemDirectory Old for Lack /library/old",
+                            "collectItems 1 /library/new"));
+}
+
+TEST_F(kxMaterialAssetItemSavingTest, LeavesAnItemThatAppearsWhileItWrites)
+{
+    manager.storeMaterial = [](kxMaterialAssetItem &item) {
+        registerElsewhere("Meanwhile");
+        return stored(item);
+    };
+
+    EXPECT_TRUE(itemOf(makeSurface("Lack")).save(NodeManager::url("/library")));
+
+    EXPECT_THAT(manager.asked, ElementsAre("saveMaterialAsset Lack /library", "collectItems 1 /library/new"));
+}
+
+TEST_F(kxMaterialAssetItemSavingTest, MarksTheMaterialAfterTheAssetWasCollectedAndThenTheOthers)
+{
+    const Owned material = makeSurface("Lack");
+    const Owned copy = inScene("Copy", Uuid);
+    manager.storeMaterial = stored;
+    std::string during;
+    manager.whenCollecting = [&] {
+        during = uuidOf(material) + (isUserEdited(copy) ? " and marked" : "");
+        manager.write("/library/new/Lack.osb", "12345");
+    };
+
+    EXPECT_TRUE(itemOf(material).save(NodeManager::url("/library")));
+
+    EXPECT_EQ(during, "(no attachment)");
+    EXPECT_EQ(uuidOf(material), Uuid);
+    EXPECT_EQ(osg::AssetAttachment::getAssetAttachment(material)->getChecksum(), 5U) << "of what is stored by then";
+    EXPECT_TRUE(isUserEdited(copy));
 }
