@@ -4,6 +4,7 @@
 #include "Assets/kxAssetItem.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxMessage.h"
+#include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxSceneplateUtils.h"
 #include "Rendering/kxOSGWidget.h"
 
@@ -69,6 +70,17 @@ osg::NodePtr kxSceneplateUtils::getSceneplateRoot()
     if (theReplaced && theReplaced->whenSceneplateRootIsAskedFor)
         theReplaced->whenSceneplateRootIsAskedFor();
     return getRoot();
+}
+
+bool kxNodeUtils::setMaterial(const osg::NodePtr &node, const osg::MaterialPtr &material, bool announce, bool replace)
+{
+    static auto *const set = original<bool(const osg::NodePtr &, const osg::MaterialPtr &, bool, bool)>(
+        "_ZN11kxNodeUtils11setMaterialERKN3osg5FCPtrINS1_INS0_17FieldContainerPtrENS0_19AttachmentContainerEEENS0_"
+        "4NodeEEERKNS1_IS4_NS0_8MaterialEEEbb");
+    if (theReplaced)
+        theReplaced->assignments.push_back(std::string(announce ? "with a word" : "quietly") +
+                                           (replace ? ", replacing" : ", keeping"));
+    return set(node, material, announce, replace);
 }
 
 kxOSGWidget *kxOSGWidget::getMGLW(int index)

@@ -36,6 +36,9 @@ public:
     /// What kxMessage was given: the name, and "replaces" or "keeps".
     std::vector<std::string> messageAttributes;
 
+    /// How kxNodeUtils assigned materials: "quietly" or "with a word", and "replacing" or "keeping".
+    std::vector<std::string> assignments;
+
     /// The indexes of the views that kxOSGWidget was asked for.
     std::vector<int> viewsAskedFor;
 

@@ -2,6 +2,7 @@
 #include "ReplacedFunctions.h"
 
 #include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxEnvironmentNodeAssetItem.h"
 #include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxSaveNode.h"
@@ -9,12 +10,14 @@
 #include "Kernel/kxAssetsService.h"
 #include "Kernel/kxKernelServiceFactory.h"
 #include "Kernel/kxMaterials.h"
+#include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxTypeConverter.h"
 #include "NodeFixture.h"
 #include "NodeManager.h"
 #include "Rendering/kxOSGWidget.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/Environment.h"
 #include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/UberMaterial.h"
@@ -194,6 +197,26 @@ TEST_F(ReplacedFunctionsTest, SeeMessagesCarryTheirAttributesAndNoOthers)
     const Owned paint = makeSurface("Paint");
     kxMaterialAssetItem().initFrom(paint.get(), {}, true);
     EXPECT_THAT(attributes(), ElementsAre("materials replaces", "showProgress replaces"));
+}
+
+TEST_F(ReplacedFunctionsTest, SeeALoadedEnvironmentFollowTheSwitchQuietly)
+{
+    const Owned sky = makeSky("sky");
+    const osg::FCRef<osg::Node> hills(addNode(nullptr, osg::Environment::create(), "Hills"));
+    kxNodeUtils::setMaterial(hills, sky.get(), false, true);
+    NodeManager &manager = NodeManager::fresh();
+    manager.load = [&hills](osg::NodePtr &node) {
+        node = hills;
+        return true;
+    };
+    kxEnvironmentNodeAssetItem item;
+    item.setDirectoryUrl(NodeManager::url("/x"));
+    replaced.assignments.clear();
+
+    EXPECT_TRUE(item.loadEnvironmentNode(true));
+
+    EXPECT_THAT(replaced.assignments, ElementsAre("quietly, replacing"));
+    manager.load = nullptr;
 }
 
 TEST_F(ReplacedFunctionsTest, SeeTheMainViewAskedForWhereverAPreviewNeedsAView)

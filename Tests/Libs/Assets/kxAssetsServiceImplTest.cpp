@@ -115,6 +115,17 @@ private:
 
 } // namespace
 
+TEST_F(kxAssetsServiceImplTest, FindsAssetNodesHoweverDeep)
+{
+    osg::NodePtr parent = root();
+    for (int depth = 0; depth < 40; ++depth)
+        parent = addGroup(parent, "Group");
+    const osg::NodePtr deep = addAsset(parent, "chair");
+
+    EXPECT_THAT(idsOf(service->findAssetNodes({script(chair)}, script(root()))),
+                ElementsAre(chair.getFieldContainerId(), deep.getFieldContainerId()));
+}
+
 TEST_F(kxAssetsServiceImplTest, IsMadeByTheKernelAndFoundByTypeAndByName)
 {
     ASSERT_TRUE(service);
