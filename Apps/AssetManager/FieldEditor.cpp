@@ -20,6 +20,8 @@
 #include <algorithm>
 #include <array>
 
+using osg::FieldValue;
+
 namespace {
 
 bool areEqual(const std::vector<FieldValue> &values)

@@ -2,7 +2,7 @@
 #pragma once
 
 #if !defined(Q_MOC_RUN)
-#include "AssetManager/FieldValue.h"
+#include "SceneGraph/FieldValue.h"
 #endif
 
 #include <QWidget>
@@ -34,7 +34,7 @@ public:
     void refresh();
 
 private:
-    using Change = std::function<FieldValue(const FieldValue &)>;
+    using Change = std::function<osg::FieldValue(const osg::FieldValue &)>;
 
     bool build();
     void addNumbers(std::size_t first, std::size_t count);
@@ -44,7 +44,7 @@ private:
     void addChoices(const QStringList &choices);
     void addReference();
     QHBoxLayout *row();
-    std::vector<FieldValue> values() const;
+    std::vector<osg::FieldValue> values() const;
     /// Changes the field of each container, whose values may differ in what is not edited.
     void edit(const Change &change, int gesture);
 
@@ -52,5 +52,5 @@ private:
     std::vector<std::uint32_t> _ids;
     std::string _field;
     bool _isAngle;
-    std::vector<std::function<void(const std::vector<FieldValue> &)>> _views; ///< show the values
+    std::vector<std::function<void(const std::vector<osg::FieldValue> &)>> _views; ///< show the values
 };

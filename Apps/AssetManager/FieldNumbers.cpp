@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+using osg::FieldValue;
+
 namespace {
 
 constexpr double Degrees = 180.0 / 3.14159265358979323846;

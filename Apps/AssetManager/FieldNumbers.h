@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "AssetManager/FieldValue.h"
+#include "SceneGraph/FieldValue.h"
 
 #include <vector>
 
@@ -13,7 +13,7 @@ public:
     FieldNumbers() = delete;
 
     /// Empty for what is not made of a few numbers.
-    static std::vector<double> of(const FieldValue &value, bool isAngle);
+    static std::vector<double> of(const osg::FieldValue &value, bool isAngle);
     /// The value with another number in this place. Expects a place that there is.
-    static FieldValue with(const FieldValue &value, std::size_t place, double number, bool isAngle);
+    static osg::FieldValue with(const osg::FieldValue &value, std::size_t place, double number, bool isAngle);
 };

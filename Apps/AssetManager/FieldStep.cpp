@@ -3,7 +3,7 @@
 
 #include "SceneGraph/FieldContainerFactory.h"
 
-FieldStep::FieldStep(std::uint32_t containerId, std::string field, FieldValue value)
+FieldStep::FieldStep(std::uint32_t containerId, std::string field, osg::FieldValue value)
     : _containerId(containerId), _field(std::move(field)), _after(std::move(value))
 {}
 
@@ -12,7 +12,7 @@ QString FieldStep::apply()
     const osg::FieldContainerPtr container = osg::FieldContainerFactory::the().getContainer(_containerId);
     const osg::FieldInfo *field = container ? container->getType().findField(_field) : nullptr;
     if (field)
-        _before = FieldValue::of(*container, *field);
+        _before = osg::FieldValue::of(*container, *field);
     return assign(_after);
 }
 
@@ -30,7 +30,7 @@ bool FieldStep::absorb(const SceneStep &later)
     return true;
 }
 
-QString FieldStep::assign(const FieldValue &value) const
+QString FieldStep::assign(const osg::FieldValue &value) const
 {
     const osg::FieldContainerPtr container = osg::FieldContainerFactory::the().getContainer(_containerId);
     if (!container)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "AssetManager/FieldValue.h"
 #include "AssetManager/SceneStep.h"
+#include "SceneGraph/FieldValue.h"
 
 #include <QCoreApplication>
 
@@ -12,17 +12,17 @@ class FieldStep final : public SceneStep
     Q_DECLARE_TR_FUNCTIONS(FieldStep)
 
 public:
-    FieldStep(std::uint32_t containerId, std::string field, FieldValue value);
+    FieldStep(std::uint32_t containerId, std::string field, osg::FieldValue value);
 
     QString apply() override;
     QString revert() override;
     bool absorb(const SceneStep &later) override;
 
 private:
-    QString assign(const FieldValue &value) const;
+    QString assign(const osg::FieldValue &value) const;
 
     std::uint32_t _containerId;
     std::string _field;
-    FieldValue _before;
-    FieldValue _after;
+    osg::FieldValue _before;
+    osg::FieldValue _after;
 };

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <functional>
 
+using osg::FieldValue;
+
 namespace {
 
 using References = std::vector<FieldValue::Reference>;

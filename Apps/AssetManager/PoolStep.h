@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "AssetManager/FieldValue.h"
 #include "AssetManager/SceneStep.h"
+#include "SceneGraph/FieldValue.h"
 
 /// Puts entries into the scene's material pool. Others may put theirs there meanwhile: those stay.
 class PoolStep final : public SceneStep
@@ -30,5 +30,5 @@ public:
     QString revert() override;
 
 private:
-    std::vector<std::pair<std::string, FieldValue::Reference>> _entries; ///< by field
+    std::vector<std::pair<std::string, osg::FieldValue::Reference>> _entries; ///< by field
 };

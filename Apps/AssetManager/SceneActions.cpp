@@ -35,6 +35,8 @@
 #include <limits>
 #include <set>
 
+using osg::FieldValue;
+
 namespace {
 
 constexpr std::int32_t AtTheEnd = std::numeric_limits<std::int32_t>::max();

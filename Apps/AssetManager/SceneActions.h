@@ -3,7 +3,7 @@
 
 #include "AssetManager/SceneCommand.h"
 #if !defined(Q_MOC_RUN)
-#include "AssetManager/FieldValue.h"
+#include "SceneGraph/FieldValue.h"
 #include "SceneGraph/Material.h"
 #include "SceneGraph/Node.h"
 #endif
@@ -34,7 +34,7 @@ public:
     {
         std::uint32_t containerId = 0;
         std::string field;
-        FieldValue value;
+        osg::FieldValue value;
     };
 
     /// The stack outlives this. It is cleared whenever there is another document.
@@ -70,8 +70,8 @@ public:
     osg::NodePtr group(const Nodes &nodes);
 
     /// Changes with the same \a gesture, other than 0, that follow each other are one step: what a person sees as one move.
-    void setField(const std::vector<std::uint32_t> &containerIds, const std::string &field, const FieldValue &value,
-                  const QString &text, int gesture = 0);
+    void setField(const std::vector<std::uint32_t> &containerIds, const std::string &field,
+                  const osg::FieldValue &value, const QString &text, int gesture = 0);
     void setFields(const std::vector<FieldChange> &changes, const QString &text, int gesture = 0);
 
     void newScene();

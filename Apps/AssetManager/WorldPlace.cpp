@@ -33,7 +33,7 @@ std::vector<std::unique_ptr<SceneStep>> WorldPlace::restoring() const
     const osg::Matrix local = *toLocal * _toWorld;
     if (isAlmost(local, osg::getCoreMatrix(core)))
         return steps;
-    const auto set = [&](const char *field, const FieldValue &value) {
+    const auto set = [&](const char *field, const osg::FieldValue &value) {
         steps.push_back(std::make_unique<FieldStep>(core.getFieldContainerId(), field, value));
     };
     if (isOfType(core, osg::Transform::getClassType())) {

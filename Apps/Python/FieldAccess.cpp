@@ -2,7 +2,7 @@
 #include "Python/FieldAccess.h"
 
 #include "Python/Containers.h"
-#include "SceneGraph/EditCP.h"
+#include "SceneGraph/FieldValue.h"
 #include "SceneGraph/Node.h"
 
 #include <pybind11/stl.h>
@@ -78,9 +78,6 @@ template <class T> struct Conversion<osg::MField<T>>
     }
 };
 
-template <class T>
-inline constexpr bool isReference = std::is_same_v<T, osg::RefFieldBase> || std::is_same_v<T, osg::MRefFieldBase>;
-
 py::object referencesToPython(const osg::MRefFieldBase &field)
 {
     py::list list;
@@ -103,23 +100,26 @@ osg::FieldContainerPtr containerOf(const py::handle &value, const osg::FieldInfo
     return container;
 }
 
-/// Opens the field for as long as it lives.
-class FieldEdit
+/// All of the value, before anything changes.
+osg::FieldValue valueFor(osg::FieldContainer &container, const osg::FieldInfo &field, const py::object &value)
 {
-public:
-    FieldEdit(osg::FieldContainer &container, osg::FieldMask mask) : _container(container), _mask(mask)
-    {
-        _container.beginEdit(_mask);
-        _container.markChanged(_mask);
-    }
-    ~FieldEdit() { _container.endEdit(_mask); }
-    FieldEdit(const FieldEdit &) = delete;
-    FieldEdit &operator=(const FieldEdit &) = delete;
-
-private:
-    osg::FieldContainer &_container;
-    osg::FieldMask _mask;
-};
+    return std::visit(
+        [&](auto *address) -> osg::FieldValue {
+            using T = std::remove_pointer_t<decltype(address)>;
+            if constexpr (std::is_same_v<T, osg::RefFieldBase>) {
+                return osg::FieldValue::reference(containerOf(value, field, address->requiredType()));
+            } else if constexpr (std::is_same_v<T, osg::MRefFieldBase>) {
+                std::vector<osg::FieldValue::Reference> references;
+                for (const py::handle entry : value.cast<py::sequence>())
+                    references.push_back(
+                        {osg::FCRef<osg::FieldContainer>(containerOf(entry, field, address->requiredType()))});
+                return references;
+            } else {
+                return Conversion<T>::fromPython(value);
+            }
+        },
+        field.address(container));
+}
 
 } // namespace
 
@@ -152,29 +152,7 @@ void FieldAccess::set(const osg::FieldContainerPtr &container, const osg::FieldI
     if (osg::NodePtr::dcast(container) && name == "Children")
         throw py::value_error("children are added with add() and taken away with remove()");
     try {
-        std::visit(
-            [&](auto *address) {
-                using T = std::remove_pointer_t<decltype(address)>;
-                if constexpr (std::is_same_v<T, osg::RefFieldBase>) {
-                    const osg::FieldContainerPtr target = containerOf(value, field, address->requiredType());
-                    const FieldEdit edit(*container, field.mask);
-                    address->setContainer(target);
-                } else if constexpr (std::is_same_v<T, osg::MRefFieldBase>) {
-                    std::vector<osg::FieldContainerPtr> targets;
-                    for (const py::handle entry : value.cast<py::sequence>())
-                        targets.push_back(containerOf(entry, field, address->requiredType()));
-                    std::vector<osg::FCRef<osg::FieldContainer>> kept(targets.begin(), targets.end());
-                    const FieldEdit edit(*container, field.mask);
-                    address->clearContainers();
-                    for (const osg::FieldContainerPtr &target : targets)
-                        address->appendContainer(target);
-                } else {
-                    const T converted = Conversion<T>::fromPython(value); // all of it, before anything changes
-                    const FieldEdit edit(*container, field.mask);
-                    *address = converted;
-                }
-            },
-            field.address(*container));
+        valueFor(*container, field, value).assignTo(*container, field);
     } catch (const py::cast_error &) {
         throw py::type_error("the field '" + name + "' does not take " + std::string(py::repr(value)));
     }

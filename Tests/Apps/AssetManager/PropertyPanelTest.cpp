@@ -25,6 +25,8 @@
 
 #include <gmock/gmock.h>
 
+using osg::FieldValue;
+
 namespace {
 
 using testing::DoubleNear;

@@ -7,16 +7,18 @@
 #include <variant>
 #include <vector>
 
+namespace osg {
+
 /// The value of one field of any container, read and set by what the field's declaration says.
 ///
 /// Holds what a field of references names, so that an undo can bring it back.
-class FieldValue
+class KX_SCENEGRAPH_EXPORT FieldValue
 {
 public:
     /// What a field that refers to containers holds.
     struct Reference
     {
-        osg::FCRef<osg::FieldContainer> container;
+        FCRef<FieldContainer> container;
 
         friend bool operator==(const Reference &a, const Reference &b)
         {
@@ -24,22 +26,22 @@ public:
         }
     };
 
+    /// A type for each kind of field.
     using Content =
-        std::variant<bool, std::int32_t, std::uint32_t, std::uint64_t, float, double, std::string, osg::Vec2f,
-                     osg::Vec3f, osg::Vec4f, osg::Vec3d, osg::Quaternion, osg::Matrix, osg::StringMap,
-                     osg::MField<std::uint8_t>, osg::MField<std::int32_t>, osg::MField<std::uint32_t>,
-                     osg::MField<float>, osg::MField<double>, osg::MField<osg::Vec2f>, osg::MField<osg::Vec3f>,
-                     osg::MField<osg::Vec4f>, osg::MField<std::string>, Reference, std::vector<Reference>>;
+        std::variant<bool, std::int32_t, std::uint32_t, std::uint64_t, float, double, std::string, Vec2f, Vec3f, Vec4f,
+                     Vec3d, Quaternion, Matrix, StringMap, MField<std::uint8_t>, MField<std::int32_t>,
+                     MField<std::uint32_t>, MField<float>, MField<double>, MField<Vec2f>, MField<Vec3f>, MField<Vec4f>,
+                     MField<std::string>, Reference, std::vector<Reference>>;
 
     FieldValue() = default;
     template <class T> FieldValue(T value) : _content(std::move(value)) {}
 
-    static FieldValue of(osg::FieldContainer &container, const osg::FieldInfo &field);
+    static FieldValue of(FieldContainer &container, const FieldInfo &field);
     /// A reference to this container, or to none.
-    static FieldValue reference(const osg::FieldContainerPtr &container);
+    static FieldValue reference(const FieldContainerPtr &container);
 
     /// Sets the field. False, and nothing changes, where the field is of another type.
-    bool assignTo(osg::FieldContainer &container, const osg::FieldInfo &field) const;
+    bool assignTo(FieldContainer &container, const FieldInfo &field) const;
 
     const Content &content() const { return _content; }
     /// Null where the value is of another type.
@@ -50,3 +52,5 @@ public:
 private:
     Content _content;
 };
+
+} // namespace osg
