@@ -18,13 +18,6 @@ namespace {
 class EnvironmentPanelTest : public SceneFixture
 {
 protected:
-    static QStringList shown(const QAbstractItemModel &model)
-    {
-        QStringList names;
-        for (int row = 0; row < model.rowCount(); ++row)
-            names.append(model.index(row, 0).data().toString());
-        return names;
-    }
     static std::string currentEnvironment()
     {
         return kxMaterials::getName(kxDefaultEnvironment::getSwitch()->getCurrentMaterial());

@@ -35,16 +35,6 @@ using testing::IsEmpty;
 class MainWindowTest : public WindowFixture
 {
 protected:
-    std::vector<QAction *> menuActions() const
-    {
-        std::vector<QAction *> found;
-        for (const QAction *title : window->menuBar()->actions())
-            for (QAction *action : title->menu()->actions())
-                if (!action->isSeparator())
-                    found.push_back(action);
-        return found;
-    }
-
     /// What a person can use without anything that says what it is, by class and object name.
     static std::vector<std::string> unnamed(const QWidget &parent)
     {

@@ -20,16 +20,7 @@ namespace {
 using testing::ElementsAre;
 
 class MaterialPanelTest : public SceneFixture
-{
-protected:
-    static QStringList shown(const QAbstractItemModel &model)
-    {
-        QStringList names;
-        for (int row = 0; row < model.rowCount(); ++row)
-            names.append(model.index(row, 0).data().toString());
-        return names;
-    }
-};
+{};
 
 TEST_F(MaterialPanelTest, ListsTheMaterialsOfTheSceneAndLoadsDroppedOnes)
 {

@@ -188,15 +188,6 @@ private:
                                                      Qt::ShiftModifier};
         return oneOf(some);
     }
-    std::vector<QAction *> menuActions() const
-    {
-        std::vector<QAction *> found;
-        for (const QAction *title : window->menuBar()->actions())
-            for (QAction *action : title->menu()->actions())
-                if (!action->isSeparator())
-                    found.push_back(action);
-        return found;
-    }
     void remember()
     {
         for (const std::string &uuid : window->libraries().assets().uuids([](const AssetEntry &) { return true; }))

@@ -17,16 +17,7 @@
 namespace {
 
 class PlatePanelTest : public SceneFixture
-{
-protected:
-    static QStringList shown(const QAbstractItemModel &model)
-    {
-        QStringList names;
-        for (int row = 0; row < model.rowCount(); ++row)
-            names.append(model.index(row, 0).data().toString());
-        return names;
-    }
-};
+{};
 
 TEST_F(PlatePanelTest, ShowsHidesAndOrdersPlates)
 {

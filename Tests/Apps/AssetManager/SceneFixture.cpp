@@ -101,6 +101,14 @@ std::vector<std::string> SceneFixture::childNames(const osg::NodePtr &parent)
     return names;
 }
 
+QStringList SceneFixture::shown(const QAbstractItemModel &model)
+{
+    QStringList names;
+    for (int row = 0; row < model.rowCount(); ++row)
+        names.append(model.index(row, 0).data().toString());
+    return names;
+}
+
 void SceneFixture::process()
 {
     for (int i = 0; i < 4; ++i) { // what is coalesced may ask for another pass

@@ -31,6 +31,8 @@ protected:
     static osg::MaterialPtr materialOf(const osg::NodePtr &geometry);
     static std::string materialNameOf(const osg::NodePtr &geometry);
     static std::vector<std::string> childNames(const osg::NodePtr &parent);
+    /// The texts of the first column, without what lies below a row.
+    static QStringList shown(const QAbstractItemModel &model);
     static void process();
 
     /// Assets of each kind, stored, and not part of the scene. The answer is the UUID.

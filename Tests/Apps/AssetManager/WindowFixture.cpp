@@ -11,11 +11,14 @@
 #include "Kernel/kxModalQuestion.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QSettings>
 #include <QTest>
@@ -69,6 +72,16 @@ void WindowFixture::settle()
     process();
     EXPECT_TRUE(QTest::qWaitFor([this] { return window->isIdle(); }, Patience));
     process();
+}
+
+std::vector<QAction *> WindowFixture::menuActions() const
+{
+    std::vector<QAction *> found;
+    for (const QAction *title : window->menuBar()->actions())
+        for (QAction *action : title->menu()->actions())
+            if (!action->isSeparator())
+                found.push_back(action);
+    return found;
 }
 
 std::vector<QString> WindowFixture::names() const

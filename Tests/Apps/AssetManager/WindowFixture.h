@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class QAction;
 class QAbstractItemView;
 class QMimeData;
 
@@ -36,6 +37,9 @@ protected:
         EXPECT_NE(found, nullptr) << name;
         return *found;
     }
+
+    /// All that the menus offer.
+    std::vector<QAction *> menuActions() const;
 
     /// Of the shown assets, in the order of the rows.
     std::vector<QString> names() const;
