@@ -286,6 +286,20 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
 </context>
 <context>
+    <name>FailureBox</name>
+    <message>
+        <source>Asset Manager</source>
+        <translation>Asset Manager</translation>
+    </message>
+    <message numerus="yes">
+        <source>... and %n more.</source>
+        <translation>
+            <numerusform>... und %n weitere.</numerusform>
+            <numerusform>... und %n weitere.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FieldEditor</name>
     <message>
         <source>none</source>
@@ -563,6 +577,35 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
 </context>
 <context>
+    <name>FileImports</name>
+    <message>
+        <source>Import files</source>
+        <translation>Dateien importieren</translation>
+    </message>
+    <message>
+        <source>Add a library first: there is no folder to import into.</source>
+        <translation>Erst eine Bibliothek hinzufügen: Noch gibt es keinen Ordner, in den importiert werden kann.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is of a kind that cannot be imported.</source>
+        <translation>„%1“ ist von einer Art, die nicht importiert werden kann.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Import of %n asset(s)</source>
+        <translation>
+            <numerusform>Import von %n Asset</numerusform>
+            <numerusform>Import von %n Assets</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n asset(s) imported</source>
+        <translation>
+            <numerusform>%n Asset importiert</numerusform>
+            <numerusform>%n Assets importiert</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FolderDialog</name>
     <message>
         <source>Move to folder</source>
@@ -812,15 +855,7 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
 </context>
 <context>
-    <name>MainWindow</name>
-    <message>
-        <source>Libraries</source>
-        <translation>Bibliotheken</translation>
-    </message>
-    <message>
-        <source>Details</source>
-        <translation>Details</translation>
-    </message>
+    <name>MainMenus</name>
     <message>
         <source>&amp;File</source>
         <translation>&amp;Datei</translation>
@@ -854,6 +889,18 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <translation>&amp;Bearbeiten</translation>
     </message>
     <message>
+        <source>Re&amp;name</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Search</source>
+        <translation>&amp;Suchen</translation>
+    </message>
+    <message>
         <source>&amp;Undo</source>
         <translation>&amp;Rückgängig</translation>
     </message>
@@ -868,18 +915,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>&amp;Redo %1</source>
         <translation>&amp;Wiederholen: %1</translation>
-    </message>
-    <message>
-        <source>Re&amp;name</source>
-        <translation>&amp;Umbenennen</translation>
-    </message>
-    <message>
-        <source>&amp;Delete</source>
-        <translation>&amp;Löschen</translation>
-    </message>
-    <message>
-        <source>&amp;Search</source>
-        <translation>&amp;Suchen</translation>
     </message>
     <message>
         <source>&amp;Asset</source>
@@ -900,6 +935,18 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>Render &amp;previews anew</source>
         <translation>&amp;Vorschauen neu rendern</translation>
+    </message>
+    <message>
+        <source>&amp;Move to folder...</source>
+        <translation>In Ordner &amp;verschieben …</translation>
+    </message>
+    <message>
+        <source>Save selected &amp;objects as assets</source>
+        <translation>Gewählte &amp;Objekte als Assets sichern</translation>
+    </message>
+    <message>
+        <source>Save selected ma&amp;terials as assets</source>
+        <translation>Gewählte Ma&amp;terialien als Assets sichern</translation>
     </message>
     <message>
         <source>&amp;View</source>
@@ -946,6 +993,25 @@ Keeps libraries of materials, environments, geometry and sceneplates.</source>
 Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</translation>
     </message>
     <message>
+        <source>&amp;Close library</source>
+        <translation>Bibliothek s&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Its files stay as they are</source>
+        <translation>Die Dateien bleiben, wie sie sind</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Libraries</source>
+        <translation>Bibliotheken</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
         <source>Reading the libraries...</source>
         <translation>Bibliotheken werden gelesen ...</translation>
     </message>
@@ -954,53 +1020,8 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
         <translation>%1: %2 von %3</translation>
     </message>
     <message>
-        <source>Asset Manager</source>
-        <translation>Asset Manager</translation>
-    </message>
-    <message numerus="yes">
-        <source>... and %n more.</source>
-        <translation>
-            <numerusform>... und %n weitere.</numerusform>
-            <numerusform>... und %n weitere.</numerusform>
-        </translation>
-    </message>
-    <message>
         <source>Add library</source>
         <translation>Bibliothek hinzufügen</translation>
-    </message>
-    <message>
-        <source>Import files</source>
-        <translation>Dateien importieren</translation>
-    </message>
-    <message>
-        <source>Add a library first: there is no folder to import into.</source>
-        <translation>Erst eine Bibliothek hinzufügen: Noch gibt es keinen Ordner, in den importiert werden kann.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is of a kind that cannot be imported.</source>
-        <translation>„%1“ ist von einer Art, die nicht importiert werden kann.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Import of %n asset(s)</source>
-        <translation>
-            <numerusform>Import von %n Asset</numerusform>
-            <numerusform>Import von %n Assets</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n asset(s) imported</source>
-        <translation>
-            <numerusform>%n Asset importiert</numerusform>
-            <numerusform>%n Assets importiert</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>&amp;Close library</source>
-        <translation>Bibliothek s&amp;chließen</translation>
-    </message>
-    <message>
-        <source>Its files stay as they are</source>
-        <translation>Die Dateien bleiben, wie sie sind</translation>
     </message>
     <message numerus="yes">
         <source>%n asset(s)</source>
@@ -1015,18 +1036,6 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
             <numerusform>, %n ausgewählt</numerusform>
             <numerusform>, %n ausgewählt</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>&amp;Move to folder...</source>
-        <translation>In Ordner &amp;verschieben …</translation>
-    </message>
-    <message>
-        <source>Save selected &amp;objects as assets</source>
-        <translation>Gewählte &amp;Objekte als Assets sichern</translation>
-    </message>
-    <message>
-        <source>Save selected ma&amp;terials as assets</source>
-        <translation>Gewählte Ma&amp;terialien als Assets sichern</translation>
     </message>
 </context>
 <context>

@@ -12,6 +12,33 @@
     </message>
 </context>
 <context>
+    <name>FailureBox</name>
+    <message numerus="yes">
+        <source>... and %n more.</source>
+        <translation>
+            <numerusform>... and %n more.</numerusform>
+            <numerusform>... and %n more.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>FileImports</name>
+    <message numerus="yes">
+        <source>Import of %n asset(s)</source>
+        <translation>
+            <numerusform>Import of %n asset</numerusform>
+            <numerusform>Import of %n assets</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n asset(s) imported</source>
+        <translation>
+            <numerusform>%n asset imported</numerusform>
+            <numerusform>%n assets imported</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>ImportDialog</name>
     <message numerus="yes">
         <source>Import %n file(s) into &quot;%1&quot;.</source>
@@ -68,27 +95,6 @@
 </context>
 <context>
     <name>MainWindow</name>
-    <message numerus="yes">
-        <source>... and %n more.</source>
-        <translation>
-            <numerusform>... and %n more.</numerusform>
-            <numerusform>... and %n more.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Import of %n asset(s)</source>
-        <translation>
-            <numerusform>Import of %n asset</numerusform>
-            <numerusform>Import of %n assets</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n asset(s) imported</source>
-        <translation>
-            <numerusform>%n asset imported</numerusform>
-            <numerusform>%n assets imported</numerusform>
-        </translation>
-    </message>
     <message numerus="yes">
         <source>%n asset(s)</source>
         <translation>

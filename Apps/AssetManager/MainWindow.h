@@ -8,8 +8,11 @@
 
 class AssetBrowser;
 class DetailsPane;
+class FailureBox;
+class FileImports;
 class FolderTree;
 class LibrarySide;
+class MainMenus;
 class QLabel;
 class SceneSide;
 class ScriptSide;
@@ -36,6 +39,10 @@ public:
     FolderTree &folders() { return *_folders; }
     QUndoStack &undoStack() { return _undo; }
 
+    QStringList selectedIds() const;
+    /// Where new things go: the chosen folder, else the first library.
+    QString targetFolder() const;
+
     /// What there is to begin with, where the program was not used before.
     void welcome();
     void startTour();
@@ -50,6 +57,7 @@ public Q_SLOTS:
     void addLibrary();
     void removeLibrary();
     void createFolder();
+    void chooseFilesToImport();
     void importFiles(const QStringList &files, const QString &folder);
     void renameChosen();
     void deleteChosen();
@@ -61,22 +69,12 @@ public Q_SLOTS:
 private:
     void makeLibraryDocks();
     void layOutDocks();
-    void makeMenus();
-    void makeFileMenu();
-    void makeEditMenu();
-    void makeAssetMenu();
-    void makeViewMenu();
-    void makeHelpMenu();
-    void connectLibraries();
+    void connectBrowser();
+    void connectActions();
+    void connectOutcomes();
     void connectManager(kxAssetManagerModule &manager);
-    void chooseFilesToImport();
-    void showAssetMenu(const QPoint &position);
-    void showFolderMenu(const QPoint &position);
     void updateStatus();
     bool isDoneByScene(const char *action);
-    QStringList selectedIds() const;
-    /// Where new things go: the chosen folder, else the first library.
-    QString targetFolder() const;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -89,5 +87,8 @@ private:
     DetailsPane *_details = nullptr;
     FolderTree *_folders = nullptr;
     QLabel *_count = nullptr;
+    FileImports *_imports = nullptr;
+    MainMenus *_menus = nullptr;
+    FailureBox *_failures = nullptr;      ///< null until something fails
     std::unique_ptr<ScriptSide> _scripts; ///< goes first: what scripts hold belongs to the others
 };

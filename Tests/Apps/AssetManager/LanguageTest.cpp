@@ -41,7 +41,7 @@ TEST_F(LanguageTest, SpeaksGerman)
 {
     Language::install(QLocale("de_AT"));
 
-    EXPECT_EQ(QCoreApplication::translate("MainWindow", "&File"), QStringLiteral("&Datei"));
+    EXPECT_EQ(QCoreApplication::translate("MainMenus", "&File"), QStringLiteral("&Datei"));
     EXPECT_EQ(QCoreApplication::translate("kxAssetCategory", "Materials"), QStringLiteral("Materialien"));
     EXPECT_EQ(QCoreApplication::translate("MainWindow", "%n asset(s)", nullptr, 1), QStringLiteral("1 Asset"));
     EXPECT_EQ(QCoreApplication::translate("MainWindow", "%n asset(s)", nullptr, 2), QStringLiteral("2 Assets"));
@@ -58,7 +58,7 @@ TEST_F(LanguageTest, SpeaksEnglishWhereThereIsNoCatalogue)
 {
     Language::install(QLocale("fr"));
 
-    EXPECT_EQ(QCoreApplication::translate("MainWindow", "&File"), QStringLiteral("&File"));
+    EXPECT_EQ(QCoreApplication::translate("MainMenus", "&File"), QStringLiteral("&File"));
     EXPECT_EQ(QCoreApplication::translate("MainWindow", "%n asset(s)", nullptr, 1), QStringLiteral("1 asset"));
     EXPECT_EQ(QCoreApplication::translate("MainWindow", "%n asset(s)", nullptr, 2), QStringLiteral("2 assets"));
 }
