@@ -5,6 +5,7 @@
 #include "AssetManager/PlateModel.h"
 #include "Kernel/kxScenegraph.h"
 
+#include <QAction>
 #include <QTreeView>
 
 PlatePanel::PlatePanel(SceneActions &actions, QWidget *parent) : NodeTreePanel(actions, new PlateModel(actions), parent)
@@ -14,6 +15,7 @@ PlatePanel::PlatePanel(SceneActions &actions, QWidget *parent) : NodeTreePanel(a
     view().setObjectName("plateTree");
     view().setAccessibleName(tr("Plates over and under the picture"));
     view().setToolTip(tr("Drag plates to change their order"));
+    delete findChild<QAction *>("frame"); // plates are not placed in the space that the view looks into
     new EmptyHint(tr("Drag a plate asset here to lay it over or under the picture."), view(), [] {
         const osg::NodePtr root = kxScenegraph::getSceneplateRoot();
         return !root || root->getNChildren() == 0;

@@ -51,7 +51,9 @@ void SceneSide::makeDocks()
     _window.setCorner(Qt::TopRightCorner, Qt::RightDockWidgetArea);
     _view = new SceneView(*_actions, &_window);
     addDock(tr("Scene"), "viewDock", _view, Qt::TopDockWidgetArea);
-    addDock(tr("Scene tree"), "treeDock", new SceneTreePanel(*_actions), Qt::LeftDockWidgetArea);
+    auto *tree = new SceneTreePanel(*_actions);
+    addDock(tr("Scene tree"), "treeDock", tree, Qt::LeftDockWidgetArea);
+    connect(tree, &NodeTreePanel::frameRequested, _view, &kxViewport::frameSelection);
     _materials = new MaterialPanel(*_actions);
     auto *properties = new PropertyPanel(*_actions);
     QDockWidget *propertyDock = addDock(tr("Properties"), "propertyDock", properties, Qt::RightDockWidgetArea);

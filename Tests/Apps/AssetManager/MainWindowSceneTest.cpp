@@ -17,6 +17,7 @@
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Material.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/Transform3D.h"
 #include "WindowFixture.h"
 
 #include <QAction>
@@ -55,6 +56,15 @@ protected:
                     return {x, y};
         ADD_FAILURE() << "not to be seen: " << kxNodeUtils::getName(node);
         return {};
+    }
+    /// How much of the picture the node fills: a number of pixels.
+    int sizeOf(const osg::NodePtr &node)
+    {
+        int size = 0;
+        for (int y = 0; y < view().height(); y += 2)
+            for (int x = 0; x < view().width(); x += 2)
+                size += view().nodeAt({x, y}) == node ? 4 : 0;
+        return size;
     }
     QPoint emptyPlace()
     {
@@ -219,6 +229,27 @@ TEST_F(MainWindowSceneTest, SavesMaterialsThatAreDroppedOnAFolder)
     undo();
 
     EXPECT_TRUE(names().empty());
+}
+
+TEST_F(MainWindowSceneTest, FramesWhatIsSelectedInTheSceneTree)
+{
+    const osg::NodePtr near = addChair("Near");
+    const osg::NodePtr far = addChair("Far");
+    {
+        const auto place = osg::Transform3DPtr::dcast(far->getCore());
+        const osg::CPEditor edit(place, osg::Transform3D::TranslationFieldMask);
+        place->setTranslation({50, 0, 0});
+    }
+    open();
+    look();
+    const int sizeBefore = sizeOf(near->getChild(0));
+    raise("treeDock");
+
+    clickItem(sceneTree(), rowOf(sceneTree(), "Near"));
+    press(Qt::Key_F);
+    settle();
+
+    EXPECT_GT(sizeOf(near->getChild(0)), 100 * (sizeBefore + 1)) << "it was a spot beside a wide gap";
 }
 
 TEST_F(MainWindowSceneTest, BringsAssetsIntoTheSceneByEnterAndDoubleClick)
