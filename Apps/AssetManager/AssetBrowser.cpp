@@ -269,7 +269,6 @@ void AssetBrowser::applyText()
 void AssetBrowser::applyFilter()
 {
     _model.setFilter(_filter);
-    emit filterChanged();
 }
 
 void AssetBrowser::focusSearch()

@@ -61,7 +61,6 @@ public:
 
 Q_SIGNALS:
     void selectionChanged();
-    void filterChanged();
     /// The directories of the assets that are selected, and of those that are to be seen or nearly.
     void seenChanged(const QStringList &directories);
     /// An asset was double-clicked, or Enter was pressed on it.

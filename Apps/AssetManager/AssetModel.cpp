@@ -140,16 +140,6 @@ void AssetModel::refresh(const std::vector<std::string> &uuids)
     });
 }
 
-void AssetModel::refreshAll()
-{
-    std::vector<std::string> all;
-    for (const auto &entry : _entries)
-        all.push_back(entry.first);
-    for (int i = 0; i < kxAssetItemFactory::the().itemCount(); ++i)
-        all.push_back(kxAssetItemFactory::the().itemFromIndex(i)->uuid());
-    refresh(all);
-}
-
 void AssetModel::setFavourites(const QStringList &uuids)
 {
     _favourites = uuids;

@@ -32,8 +32,6 @@ public:
 
     /// Reads these assets again from the registry, adds those that are new and removes those that are gone. Selections stay.
     void refresh(const std::vector<std::string> &uuids);
-    /// The same for all.
-    void refreshAll();
     /// What is marked, and what was used lately, the latest last.
     void setFavourites(const QStringList &uuids);
     void setRecent(const QStringList &uuids);

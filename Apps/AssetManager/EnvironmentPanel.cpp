@@ -5,7 +5,6 @@
 #include "AssetManager/EnvironmentListModel.h"
 #include "AssetManager/OwnKeys.h"
 #include "AssetManager/SceneActions.h"
-#include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxScenegraph.h"
 
 #include <QAction>
@@ -44,11 +43,6 @@ EnvironmentPanel::EnvironmentPanel(SceneActions &actions, QWidget *parent)
     _view->addActions({use, remove});
     new OwnKeys(*_view);
     connect(_view, &QListView::activated, this, &EnvironmentPanel::switchTo);
-    connect(_view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &current) {
-        const auto choices = kxDefaultEnvironment::getSwitch();
-        if (choices && current.isValid())
-            Q_EMIT environmentSelected(choices->getMaterial(current.row()).getFieldContainerId());
-    });
 }
 
 EnvironmentPanel::~EnvironmentPanel() = default;

@@ -19,10 +19,6 @@ public:
     EnvironmentListModel &model() const { return *_model; }
     QListView &view() const { return *_view; }
 
-Q_SIGNALS:
-    /// The environment that is selected in the list, by its material.
-    void environmentSelected(quint32 materialId);
-
 private:
     void switchTo(const QModelIndex &index);
     void removeCurrent();

@@ -16,7 +16,6 @@ public:
     void showNumber(double number);
     /// Says that they differ; steps start from \a first.
     void showSeveral(double first);
-    bool showsSeveral() const { return _isSeveral; }
     /// The same while the focus stays, for steps that belong together; never 0.
     int gesture() const { return _gesture; }
 

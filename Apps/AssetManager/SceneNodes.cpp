@@ -86,18 +86,6 @@ std::vector<osg::NodePtr> SceneNodes::materialTargets(const osg::NodePtr &node)
     return geometry;
 }
 
-osg::MaterialPtr SceneNodes::assignedMaterial(const osg::NodePtr &node)
-{
-    const osg::NodeCorePtr core = node ? node->getCore() : osg::NodeCorePtr();
-    if (const auto geometry = osg::GeometryPtr::dcast(core))
-        return geometry->getMaterial();
-    if (const auto group = osg::MaterialGroupPtr::dcast(core))
-        return group->getMaterial();
-    if (const auto environment = osg::EnvironmentPtr::dcast(core))
-        return environment->getMaterial();
-    return nullptr;
-}
-
 osg::NodePtr SceneNodes::overridingNode(osg::NodePtr node)
 {
     osg::NodePtr found;

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "SceneGraph/FieldContainerFactory.h"
-#include "SceneGraph/Material.h"
 #include "SceneGraph/Node.h"
 
 #include <QCoreApplication>
@@ -28,8 +27,6 @@ public:
     static std::vector<std::uint32_t> idsOf(const std::vector<osg::NodePtr> &nodes);
     /// What a dropped material is assigned to: the node, where its core takes one, else the geometry below it.
     static std::vector<osg::NodePtr> materialTargets(const osg::NodePtr &node);
-    /// The material that the node's core assigns; null for cores that take none.
-    static osg::MaterialPtr assignedMaterial(const osg::NodePtr &node);
     /// The topmost node at or above that puts a material over all that lies below it; null when there is none.
     static osg::NodePtr overridingNode(osg::NodePtr node);
     /// What people call it: the name, or what it is where it has none.
