@@ -80,11 +80,9 @@ ExitCode run(const Arguments &arguments, Context &context)
     const auto library = openLibrary(context.options, true);
     if (!library)
         return ExitCode::Failed;
-    const osg::Result<QUrl> folder = library->folder(QString::fromStdString(arguments.folder));
-    if (!folder) {
-        complain(folder.reason());
+    const std::optional<QUrl> folder = findFolder(*library, arguments.folder);
+    if (!folder)
         return ExitCode::Failed;
-    }
     const std::vector<osg::MaterialPtr> parts = loadParts(*library, arguments.assets);
     if (parts.empty())
         return ExitCode::Failed;
@@ -94,8 +92,8 @@ ExitCode run(const Arguments &arguments, Context &context)
     kxMaterialAssetItem item;
     item.initFrom(composite.get(), {}, true);
     const std::string uuid = item.uuid();
-    if (!item.save(folder.value())) {
-        complain("'" + arguments.name + "' could not be saved in " + folder.value().toLocalFile().toStdString());
+    if (!item.save(*folder)) {
+        complain("'" + arguments.name + "' could not be saved in " + folder->toLocalFile().toStdString());
         return ExitCode::Failed;
     }
     kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid);

@@ -118,13 +118,11 @@ ExitCode run(const Arguments &arguments, Context &context)
     const auto library = openLibrary(context.options, false);
     if (!library)
         return ExitCode::Failed;
-    const osg::Result<QUrl> folder = library->folder(QString::fromStdString(arguments.folder));
-    if (!folder) {
-        complain(folder.reason());
+    const std::optional<QUrl> folder = findFolder(*library, arguments.folder);
+    if (!folder)
         return ExitCode::Failed;
-    }
     arguments.preview.apply();
-    return importAll(arguments.files, importerFor(arguments, *library, folder.value()), context);
+    return importAll(arguments.files, importerFor(arguments, *library, *folder), context);
 }
 
 } // namespace

@@ -89,6 +89,15 @@ kxMaterialAssetItem *findMaterialAsset(const kxAssetLibrary &library, const std:
     return nullptr;
 }
 
+std::optional<QUrl> findFolder(const kxAssetLibrary &library, const std::string &text)
+{
+    const osg::Result<QUrl> folder = library.folder(QString::fromStdString(text));
+    if (folder)
+        return folder.value();
+    complain(folder.reason());
+    return {};
+}
+
 QJsonObject describe(const kxAssetLibrary &library, kxAssetItem &item)
 {
     QJsonObject object{

@@ -4,6 +4,8 @@
 #include "AssetSession/kxAssetLibrary.h"
 #include "SceneGraph/Result.h"
 
+#include <QUrl>
+
 #include <optional>
 #include <string>
 
@@ -23,6 +25,9 @@ osg::Result<kxMaterialAssetItem *> lookUpMaterial(const kxAssetLibrary &library,
 /// The same, with a complaint and null for a failure.
 kxAssetItem *findAsset(const kxAssetLibrary &library, const std::string &text);
 kxMaterialAssetItem *findMaterialAsset(const kxAssetLibrary &library, const std::string &text);
+
+/// The folder of the library that the text means; complains when it is none.
+std::optional<QUrl> findFolder(const kxAssetLibrary &library, const std::string &text);
 
 /// Everything there is to say of an asset.
 QJsonObject describe(const kxAssetLibrary &library, kxAssetItem &item);

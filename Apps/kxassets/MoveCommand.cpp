@@ -58,20 +58,18 @@ ExitCode run(const Arguments &arguments, Context &context)
     const auto library = openLibrary(context.options, true);
     if (!library)
         return ExitCode::Failed;
-    const osg::Result<QUrl> target = library->folder(QString::fromStdString(arguments.target));
-    if (!target) {
-        complain(target.reason());
+    const std::optional<QUrl> target = findFolder(*library, arguments.target);
+    if (!target)
         return ExitCode::Failed;
-    }
-    if (!QDir().mkpath(target.value().toLocalFile()) ||
-        kxUrlManager::getUrlManager(library->url())->containsItems(target.value(), Undefined)) {
+    if (!QDir().mkpath(target->toLocalFile()) ||
+        kxUrlManager::getUrlManager(library->url())->containsItems(*target, Undefined)) {
         complain("'" + arguments.target + "' is no folder for assets");
         return ExitCode::Failed;
     }
     std::vector<std::string> failures;
     QJsonArray moved;
     for (const std::string &source : arguments.sources) {
-        const osg::Result<QUrl> to = moveInto(target.value(), source, *library, arguments.merges);
+        const osg::Result<QUrl> to = moveInto(*target, source, *library, arguments.merges);
         if (!to) {
             failures.push_back(to.reason());
             continue;
