@@ -5,6 +5,7 @@
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/FieldContainerFactory.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/Transform.h"
 #include "SceneGraph/Transform3D.h"
 
@@ -22,16 +23,11 @@ void note(SceneCommand &command, const osg::AttachmentContainerPtr &container)
 std::vector<osg::NodePtr> nodesWith(const osg::NodeCorePtr &core)
 {
     std::vector<osg::NodePtr> found;
-    std::vector<osg::NodePtr> waiting{kxScenegraph::getRoot(), kxScenegraph::getSceneplateRoot()};
-    while (!waiting.empty()) {
-        const osg::NodePtr node = waiting.back();
-        waiting.pop_back();
-        if (!node)
-            continue;
-        if (node->getCore() == core)
-            found.push_back(node);
-        waiting.insert(waiting.end(), node->getChildren().begin(), node->getChildren().end());
-    }
+    for (const osg::NodePtr &root : {kxScenegraph::getRoot(), kxScenegraph::getSceneplateRoot()})
+        osg::forEachNode(root, [&](const osg::NodePtr &node) {
+            if (node->getCore() == core)
+                found.push_back(node);
+        });
     return found;
 }
 

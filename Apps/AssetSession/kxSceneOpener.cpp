@@ -9,6 +9,7 @@
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Environment.h"
 #include "SceneGraph/MaterialPool.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/Sceneplate.h"
 #include "SceneGraph/SwitchMaterial.h"
@@ -16,18 +17,9 @@
 
 namespace {
 
-bool holdsPlates(const osg::NodePtr &root)
+bool isPlate(const osg::NodePtr &node)
 {
-    std::vector<osg::NodePtr> waiting{root};
-    while (!waiting.empty()) {
-        const osg::NodePtr node = waiting.back();
-        waiting.pop_back();
-        if (isOfType(node->getCore(), osg::Sceneplate::getClassType()))
-            return true;
-        for (std::size_t i = 0; i < node->getNChildren(); ++i)
-            waiting.push_back(node->getChild(i));
-    }
-    return false;
+    return isOfType(node->getCore(), osg::Sceneplate::getClassType());
 }
 
 void hangBelow(const osg::NodePtr &parent, const osg::NodePtr &node)
@@ -58,7 +50,7 @@ void place(const osg::NodePtr &node, kxSceneOpener::Contents &contents)
         kxController::addToDefaultEnvironment(materialOf(node), node, true);
         hangBelow(kxScenegraph::getRoot(), node);
         contents.environments.push_back(node);
-    } else if (holdsPlates(node)) {
+    } else if (osg::findNode(node, isPlate)) {
         hangBelow(kxSceneplateUtils::getSceneplateRoot(), node);
         contents.plates.push_back(node);
     } else {

@@ -13,6 +13,7 @@
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/TagAttachment.h"
 #include "SceneGraph/Transform.h"
 #include "SceneGraph/Transform3D.h"
@@ -141,14 +142,7 @@ py::list childrenOf(const NodeObject &object)
 py::list walk(const NodeObject &object)
 {
     py::list all;
-    std::vector<osg::NodePtr> waiting{object.node()};
-    while (!waiting.empty()) {
-        const osg::NodePtr node = waiting.back();
-        waiting.pop_back();
-        all.append(wrap(node));
-        for (std::size_t i = node->getNChildren(); i > 0; --i)
-            waiting.push_back(node->getChild(i - 1));
-    }
+    osg::forEachNode(object.node(), [&all](const osg::NodePtr &node) { all.append(wrap(node)); });
     return all;
 }
 

@@ -3,6 +3,7 @@
 #include "AssetSession/kxSceneOpener.h"
 #include "Kernel/kxNodeUtils.h"
 #include "SceneGraph/AssetAttachment.h"
+#include "SceneGraph/NodeWalk.h"
 #include "kxassets/Command.h"
 #include "kxassets/CommonOptions.h"
 #include "kxassets/Reporting.h"
@@ -23,20 +24,15 @@ struct Row
     std::string uuid;
 };
 
-/// Parents first. Without recursion: trees may be deeper than the stack.
 std::vector<Row> rowsOf(const std::vector<osg::NodePtr> &roots)
 {
     std::vector<Row> rows;
-    std::vector<osg::NodePtr> waiting(roots.rbegin(), roots.rend());
-    while (!waiting.empty()) {
-        const osg::NodePtr node = waiting.back();
-        waiting.pop_back();
-        const osg::AssetAttachmentPtr asset = osg::AssetAttachment::getAssetAttachment(node);
-        rows.push_back({kxNodePath::of(node, roots), node->getCore() ? node->getCore()->getType().getCName() : "",
-                        asset ? asset->getUuid() : std::string()});
-        for (std::size_t i = node->getNChildren(); i > 0; --i)
-            waiting.push_back(node->getChild(i - 1));
-    }
+    for (const osg::NodePtr &root : roots)
+        osg::forEachNode(root, [&](const osg::NodePtr &node) {
+            const osg::AssetAttachmentPtr asset = osg::AssetAttachment::getAssetAttachment(node);
+            rows.push_back({kxNodePath::of(node, roots), node->getCore() ? node->getCore()->getType().getCName() : "",
+                            asset ? asset->getUuid() : std::string()});
+        });
     return rows;
 }
 

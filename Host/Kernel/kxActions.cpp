@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxActions.h"
 
-#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/kxNodeUtils.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/JsonAttachment.h"
+#include "SceneGraph/NodeWalk.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -85,7 +85,7 @@ std::optional<QJsonObject> describe(const osg::NodePtr &root, const osg::NodePtr
 QJsonArray describeAll(const osg::NodePtr &root)
 {
     QJsonArray all;
-    kxKernelInternal::forEachNode(root, [&](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&](const osg::NodePtr &node) {
         const auto found = actions().find(idOf(node));
         if (found == actions().end())
             return;
@@ -182,7 +182,7 @@ void kxActions::removeAll(const osg::NodePtr &node)
 void kxActions::attachTo(const osg::NodePtr &node)
 {
     std::vector<osg::NodePtr> outdated; // the node, and what was written with a part alone
-    kxKernelInternal::forEachNode(node, [&](const osg::NodePtr &current) {
+    osg::forEachNode(node, [&](const osg::NodePtr &current) {
         if (holdsActions(current) || (current == node && !describeAll(node).isEmpty()))
             outdated.push_back(current);
     });
@@ -192,7 +192,7 @@ void kxActions::attachTo(const osg::NodePtr &node)
 
 void kxActions::readFrom(const osg::NodePtr &node)
 {
-    kxKernelInternal::forEachNode(node, [](const osg::NodePtr &current) {
+    osg::forEachNode(node, [](const osg::NodePtr &current) {
         const osg::JsonAttachmentPtr attachment = osg::findAttachment<osg::JsonAttachment>(current);
         if (!attachment)
             return;

@@ -2,7 +2,6 @@
 #include "Kernel/kxFastGeometryLoader.h"
 
 #include "Kernel/Internal/LoadProgress.h"
-#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/kxActions.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxNodeKeys.h"
@@ -10,6 +9,7 @@
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/MaterialPool.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/ReferenceAttachment.h"
 #include "SceneGraph/SceneFile.h"
 
@@ -41,7 +41,7 @@ void mergePools(const osg::NodePtr &root)
     if (!scene)
         return;
     std::vector<osg::NodePtr> pools;
-    kxKernelInternal::forEachNode(root, [&](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&](const osg::NodePtr &node) {
         if (node != root && isOfType(node->getCore(), osg::MaterialPool::getClassType()))
             pools.push_back(node);
     });

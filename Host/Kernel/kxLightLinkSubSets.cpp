@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxLightLinkSubSets.h"
 
-#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/Light.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/NodeWalk.h"
 
 #include <vector>
 
@@ -15,7 +15,7 @@ namespace {
 std::set<std::string> keysOfLights(const osg::NodePtr &root)
 {
     std::set<std::string> keys;
-    kxKernelInternal::forEachNode(root, [&keys](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&keys](const osg::NodePtr &node) {
         if (isOfType(node->getCore(), osg::Light::getClassType()))
             keys.insert(kxNodeKeys::get(node));
     });

@@ -2,7 +2,6 @@
 #include "Kernel/kxMaterials.h"
 
 #include "Kernel/Internal/MaterialFields.h"
-#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/Internal/SceneIndexes.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
@@ -11,6 +10,7 @@
 #include "SceneGraph/ImageAttachment.h"
 #include "SceneGraph/MultiMaterial.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/OverrideMaterialAttachment.h"
 #include "SceneGraph/UberMaterial.h"
 
@@ -115,7 +115,7 @@ void kxMaterials::getMaterialsRecursive(const osg::NodePtr &node, std::set<osg::
 {
     std::set<osg::MaterialPtr> assigned;
     std::unordered_set<std::uint32_t> seenCores;
-    kxKernelInternal::forEachNode(node, [&](const osg::NodePtr &current) {
+    osg::forEachNode(node, [&](const osg::NodePtr &current) {
         const osg::NodeCorePtr &core = current->getCore();
         if (!core || !seenCores.insert(core.getFieldContainerId()).second)
             return;
@@ -129,7 +129,7 @@ void kxMaterials::getOverrideMaterialsRecursive(const osg::NodePtr &node, std::s
                                                 bool intoParts)
 {
     std::set<osg::MaterialPtr> found;
-    kxKernelInternal::forEachNode(node, [&found](const osg::NodePtr &current) {
+    osg::forEachNode(node, [&found](const osg::NodePtr &current) {
         const auto record = osg::findAttachment<osg::OverrideMaterialAttachment>(current);
         if (record && record->getMaterial())
             found.insert(record->getMaterial());
@@ -166,7 +166,7 @@ std::vector<osg::NodePtr> kxMaterials::getNodesWithMaterial(const osg::MaterialP
     std::vector<osg::NodePtr> nodes;
     if (!material)
         return nodes;
-    kxKernelInternal::forEachNode(root, [&](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&](const osg::NodePtr &node) {
         const std::vector<osg::MaterialPtr> assigned = kxKernelInternal::assignedMaterials(node->getCore());
         if (std::find(assigned.begin(), assigned.end(), material) != assigned.end())
             nodes.push_back(node);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxNodeKeys.h"
 
-#include "Kernel/Internal/NodeWalk.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/KeyAttachment.h"
 #include "SceneGraph/MaterialPool.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/SynchronizationAttachment.h"
 
 #include <QUuid>
@@ -73,7 +73,7 @@ std::string kxNodeKeys::make(const osg::NodePtr &node)
 osg::NodePtr kxNodeKeys::find(const osg::NodePtr &root, const std::string &key)
 {
     osg::NodePtr found;
-    kxKernelInternal::forEachNode(root, [&](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&](const osg::NodePtr &node) {
         if (!found && !key.empty() && get(node) == key)
             found = node;
     });
@@ -83,7 +83,7 @@ osg::NodePtr kxNodeKeys::find(const osg::NodePtr &root, const std::string &key)
 std::set<std::string> kxNodeKeys::below(const osg::NodePtr &root)
 {
     std::set<std::string> keys;
-    kxKernelInternal::forEachNode(root, [&keys](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&keys](const osg::NodePtr &node) {
         if (const std::string key = get(node); !key.empty())
             keys.insert(key);
     });
@@ -93,7 +93,7 @@ std::set<std::string> kxNodeKeys::below(const osg::NodePtr &root)
 void kxNodeKeys::renew(const osg::NodePtr &root)
 {
     Renamed renamed;
-    kxKernelInternal::forEachNode(root, [&renamed](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&renamed](const osg::NodePtr &node) {
         const auto attachment = osg::findAttachment<osg::KeyAttachment>(node);
         if (!attachment)
             return;
@@ -102,7 +102,7 @@ void kxNodeKeys::renew(const osg::NodePtr &root)
         const osg::CPEditor edit(attachment, osg::KeyAttachment::KeyFieldMask);
         attachment->setKey(key);
     });
-    kxKernelInternal::forEachNode(root, [&renamed](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&renamed](const osg::NodePtr &node) {
         if (const auto record = osg::findAttachment<osg::SynchronizationAttachment>(node)) {
             const osg::CPEditor edit(record, osg::SynchronizationAttachment::PartnersFieldMask);
             record->editPartners() = renamedKeys(record->getPartners(), renamed);

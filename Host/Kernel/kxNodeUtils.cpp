@@ -2,7 +2,6 @@
 #include "Kernel/kxNodeUtils.h"
 
 #include "Kernel/Internal/MaterialFields.h"
-#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/kxFile.h"
 #include "Kernel/kxLog.h"
 #include "Kernel/kxScenegraph.h"
@@ -15,6 +14,7 @@
 #include "SceneGraph/Geometry.h"
 #include "SceneGraph/KeyAttachment.h"
 #include "SceneGraph/NameAttachment.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/SceneFile.h"
 #include "SceneGraph/SynchronizationAttachment.h"
 
@@ -94,7 +94,7 @@ using Partners = std::map<std::string, std::vector<std::string>>;
 
 void collectPartners(const osg::NodePtr &root, Partners &partners)
 {
-    kxKernelInternal::forEachNode(root, [&partners](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&partners](const osg::NodePtr &node) {
         const auto key = osg::findAttachment<osg::KeyAttachment>(node);
         const auto record = osg::findAttachment<osg::SynchronizationAttachment>(node);
         if (key && record)
@@ -120,7 +120,7 @@ void kxNodeUtils::setName(const osg::NodePtr &node, const std::string &name, boo
 
 void kxNodeUtils::getGeometryNodes(const osg::NodePtr &node, std::vector<osg::NodePtr> &nodes)
 {
-    kxKernelInternal::forEachNode(node, [&nodes](const osg::NodePtr &current) {
+    osg::forEachNode(node, [&nodes](const osg::NodePtr &current) {
         if (isOfType(current->getCore(), osg::Geometry::getClassType()))
             nodes.push_back(current);
     });
@@ -172,7 +172,7 @@ void kxNodeUtils::getAllClonesInScenegraph(const osg::NodePtr &node, std::vector
 {
     if (!node || !node->getCore())
         return;
-    kxKernelInternal::forEachNode(kxScenegraph::getRoot(), [&](const osg::NodePtr &current) {
+    osg::forEachNode(kxScenegraph::getRoot(), [&](const osg::NodePtr &current) {
         if (current != node && current->getCore() == node->getCore())
             clones.push_back(current);
     });
@@ -209,7 +209,7 @@ void kxNodeUtils::removeInvalidSynchronizations(const osg::NodePtr &root)
         return found != partners.end() &&
                std::find(found->second.begin(), found->second.end(), own) != found->second.end();
     };
-    kxKernelInternal::forEachNode(root, [&](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&](const osg::NodePtr &node) {
         const auto record = osg::findAttachment<osg::SynchronizationAttachment>(node);
         if (!record)
             return;

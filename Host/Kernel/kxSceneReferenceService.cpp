@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxSceneReferenceService.h"
 
-#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/kxNodeUtils.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/ReferenceAttachment.h"
 
 kxSceneReferenceService::kxSceneReferenceService(QObject *parent) : kxReferenceService(parent) {}
@@ -12,7 +12,7 @@ kxSceneReferenceService::~kxSceneReferenceService() = default;
 std::vector<kxdReferenceNodePtr> kxSceneReferenceService::referenceNodes(const kxdNodePtr &node)
 {
     std::vector<kxdReferenceNodePtr> references;
-    kxKernelInternal::forEachNode(node ? node->node() : osg::NodePtr(), [&references](const osg::NodePtr &current) {
+    osg::forEachNode(node ? node->node() : osg::NodePtr(), [&references](const osg::NodePtr &current) {
         if (osg::findAttachment<osg::ReferenceAttachment>(current))
             references.push_back(kxdReferenceNodePtr::create(current.getFieldContainerId()));
     });

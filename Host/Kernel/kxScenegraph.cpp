@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxScenegraph.h"
 
-#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/Internal/SceneDocument.h"
 #include "Kernel/Internal/SceneIndexes.h"
 #include "Kernel/Internal/UpdateGate.h"
@@ -13,6 +12,7 @@
 #include "Kernel/kxSelectionManager.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/NodeWalk.h"
 #include "SceneGraph/UBRDFMaterial.h"
 
 #include <algorithm>
@@ -127,7 +127,7 @@ osg::NodePtr kxScenegraph::getSceneplateRoot()
 std::vector<kxNodePtr> kxScenegraph::getAssetNodes(const osg::NodePtr &root)
 {
     std::vector<kxNodePtr> nodes;
-    kxKernelInternal::forEachNode(root, [&nodes](const osg::NodePtr &node) {
+    osg::forEachNode(root, [&nodes](const osg::NodePtr &node) {
         if (osg::AssetAttachment::getAssetAttachment(node))
             nodes.push_back(node);
     });

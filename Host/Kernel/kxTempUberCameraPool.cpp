@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Kernel/kxTempUberCameraPool.h"
 
-#include "Kernel/Internal/NodeWalk.h"
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/CameraCore.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/NodeWalk.h"
 
 #include <algorithm>
 
@@ -14,7 +14,7 @@ bool kxTempUberCameraPool::add(const osg::NodePtr &node)
     if (!scene || !_pool)
         return false;
     bool hasAny = false;
-    kxKernelInternal::forEachNode(node, [&](const osg::NodePtr &current) {
+    osg::forEachNode(node, [&](const osg::NodePtr &current) {
         const auto core = osg::CameraCorePtr::dcast(current->getCore());
         const osg::UberCameraPtr camera = core ? core->getCamera() : osg::UberCameraPtr();
         const auto holds = [&camera](const osg::MaterialPoolPtr &pool) {
