@@ -328,6 +328,7 @@ void LibraryActions::renderPreviews(const QStringList &uuids, QWidget *window)
     QProgressDialog progress(tr("Rendering previews"), tr("Cancel"), 0, uuids.size(), window);
     progress.setObjectName(QStringLiteral("previewProgress"));
     progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(0);
     QStringList failures;
     for (int i = 0; i < uuids.size() && !progress.wasCanceled(); ++i) {
         progress.setValue(i);

@@ -54,6 +54,12 @@ protected:
         type(tags);
         press(Qt::Key_Return);
     }
+    void clickIn(QDialog &dialog, const char *name)
+    {
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&dialog, Patience));
+        auto *button = dialog.findChild<QAbstractButton *>(name);
+        click(*button, button->rect().center());
+    }
     QStringList tagsOf(const std::string &uuid) const { return window->libraries().assets().find(uuid)->tags; }
 };
 
@@ -392,7 +398,7 @@ TEST_F(MainWindowLibraryTest, PutsBackFromTheTrash)
         auto *list = dialog.findChild<QTreeWidget *>("deleted");
         EXPECT_EQ(list->topLevelItemCount(), 1);
         clickItem(*list, list->model()->index(0, 0));
-        QTest::mouseClick(dialog.findChild<QAbstractButton *>("restore"), Qt::LeftButton);
+        clickIn(dialog, "restore");
         EXPECT_EQ(list->topLevelItemCount(), 0);
         return QDialog::Rejected;
     });
@@ -418,7 +424,8 @@ TEST_F(MainWindowLibraryTest, AsksBeforeTheTrashIsEmptied)
         return answer;
     });
     kxModalQuestion::setDialogAnswerer([&](QDialog &dialog) {
-        QTest::mouseClick(dialog.findChild<QAbstractButton *>("empty"), Qt::LeftButton);
+        dialog.show();
+        clickIn(dialog, "empty");
         return QDialog::Rejected;
     });
 
@@ -458,7 +465,7 @@ TEST_F(MainWindowLibraryTest, StopsReadingByTheButton)
     EXPECT_TRUE(widget<ScanProgress>("scanProgress").isVisible());
 
     auto &stop = widget<QAbstractButton>("cancelScan");
-    QTest::mouseClick(&stop, Qt::LeftButton);
+    click(stop, stop.rect().center());
 
     EXPECT_FALSE(window->libraries().scan().isRunning());
     EXPECT_FALSE(widget<ScanProgress>("scanProgress").isVisible());

@@ -264,8 +264,7 @@ TEST_F(MainWindowSceneTest, BringsAssetsIntoTheSceneByEnterAndDoubleClick)
     undo();
     QAbstractItemView &view = window->browser().view();
     const QPoint place = view.visualRect(window->libraries().assets().indexOf(chair)).center();
-    QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
-    QTest::mouseDClick(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+    doubleClick(*view.viewport(), place);
     settle();
 
     EXPECT_THAT(childNames(root()), Contains("Stool"));

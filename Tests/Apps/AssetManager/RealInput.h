@@ -35,6 +35,8 @@ public:
     /// Turns the wheel by so many notches, away from the person where that is positive.
     void turnWheel(const QPoint &place, int notches, Qt::KeyboardModifiers modifiers);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers);
+    /// Whether it still goes on; only a loop in which the program waits for something may ask.
+    bool isBusy() const { return !_isDone; }
     /// Whether the keyboard has all the letters; otherwise nothing is typed.
     bool type(const QString &text);
 

@@ -20,8 +20,10 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSettings>
 #include <QTest>
+#include <QTimer>
 
 WindowFixture::WindowFixture() : SceneFixture(kxAssetSession::MainView::Program)
 {
@@ -146,6 +148,25 @@ void WindowFixture::clickButton(const QString &name)
     };
     ASSERT_TRUE(QTest::qWaitFor([&] { return shown() != nullptr; }, Patience)) << name.toStdString();
     click(*shown(), shown()->rect().center());
+}
+
+void WindowFixture::openMenu(QWidget &target, const QPoint &place, const std::function<void(QMenu &)> &use)
+{
+    QTimer helper; // the menu has a loop of its own
+    int seen = 0;
+    QObject::connect(&helper, &QTimer::timeout, [&] {
+        const QPointer<QMenu> menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        if (!menu || input.isBusy())
+            return;
+        if (++seen == 1)
+            use(*menu);
+        else
+            menu->close();
+    });
+    helper.start(20);
+    input.click(target.mapToGlobal(place), Qt::RightButton, Qt::NoModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return seen > 0 && !QApplication::activePopupWidget(); }, Patience));
+    process();
 }
 
 void WindowFixture::doubleClick(QWidget &target, const QPoint &place)

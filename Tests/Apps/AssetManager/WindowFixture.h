@@ -5,10 +5,12 @@
 #include "RealInput.h"
 #include "SceneFixture.h"
 
+#include <functional>
 #include <memory>
 
 class QAction;
 class QAbstractItemView;
+class QMenu;
 class QMimeData;
 
 /// The whole window of the program, shown, with one library, and what a person does to it with the server's mouse and keyboard.
@@ -55,6 +57,8 @@ protected:
     void clickAsset(const std::string &uuid, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void clickFolder(const QString &directory);
     void clickButton(const QString &name);
+    /// Clicks with the right button, and closes the menu that opens after \a use saw it.
+    void openMenu(QWidget &target, const QPoint &place, const std::function<void(QMenu &)> &use);
     void doubleClick(QWidget &target, const QPoint &place);
     /// Presses a mouse button, moves there and lets go.
     void dragMouse(QWidget &from, const QPoint &begin, QWidget &to, const QPoint &end,
