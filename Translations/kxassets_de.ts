@@ -755,10 +755,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>&quot;%1&quot; was not moved.</source>
         <translation>„%1“ wurde nicht verschoben.</translation>
     </message>
-    <message>
-        <source>&quot;%1&quot; could not be deleted. May the library be written?</source>
-        <translation>„%1“ konnte nicht gelöscht werden. Ist die Bibliothek beschreibbar?</translation>
-    </message>
     <message numerus="yes">
         <source>Deletion of %n asset(s)</source>
         <translation>
@@ -839,8 +835,20 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <translation>Für den Ordner „%1“ fehlt die Leseberechtigung.</translation>
     </message>
     <message>
-        <source>The asset in &quot;%1&quot; cannot be read: its description is damaged.</source>
-        <translation>Das Asset in „%1“ ist nicht lesbar: Seine Beschreibung ist beschädigt.</translation>
+        <source>its description may not be read by you.</source>
+        <translation>Sie dürfen seine Beschreibung nicht lesen.</translation>
+    </message>
+    <message>
+        <source>its description is damaged.</source>
+        <translation>Seine Beschreibung ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>its description is not that of an asset.</source>
+        <translation>Seine Beschreibung ist nicht die eines Assets.</translation>
+    </message>
+    <message>
+        <source>The asset in &quot;%1&quot; cannot be read: %2</source>
+        <translation>Das Asset in „%1“ ist nicht lesbar: %2</translation>
     </message>
 </context>
 <context>
@@ -1666,6 +1674,21 @@ Das lässt sich nicht rückgängig machen.</numerusform>
     <message>
         <source>Next</source>
         <translation>Weiter</translation>
+    </message>
+</context>
+<context>
+    <name>Trash</name>
+    <message>
+        <source>&quot;%1&quot; could not be deleted: the disk is full, and deleted assets are kept. Empty &quot;Deleted assets&quot;, or make room elsewhere.</source>
+        <translation>„%1“ konnte nicht gelöscht werden: Der Datenträger ist voll, und Gelöschtes wird aufbewahrt. Leeren Sie „Gelöschte Assets“, oder schaffen Sie anderswo Platz.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be deleted: you may not write into its library.</source>
+        <translation>„%1“ konnte nicht gelöscht werden: Sie dürfen nicht in seine Bibliothek schreiben.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be deleted: %2</source>
+        <translation>„%1“ konnte nicht gelöscht werden: %2</translation>
     </message>
 </context>
 <context>

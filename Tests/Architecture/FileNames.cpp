@@ -27,7 +27,7 @@ bool isTestFile(std::string_view path)
 
 bool isMain(std::string_view path)
 {
-    return stemOf(path) == "main" || stemOf(path) == "Main" || stemOf(path) == "QtMain";
+    return stemOf(path) == "main" || stemOf(path) == "Main" || stemOf(path) == "QtMain" || stemOf(path) == "WindowMain";
 }
 
 std::string beside(const std::string &path, const char *extension)
