@@ -1045,6 +1045,12 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
             <numerusform>, %n ausgewählt</numerusform>
         </translation>
     </message>
+    <message>
+        <source>No library is open.
+The File menu adds a folder as a library.</source>
+        <translation>Keine Bibliothek ist geöffnet.
+Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
+    </message>
 </context>
 <context>
     <name>MaterialListModel</name>
@@ -1734,6 +1740,10 @@ Das lässt sich nicht rückgängig machen.</numerusform>
     <message>
         <source>Not everything could be removed. May the library be written?</source>
         <translation>Nicht alles konnte entfernt werden. Ist die Bibliothek beschreibbar?</translation>
+    </message>
+    <message>
+        <source>Nothing was deleted.</source>
+        <translation>Nichts wurde gelöscht.</translation>
     </message>
 </context>
 <context>

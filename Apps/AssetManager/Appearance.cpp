@@ -3,11 +3,26 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QToolTip>
 
 namespace {
 
 constexpr double HintOpacity = 0.6;
+
+/// Other styles draw with colours of the desktop.
+class PlainStyle final : public QProxyStyle
+{
+public:
+    PlainStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *returned) const override
+    {
+        // The icons that there are without a desktop are drawn for light windows only.
+        return hint == SH_DialogButtonBox_ButtonsHaveIcons ? 0 : QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+};
 
 struct Colors
 {
@@ -80,7 +95,7 @@ void Appearance::apply(Kind kind)
         QObject::connect(qApp, &QGuiApplication::paletteChanged, qApp, makeHintsVisible);
         return;
     }
-    QApplication::setStyle(QStringLiteral("fusion")); // others draw with colours of the desktop
+    QApplication::setStyle(new PlainStyle);
     QApplication::setPalette(kind == Kind::Dark ? dark() : light());
     QToolTip::setPalette(QApplication::palette());
 }

@@ -53,7 +53,6 @@ AssetBrowser::AssetBrowser(AssetModel &model, PreviewCache &previews, QWidget *p
 
     auto *top = new QHBoxLayout;
     top->addWidget(_categories);
-    top->addStretch(1);
     top->addWidget(_favourites);
     top->addWidget(_recent);
     top->addWidget(_search, 1);
@@ -102,10 +101,11 @@ void AssetBrowser::makeControls()
 
     _search = new QLineEdit(this);
     _search->setObjectName(QStringLiteral("search"));
-    _search->setPlaceholderText(tr("Search names, tags and types"));
+    _search->setPlaceholderText(tr("Search"));
+    _search->setToolTip(tr("Search names, tags and types"));
     _search->setAccessibleName(tr("Search"));
     _search->setClearButtonEnabled(true);
-    _search->setMinimumWidth(120);
+    _search->setMinimumWidth(90);
     _search->installEventFilter(this);
     connect(_search, &QLineEdit::textChanged, this, &AssetBrowser::applyText);
 
@@ -121,7 +121,7 @@ void AssetBrowser::makeControls()
     _size->setAccessibleName(tr("Size of the tiles"));
     _size->setToolTip(tr("Size of the tiles; Control and the mouse wheel change it too"));
     _size->setRange(AssetGrid::MinTile, AssetGrid::MaxTile);
-    _size->setMaximumWidth(110);
+    _size->setFixedWidth(80);
     _tiles = makeToggle(QStringLiteral("▦"), tr("Show tiles"), "showTiles", this);
     _lines = makeToggle(QStringLiteral("☰"), tr("Show a list with details"), "showLines", this);
     _tiles->setAutoExclusive(true);

@@ -55,6 +55,12 @@ AssetDelegate::AssetDelegate(const PreviewCache &previews, QObject *parent)
 
 QSize AssetDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const
 {
+    const QSize least = leastSize(option);
+    return {std::max(_tileWidth, least.width()), least.height()};
+}
+
+QSize AssetDelegate::leastSize(const QStyleOptionViewItem &option) const
+{
     return {_tileSize + 2 * Margin, _tileSize + 3 * Margin + option.fontMetrics.height()};
 }
 
@@ -113,7 +119,8 @@ void AssetDelegate::paintPreview(QPainter &painter, const QRect &frame, const QS
         return;
     }
     const QSize size = preview.size().scaled(frame.size(), Qt::KeepAspectRatio);
-    preview = preview.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    preview = preview.scaled(size * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid.toStdString()))
         item->addOverlayIcon(preview);
     const QRect place(frame.left() + (frame.width() - size.width()) / 2,

@@ -17,6 +17,9 @@ public:
     /// The edge of the square that previews are fitted into, in pixels.
     void setTileSize(int size) { _tileSize = size; }
     int tileSize() const { return _tileSize; }
+    /// No tile becomes narrower than the text and previews need.
+    void setTileWidth(int width) { _tileWidth = width; }
+    QSize leastSize(const QStyleOptionViewItem &option) const;
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
@@ -31,4 +34,5 @@ private:
 
     const PreviewCache &_previews;
     int _tileSize = 128;
+    int _tileWidth = 0;
 };

@@ -4,6 +4,7 @@
 #include "AssetManager/AssetDelegate.h"
 #include "AssetManager/AssetDrag.h"
 
+#include <QStyle>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -24,7 +25,6 @@ AssetGrid::AssetGrid(PreviewCache &previews, QWidget *parent)
     setEditTriggers(QAbstractItemView::EditKeyPressed);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setDragEnabled(true);
     setDragDropMode(QAbstractItemView::DragOnly);
     setMouseTracking(true);
@@ -50,13 +50,15 @@ void AssetGrid::setTileSize(int size)
     emit tileSizeChanged(bounded);
 }
 
-/// Shares the width that is left over among the columns.
+/// Shares the width that is left over among the columns; a scroll bar that comes or goes moves none of them.
 void AssetGrid::fit()
 {
     const QStyleOptionViewItem option = viewOptions();
-    const QSize hint = _delegate->sizeHint(option, {});
-    const int width = std::max(viewport()->width() - 1, hint.width());
+    const QSize hint = _delegate->leastSize(option);
+    const int room = this->width() - style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this) - 1;
+    const int width = std::max(room, hint.width());
     const int columns = std::max(1, width / hint.width());
+    _delegate->setTileWidth(width / columns);
     setGridSize({width / columns, hint.height()});
 }
 

@@ -33,10 +33,13 @@ public:
         QPixmap preview = _previews.find(uuid);
         if (preview.isNull())
             return;
-        preview = preview.scaled(option->decorationSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        const qreal ratio = option->widget ? option->widget->devicePixelRatioF() : 1.0;
+        preview = preview.scaled(option->decorationSize * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
         if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid.toStdString()))
             item->addOverlayIcon(preview);
+        preview.setDevicePixelRatio(ratio);
         option->icon = QIcon(preview);
+        option->icon.addPixmap(preview, QIcon::Selected); // else it would be tinted
         if ((index.data(AssetModel::StateRole).toUInt() & AssetStates::InScene) != 0)
             option->font.setBold(true);
     }
@@ -58,6 +61,7 @@ AssetTable::AssetTable(PreviewCache &previews, QWidget *parent) : QTableView(par
     setShowGrid(false);
     setAlternatingRowColors(true);
     setWordWrap(false);
+    setTextElideMode(Qt::ElideMiddle); // the ends of folders tell more than their beginnings
     setFrameShape(QFrame::NoFrame);
     setItemDelegateForColumn(0, new NameDelegate(previews, this));
     // Heights of their own would have each of a hundred thousand lines asked for.
@@ -65,6 +69,7 @@ AssetTable::AssetTable(PreviewCache &previews, QWidget *parent) : QTableView(par
     verticalHeader()->setDefaultSectionSize(RowHeight);
     verticalHeader()->hide();
     horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
     setSortingEnabled(true);

@@ -15,7 +15,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QPainter>
 #include <QRegularExpression>
+#include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -23,13 +25,32 @@
 
 namespace {
 
+constexpr int LeastLetters = 38; // wide
 constexpr int TagsPerRow = 2;
+constexpr std::size_t MaxPreviews = 4;
+constexpr int PreviewsPerRow = 2;
+constexpr int PreviewGap = 6; // pixels
+
+/// Takes the room that is there, whatever it shows.
+class Preview final : public QLabel
+{
+public:
+    explicit Preview(QWidget *parent) : QLabel(parent)
+    {
+        setMinimumSize(120, 120);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
+    }
+
+    QSize sizeHint() const override { return minimumSize(); }
+    QSize minimumSizeHint() const override { return minimumSize(); }
+};
 
 QLabel *makeValue(QWidget *parent)
 {
     auto *label = new QLabel(parent);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setWordWrap(true);
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long word does not widen the panel
     return label;
 }
 
@@ -41,11 +62,10 @@ DetailsPane::DetailsPane(const AssetModel &model, const AssetStates &states, con
 {
     setObjectName(QStringLiteral("detailsPane"));
     setAccessibleName(tr("Details of the selected assets"));
-    _preview = new QLabel(this);
+    _preview = new Preview(this);
     _preview->setObjectName(QStringLiteral("preview"));
     _preview->setAlignment(Qt::AlignCenter);
-    _preview->setMinimumSize(120, 120);
-    _preview->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
+    _preview->installEventFilter(this);
     _hint = new QLabel(tr("Select an asset to see what it is."), this);
     _hint->setAlignment(Qt::AlignCenter);
     _hint->setWordWrap(true);
@@ -53,10 +73,19 @@ DetailsPane::DetailsPane(const AssetModel &model, const AssetStates &states, con
 
     makeForm();
 
-    auto *layout = new QVBoxLayout(this);
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
     layout->addWidget(_preview, 1);
     layout->addWidget(_hint);
     layout->addWidget(_form);
+    auto *scroll = new QScrollArea(this);
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setMinimumWidth(LeastLetters * fontMetrics().averageCharWidth());
+    auto *all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->addWidget(scroll);
 
     connectEditors();
     refresh();
@@ -83,7 +112,13 @@ void DetailsPane::makeForm()
     _modified = makeValue(_form);
     _location = makeValue(_form);
     _location->setObjectName(QStringLiteral("location"));
-    _uuid = makeValue(_form);
+    _uuid = new QLineEdit(_form); // it has no place to break
+    _uuid->setReadOnly(true);
+    _uuid->setFrame(false);
+    _uuid->setTextMargins(-2, 0, 0, 0);
+    QPalette flat;
+    flat.setColor(QPalette::Base, Qt::transparent);
+    _uuid->setPalette(flat);
     _state = makeValue(_form);
     _state->setObjectName(QStringLiteral("state"));
     _tags = new QWidget(_form);
@@ -92,17 +127,25 @@ void DetailsPane::makeForm()
     _newTag->setObjectName(QStringLiteral("newTag"));
     _newTag->setPlaceholderText(tr("Add a tag"));
     _newTag->setAccessibleName(tr("Add a tag"));
+    auto *allTags = new QWidget(_form);
+    auto *tags = new QVBoxLayout(allTags);
+    tags->setContentsMargins(0, 0, 0, 0);
+    tags->addWidget(_tags);
+    tags->addWidget(_newTag);
     auto *form = new QFormLayout(_form);
+    form->setContentsMargins(0, 0, 0, 0);
     form->addRow(tr("&Name"), name);
     if (auto *label = qobject_cast<QLabel *>(form->labelForField(name)))
         label->setBuddy(_name);
     form->addRow(tr("Type"), _type);
-    form->addRow(tr("Tags"), _tags);
-    form->addRow(QString(), _newTag);
+    form->addRow(tr("Tags"), allTags);
     form->addRow(tr("Modified"), _modified);
     form->addRow(tr("Folder"), _location);
     form->addRow(tr("Identity"), _uuid);
     form->addRow(tr("State"), _state);
+    for (QLabel *value : {_type, _modified, _location, _state})
+        if (auto *label = qobject_cast<QLabel *>(form->labelForField(value)))
+            label->setAlignment(Qt::AlignLeading | Qt::AlignTop); // beside the first line of several
 }
 
 void DetailsPane::connectEditors()
@@ -119,7 +162,7 @@ void DetailsPane::connectEditors()
     connect(_favourite, &QToolButton::clicked, this,
             [this](bool isChecked) { emit favouriteChanged(ids(), isChecked); });
     connect(&_previews, &PreviewCache::loaded, this, [this](const QString &uuid) {
-        if (_uuids.size() == 1 && uuid == ids().first())
+        if (previewed().contains(uuid))
             showPreview();
     });
     connect(&_states, &AssetStates::changed, this, &DetailsPane::refresh);
@@ -135,6 +178,14 @@ QStringList DetailsPane::ids() const
     QStringList texts;
     for (const std::string &uuid : _uuids)
         texts.append(QString::fromStdString(uuid));
+    return texts;
+}
+
+QStringList DetailsPane::previewed() const
+{
+    QStringList texts;
+    for (std::size_t i = 0; i < std::min(MaxPreviews, _uuids.size()); ++i)
+        texts.append(QString::fromStdString(_uuids[i]));
     return texts;
 }
 
@@ -155,8 +206,10 @@ void DetailsPane::refresh()
     const AssetEntry &entry = *_model.find(_uuids.front());
     const bool isOne = _uuids.size() == 1;
     _name->setEnabled(isOne);
-    if (!_name->isModified() || !_name->hasFocus())
+    if (!_name->isModified() || !_name->hasFocus()) {
         _name->setText(isOne ? entry.name : tr("%n assets", nullptr, static_cast<int>(_uuids.size())));
+        _name->setCursorPosition(0);
+    }
     const auto has = [&](auto value) {
         return std::all_of(_uuids.begin(), _uuids.end(),
                            [&](const std::string &uuid) { return value(*_model.find(uuid)) == value(entry); });
@@ -165,9 +218,12 @@ void DetailsPane::refresh()
     _type->setText(has([](const AssetEntry &one) { return one.type; }) ? entry.type : several);
     _location->setText(has([](const AssetEntry &one) { return one.folder; }) ? QDir::toNativeSeparators(entry.folder)
                                                                              : several);
-    _modified->setText(isOne ? QLocale().toString(QDateTime::fromMSecsSinceEpoch(entry.modified), QLocale::LongFormat)
+    _modified->setText(isOne ? QLocale().toString(QDateTime::fromMSecsSinceEpoch(entry.modified), QLocale::ShortFormat)
                              : QString());
     _uuid->setText(isOne ? QString::fromStdString(entry.uuid) : QString());
+    _uuid->setCursorPosition(0);
+    _uuid->setToolTip(_uuid->text());
+    setRowsVisible({_modified, _uuid, _state}, isOne);
     _favourite->setChecked(std::all_of(_uuids.begin(), _uuids.end(),
                                        [this](const std::string &uuid) { return _model.find(uuid)->isFavourite; }));
     const QStringList reasons = isOne ? _states.reasonsOf(entry.uuid) : QStringList();
@@ -201,6 +257,7 @@ void DetailsPane::showTags()
         layout->addWidget(button, count / TagsPerRow, count % TagsPerRow, Qt::AlignLeft);
         ++count;
     }
+    layout->setColumnStretch(TagsPerRow, 1);
     _tags->setVisible(count > 0);
 }
 
@@ -213,18 +270,46 @@ void DetailsPane::addTag()
         emit tagsEdited(ids(), tags, {});
 }
 
+/// Of several assets the first few, side by side.
 void DetailsPane::showPreview()
 {
-    const QPixmap pixmap = _uuids.size() == 1 ? _previews.find(ids().first()) : QPixmap();
-    _preview->setVisible(!_uuids.empty());
-    if (pixmap.isNull())
-        _preview->setPixmap({});
-    else
-        _preview->setPixmap(pixmap.scaled(_preview->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    const QStringList ids = previewed();
+    const int shown = ids.size();
+    const int perRow = shown > 1 ? PreviewsPerRow : 1;
+    const int rows = (shown + perRow - 1) / perRow;
+    _preview->setVisible(shown > 0);
+    if (shown == 0)
+        return;
+    const qreal ratio = devicePixelRatioF();
+    QPixmap picture(_preview->size() * ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    const QSize cell(picture.width() / perRow, picture.height() / rows);
+    const int gap = shown > 1 ? PreviewGap : 0;
+    for (int i = 0; i < shown; ++i) {
+        const QPixmap preview = _previews.find(ids[i]);
+        if (preview.isNull())
+            continue;
+        const QPixmap fitted = preview.scaled(cell - QSize(gap, gap), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        const QPoint corner(i % perRow * cell.width(), i / perRow * cell.height());
+        painter.drawPixmap(corner + QPoint(cell.width() - fitted.width(), cell.height() - fitted.height()) / 2, fitted);
+    }
+    painter.end();
+    picture.setDevicePixelRatio(ratio);
+    _preview->setPixmap(picture);
 }
 
-void DetailsPane::resizeEvent(QResizeEvent *event)
+bool DetailsPane::eventFilter(QObject *watched, QEvent *event)
 {
-    QWidget::resizeEvent(event);
-    showPreview();
+    if (watched == _preview && event->type() == QEvent::Resize)
+        showPreview();
+    return QWidget::eventFilter(watched, event);
+}
+
+void DetailsPane::setRowsVisible(const std::vector<QWidget *> &values, bool areVisible)
+{
+    for (QWidget *value : values) {
+        value->setVisible(areVisible);
+        static_cast<QFormLayout *>(_form->layout())->labelForField(value)->setVisible(areVisible);
+    }
 }

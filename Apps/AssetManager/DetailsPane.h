@@ -41,7 +41,9 @@ private:
     void showPreview();
     void addTag();
     QStringList ids() const;
-    void resizeEvent(QResizeEvent *event) override;
+    QStringList previewed() const;
+    void setRowsVisible(const std::vector<QWidget *> &values, bool areVisible);
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
     const AssetModel &_model;
     const AssetStates &_states;
@@ -53,7 +55,7 @@ private:
     QLabel *_type;
     QLabel *_modified;
     QLabel *_location;
-    QLabel *_uuid;
+    QLineEdit *_uuid;
     QLabel *_state;
     QWidget *_tags;
     QLineEdit *_newTag;

@@ -11,7 +11,7 @@ EmptyHint::EmptyHint(const QString &text, QAbstractItemView &view, std::function
     setAlignment(Qt::AlignHCenter | Qt::AlignBottom);
     setMargin(fontMetrics().height());
     setWordWrap(true);
-    setForegroundRole(QPalette::Text);
+    setForegroundRole(QPalette::PlaceholderText);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     view.viewport()->installEventFilter(this);
     const QAbstractItemModel *model = view.model();

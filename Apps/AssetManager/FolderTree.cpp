@@ -8,6 +8,12 @@
 #include <QHeaderView>
 #include <QMimeData>
 
+namespace {
+
+constexpr int LeastLetters = 24; // a narrow window takes room from others
+
+} // namespace
+
 FolderTree::FolderTree(FolderModel &model, QWidget *parent) : QTreeView(parent)
 {
     setObjectName(QStringLiteral("folderTree"));
@@ -27,6 +33,12 @@ FolderTree::FolderTree(FolderModel &model, QWidget *parent) : QTreeView(parent)
     connect(this, &QWidget::customContextMenuRequested, this,
             [this](const QPoint &position) { emit menuRequested(viewport()->mapToGlobal(position)); });
     setFrameShape(QFrame::NoFrame);
+    setMinimumWidth(LeastLetters * fontMetrics().averageCharWidth());
+    // A library shows its folders at once.
+    connect(&model, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &parent, int first, int last) {
+        for (int row = first; !parent.isValid() && row <= last; ++row)
+            expand(this->model()->index(row, 0));
+    });
 }
 
 QString FolderTree::folder() const

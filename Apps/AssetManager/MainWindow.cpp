@@ -75,6 +75,7 @@ MainWindow::MainWindow(kxAssetManagerModule &manager) : _libraries(std::make_uni
     restoreGeometry(Settings::windowGeometry());
     restoreState(Settings::windowState());
     updateStatus();
+    showEmptyText();
 }
 
 MainWindow::~MainWindow()
@@ -101,7 +102,7 @@ void MainWindow::makeLibraryDocks()
 void MainWindow::layOutDocks()
 {
     const auto dock = [this](const char *name) { return findChild<QDockWidget *>(QLatin1String(name)); };
-    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {260, 310}, Qt::Horizontal);
+    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {280, 310}, Qt::Horizontal);
     resizeDocks({dock("viewDock")}, {400}, Qt::Vertical);
     resizeDocks({dock("detailsDock"), dock("materialDock")}, {560, 300}, Qt::Vertical);
 }
@@ -153,12 +154,15 @@ void MainWindow::connectOutcomes()
     connect(_scripts.get(), &ScriptSide::finished, _libraries.get(), &LibrarySide::refresh);
     connect(&_scene->actions(), &SceneActions::assetsLoaded, _libraries.get(), &LibrarySide::markUsed);
     connect(_libraries.get(), &LibrarySide::assetsChanged, _details, &DetailsPane::refresh);
-    connect(_libraries.get(), &LibrarySide::librariesChanged, this,
-            [](const QStringList &paths) { Settings::setLibraries(paths); });
+    connect(_libraries.get(), &LibrarySide::librariesChanged, this, [this](const QStringList &paths) {
+        Settings::setLibraries(paths);
+        if (paths.isEmpty())
+            showEmptyText();
+    });
     connect(&_libraries->scan(), &LibraryScan::started, this,
             [this] { _browser->setEmptyText(tr("Reading the libraries...")); });
     connect(&_libraries->scan(), &LibraryScan::finished, this, [this] {
-        _browser->setEmptyText({});
+        showEmptyText();
         for (NodeTreeModel *tree : findChildren<NodeTreeModel *>())
             tree->refreshAssetStates();
     });
@@ -169,6 +173,13 @@ void MainWindow::connectOutcomes()
                 else
                     statusBar()->clearMessage();
             });
+}
+
+void MainWindow::showEmptyText()
+{
+    _browser->setEmptyText(_libraries->folders().libraries().isEmpty()
+                               ? tr("No library is open.\nThe File menu adds a folder as a library.")
+                               : QString());
 }
 
 void MainWindow::connectManager(kxAssetManagerModule &manager)

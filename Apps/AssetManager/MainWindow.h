@@ -74,6 +74,7 @@ private:
     void connectOutcomes();
     void connectManager(kxAssetManagerModule &manager);
     void updateStatus();
+    void showEmptyText();
     bool isDoneByScene(const char *action);
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;

@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr int TypeWidth = 10; // letters: the names are what people look for
+constexpr int TypeWidth = 12; // letters: the names are what people look for
 
 } // namespace
 

@@ -41,6 +41,8 @@ ScriptConsole::ScriptConsole(ScriptRunner &runner, QWidget *parent) : QWidget(pa
     auto *prompt = new QLabel(QStringLiteral(">>>"), this);
     prompt->setFont(_input->font());
     prompt->setBuddy(_input);
+    // Beside the first of its lines.
+    prompt->setContentsMargins(0, _input->frameWidth() + qRound(_input->document()->documentMargin()), 0, 0);
     auto *line = new QHBoxLayout;
     line->addWidget(prompt, 0, Qt::AlignTop);
     line->addWidget(_input, 1);

@@ -3,11 +3,19 @@
 
 #include <QHBoxLayout>
 #include <QMenu>
+#include <QPushButton>
+#include <QResizeEvent>
 #include <QToolButton>
 
 namespace {
 
-constexpr int MaxButtons = 6; // more would keep the panels beside from being wide enough
+constexpr int MaxButtons = 6; // more are no help
+
+/// With how many assets have the tag; those are not counted where \a count is negative.
+QString textOf(const QString &tag, int count)
+{
+    return count < 0 ? tag : QStringLiteral("%1 (%2)").arg(tag).arg(count);
+}
 
 } // namespace
 
@@ -22,47 +30,72 @@ TagBar::TagBar(QWidget *parent) : QWidget(parent), _layout(new QHBoxLayout(this)
 
 void TagBar::setTags(const std::vector<std::pair<QString, int>> &counts)
 {
-    while (QLayoutItem *item = _layout->takeAt(0)) {
-        if (item->widget())
-            item->widget()->deleteLater();
-        delete item; // NOLINT(cppcoreguidelines-owning-memory): a layout hands its items over
-    }
-    QStringList shown = _chosen;
-    for (const QString &tag : _chosen)
-        addButton(tag, -1);
-    auto next = counts.begin();
-    for (; next != counts.end() && shown.size() < MaxButtons; ++next)
-        if (!shown.contains(next->first)) {
-            addButton(next->first, next->second);
-            shown.append(next->first);
-        }
-    if (next != counts.end()) {
-        auto *more = new QToolButton(this);
-        more->setText(tr("More tags"));
-        more->setPopupMode(QToolButton::InstantPopup);
-        auto *menu = new QMenu(more);
-        for (; next != counts.end(); ++next)
-            if (const QString tag = next->first; !shown.contains(tag))
-                menu->addAction(QStringLiteral("%1 (%2)").arg(tag).arg(next->second), this,
-                                [this, tag] { toggle(tag, true); });
-        more->setMenu(menu);
-        _layout->addWidget(more);
-    }
-    _layout->addStretch(1);
-    setVisible(!shown.isEmpty());
+    _counts = counts;
+    arrange();
 }
 
-void TagBar::addButton(const QString &tag, int count)
+void TagBar::arrange()
+{
+    while (QLayoutItem *item = _layout->takeAt(0)) {
+        if (item->widget()) {
+            item->widget()->setObjectName({}); // its successor has the name from now on
+            item->widget()->hide();
+            item->widget()->deleteLater();
+        }
+        delete item; // NOLINT(cppcoreguidelines-owning-memory): a layout hands its items over
+    }
+    auto *more = new QPushButton(tr("More tags"), this); // whose arrow stands beside the text
+    auto *menu = new QMenu(more);
+    more->setMenu(menu);
+    int room = width() - more->sizeHint().width();
+    QStringList shown;
+    const auto show = [&](QToolButton *button, const QString &tag) {
+        room -= button->sizeHint().width() + _layout->spacing();
+        _layout->addWidget(button);
+        shown.append(tag);
+    };
+    for (const QString &tag : _chosen)
+        show(makeButton(tag, -1), tag);
+    for (const auto &[tag, count] : _counts) {
+        if (shown.contains(tag))
+            continue;
+        auto *button = menu->isEmpty() && shown.size() < MaxButtons ? makeButton(tag, count) : nullptr;
+        if (button && button->sizeHint().width() + _layout->spacing() <= room) {
+            show(button, tag);
+            continue;
+        }
+        delete button; // NOLINT(cppcoreguidelines-owning-memory): it was made to be measured
+        menu->addAction(textOf(tag, count), this, [this, tag = tag] { toggle(tag, true); });
+    }
+    more->setVisible(!menu->isEmpty());
+    _layout->addWidget(more);
+    _layout->addStretch(1);
+    setVisible(!_chosen.isEmpty() || !_counts.empty());
+}
+
+QToolButton *TagBar::makeButton(const QString &tag, int count)
 {
     auto *button = new QToolButton(this);
     button->setObjectName("tag:" + tag);
-    button->setText(count < 0 ? tag : QStringLiteral("%1 (%2)").arg(tag).arg(count));
+    button->setText(textOf(tag, count));
     button->setCheckable(true);
     button->setChecked(_chosen.contains(tag));
     button->setAutoRaise(!button->isChecked());
     button->setToolTip(tr("Show only assets with the tag \"%1\"").arg(tag));
     connect(button, &QToolButton::toggled, this, [this, tag](bool isChecked) { toggle(tag, isChecked); });
-    _layout->addWidget(button);
+    return button;
+}
+
+QSize TagBar::minimumSizeHint() const
+{
+    return {0, QWidget::minimumSizeHint().height()};
+}
+
+void TagBar::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        arrange();
 }
 
 void TagBar::toggle(const QString &tag, bool isChosen)

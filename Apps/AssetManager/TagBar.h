@@ -8,6 +8,7 @@
 #include <vector>
 
 class QHBoxLayout;
+class QToolButton;
 
 /// Tags as buttons that narrow down what is shown.
 class TagBar final : public QWidget
@@ -22,13 +23,19 @@ public:
     const QStringList &chosen() const { return _chosen; }
     void setChosen(const QStringList &tags);
 
+    /// As narrow as one likes: what finds no place is in a menu.
+    QSize minimumSizeHint() const override;
+
 Q_SIGNALS:
     void chosenChanged(const QStringList &tags);
 
 private:
-    void addButton(const QString &tag, int count);
+    void arrange();
+    QToolButton *makeButton(const QString &tag, int count);
+    void resizeEvent(QResizeEvent *event) override;
     void toggle(const QString &tag, bool isChosen);
 
     QHBoxLayout *_layout;
     QStringList _chosen;
+    std::vector<std::pair<QString, int>> _counts;
 };

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/TrashDialog.h"
 
+#include "AssetManager/EmptyHint.h"
 #include "AssetManager/LibraryActions.h"
 #include "AssetManager/Trash.h"
+#include "Assets/kxAssetCategory.h"
 #include "Kernel/kxModalQuestion.h"
 
 #include <QDialogButtonBox>
@@ -15,6 +17,16 @@
 namespace {
 
 enum Role { PathRole = Qt::UserRole, OriginRole };
+
+/// As the asset or the folder is called, without what the directories of assets begin with.
+QString nameOf(const QString &path)
+{
+    const QString name = QFileInfo(path).fileName();
+    for (const kxAssetCategoryType category : kxAssetCategory::getAllCategories())
+        if (const QString prefix = kxAssetCategory::getItemFolderName(category, {}); name.startsWith(prefix))
+            return name.mid(prefix.size());
+    return name;
+}
 
 } // namespace
 
@@ -35,6 +47,7 @@ TrashDialog::TrashDialog(LibraryActions &actions, const QStringList &libraries, 
     _restore->setObjectName(QStringLiteral("restore"));
     _empty = buttons->addButton(tr("&Remove everything for good..."), QDialogButtonBox::DestructiveRole);
     _empty->setObjectName(QStringLiteral("empty"));
+    _empty->setAutoDefault(false); // no key that was pressed too much begins this
     connect(_restore, &QPushButton::clicked, this, &TrashDialog::restore);
     connect(_empty, &QPushButton::clicked, this, [this] {
         if (empty(_libraries, this))
@@ -44,6 +57,7 @@ TrashDialog::TrashDialog(LibraryActions &actions, const QStringList &libraries, 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(_list);
     layout->addWidget(buttons);
+    new EmptyHint(tr("Nothing was deleted."), *_list, [this] { return _list->topLevelItemCount() == 0; });
     fill();
 }
 
@@ -53,7 +67,7 @@ void TrashDialog::fill()
     for (const QString &library : _libraries)
         for (const Trash::Entry &entry : Trash(library).entries()) {
             auto *item = new QTreeWidgetItem(_list);
-            item->setText(0, QFileInfo(entry.path).fileName());
+            item->setText(0, nameOf(entry.path));
             item->setText(1, entry.origin);
             item->setText(2, QLocale().toString(entry.deleted, QLocale::ShortFormat));
             item->setData(0, PathRole, entry.path);

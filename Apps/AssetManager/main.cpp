@@ -96,6 +96,9 @@ void runScript(MainWindow &window, const ScriptOptions &script, const std::funct
 
 int main(int argc, char **argv)
 {
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::RoundPreferFloor);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("asset-manager"));
     QApplication::setApplicationVersion(QStringLiteral(KX_VERSION));

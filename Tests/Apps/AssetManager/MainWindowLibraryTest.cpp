@@ -128,6 +128,46 @@ TEST_F(MainWindowLibraryTest, SaysWhatToDoWhereNothingIsShown)
     EXPECT_EQ(widget<QLabel>("emptyText").text(), before); // there are none at all, which is more to know
 }
 
+TEST_F(MainWindowLibraryTest, SaysWhereLibrariesComeFromWhereNoneIsOpen)
+{
+    auto &text = widget<QLabel>("emptyText");
+    EXPECT_TRUE(text.text().contains("No library is open"));
+
+    open();
+    EXPECT_FALSE(text.text().contains("No library is open"));
+
+    window->libraries().close(path());
+    settle();
+    EXPECT_TRUE(text.text().contains("No library is open"));
+}
+
+TEST_F(MainWindowLibraryTest, ShowsTheFoldersOfALibraryAtOnce)
+{
+    QDir().mkpath(path("Wood"));
+    open();
+
+    EXPECT_TRUE(window->folders().isExpanded(window->libraries().folders().indexOf(path())));
+}
+
+TEST_F(MainWindowLibraryTest, ShowsOfSeveralAssetsOnlyWhatTheyCanHaveInCommon)
+{
+    const std::string oak = storeMaterial("Oak");
+    const std::string ash = storeMaterial("Ash");
+    open();
+    auto &state = *window->details().findChild<QLabel *>("state");
+    const auto &preview = *window->details().findChild<QLabel *>("preview");
+
+    clickAsset(oak);
+    EXPECT_TRUE(state.isVisible());
+    EXPECT_EQ(preview.pixmap(Qt::ReturnByValue).size(), preview.size()) << "nothing of it is cut off";
+
+    clickAsset(ash, Qt::ControlModifier);
+    settle();
+    EXPECT_FALSE(state.isVisible());
+    EXPECT_TRUE(window->details().findChild<QLabel *>("type")->isVisible());
+    EXPECT_EQ(preview.pixmap(Qt::ReturnByValue).size(), preview.size());
+}
+
 TEST_F(MainWindowLibraryTest, NarrowsDownByTheTagsThatAreClicked)
 {
     const std::string oak = storeMaterial("Oak");
@@ -397,6 +437,7 @@ TEST_F(MainWindowLibraryTest, PutsBackFromTheTrash)
         dialog.show();
         auto *list = dialog.findChild<QTreeWidget *>("deleted");
         EXPECT_EQ(list->topLevelItemCount(), 1);
+        EXPECT_EQ(list->topLevelItem(0)->text(0), "Oak");
         clickItem(*list, list->model()->index(0, 0));
         clickIn(dialog, "restore");
         EXPECT_EQ(list->topLevelItemCount(), 0);

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/TagBar.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QToolButton>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Three tags that are counted, in a bar that is shown.
+class TagBarTest : public testing::Test
+{
+protected:
+    void show(int width)
+    {
+        bar.resize(width, bar.sizeHint().height());
+        bar.setTags({{"wood", 5}, {"dark", 3}, {"matt", 1}});
+        bar.show();
+        process();
+    }
+
+    static void process()
+    {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    std::vector<QString> buttons() const
+    {
+        std::vector<QString> texts;
+        for (const QToolButton *button : bar.findChildren<QToolButton *>())
+            texts.push_back(button->text());
+        return texts;
+    }
+
+    std::vector<QString> menu() const
+    {
+        std::vector<QString> texts;
+        for (const QAction *action : more()->menu()->actions())
+            texts.push_back(action->text());
+        return texts;
+    }
+
+    QPushButton *more() const { return bar.findChild<QPushButton *>(); }
+
+    TagBar bar;
+};
+
+TEST_F(TagBarTest, HasButtonsWhereThereIsRoom)
+{
+    show(800);
+
+    EXPECT_THAT(buttons(), ElementsAre("wood (5)", "dark (3)", "matt (1)"));
+    EXPECT_FALSE(more()->isVisible());
+}
+
+TEST_F(TagBarTest, KeepsInAMenuWhatFindsNoRoom)
+{
+    show(800);
+
+    bar.resize(bar.findChild<QToolButton *>("tag:wood")->width() + more()->sizeHint().width() + 20, bar.height());
+    process();
+
+    EXPECT_THAT(buttons(), ElementsAre("wood (5)"));
+    EXPECT_TRUE(more()->isVisible());
+    EXPECT_THAT(menu(), ElementsAre("dark (3)", "matt (1)"));
+    EXPECT_LE(more()->geometry().right(), bar.rect().right());
+    EXPECT_EQ(bar.minimumSizeHint().width(), 0) << "panels beside it get what room they want";
+
+    bar.resize(800, bar.height());
+    process();
+    EXPECT_THAT(menu(), IsEmpty());
+}
+
+TEST_F(TagBarTest, AlwaysHasButtonsForWhatIsChosen)
+{
+    show(800);
+    QSignalSpy changes(&bar, &TagBar::chosenChanged);
+    bar.resize(60, bar.height());
+    process();
+
+    more()->menu()->actions().back()->trigger();
+    ASSERT_EQ(changes.count(), 1);
+    EXPECT_EQ(changes[0][0].toStringList(), QStringList("matt"));
+    bar.setTags({{"wood", 2}, {"matt", 1}});
+    process();
+
+    EXPECT_EQ(buttons().front(), "matt");
+    EXPECT_EQ(bar.chosen(), QStringList("matt"));
+}
+
+} // namespace
