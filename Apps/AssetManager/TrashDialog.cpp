@@ -21,7 +21,7 @@ enum Role { PathRole = Qt::UserRole, OriginRole };
 /// As the asset or the folder is called, without what the directories of assets begin with.
 QString nameOf(const QString &path)
 {
-    const QString name = QFileInfo(path).fileName();
+    QString name = QFileInfo(path).fileName();
     for (const kxAssetCategoryType category : kxAssetCategory::getAllCategories())
         if (const QString prefix = kxAssetCategory::getItemFolderName(category, {}); name.startsWith(prefix))
             return name.mid(prefix.size());
