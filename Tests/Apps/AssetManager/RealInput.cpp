@@ -2,6 +2,7 @@
 #include "RealInput.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QTest>
 #include <QTimer>
 
@@ -203,18 +204,20 @@ void RealInput::perform(std::vector<Step> steps)
     _isDone = true;
 }
 
-/// What a step led to may have asked the server for something: its answers are waited for as well.
+/// What a step led to may have sent something to the program itself by way of the server, as drags do when they ask where they
+/// may be dropped, and when they hear of it: that is waited for as well.
 void RealInput::goOn()
 {
     if (_rounds > 0) {
         --_rounds;
+        QCursor::pos(); // the server answers that after it has got all that the program sent
         mark();
     } else if (_next == _steps.size()) {
         _isDone = true;
     } else {
         const Step step = _steps[_next++];
         step();
-        _rounds = 1;
+        _rounds = 2;
         mark();
     }
 }
