@@ -2,9 +2,10 @@
 # SPDX-License-Identifier: Apache-2.0
 # screenshots.sh [LIBRARY [FOLDER]]
 #
-# Takes the pictures of the desktop program without a display: those of the README into Docs/images, and, where a FOLDER is
-# named, the window and each panel in both languages and both appearances into it, to be looked at. Needs a release build
-# (./run --build-only), xvfb and oiiotool (./test installs both). Without LIBRARY a small one is made of the samples.
+# Takes the pictures of the desktop program without a display: those of the README into Docs/images, among them a sheet of
+# all panels for each language and each appearance. The single pictures go into FOLDER, where one is named, to be looked at.
+# Needs a release build (./run --build-only), xvfb and oiiotool (./test installs both). Without LIBRARY a small one is made
+# of the samples.
 set -eu -o pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -28,7 +29,7 @@ make_library() {
 picture() {
     local file=$1
     shift
-    rm -rf -- "$XDG_CONFIG_HOME"/*
+    rm -rf -- "${XDG_CONFIG_HOME:?}"/*
     timeout 300 xvfb-run -a -s '-screen 0 1600x1000x24' "$programs/asset-manager" "$library" "$@" --screenshot "$file"
     printf '%s\n' "$file"
 }
@@ -39,6 +40,17 @@ keep() {
     picture "$taken" "${@:2}" > /dev/null
     oiiotool "$taken" --ch R,G,B --resize 1200x0 -d uint8 --compression zip:9 -o "$images/$1.png"
     printf '%s\n' "$images/$1.png"
+}
+
+# sheet APPEARANCE-LANGUAGE: all its panels side by side.
+sheet() {
+    local view panels=()
+    for view in folders tree details property material environment plate view; do
+        panels+=("$folder/$view-$1.png")
+    done
+    oiiotool "${panels[@]}" --ch R,G,B --mosaic:pad=12:fit=360x420 4x2 -d uint8 --compression zip:9 \
+        -o "$images/panels-$1.png"
+    printf '%s\n' "$images/panels-$1.png"
 }
 
 library=${1-}
@@ -54,8 +66,7 @@ keep window-light --language en --appearance light "$scene" --select "$subject"
 keep window-dark-de --language de --appearance dark "$scene" --select "$subject"
 keep list --language en --appearance light "$scene" --show list
 
-folder=${2-}
-[[ -n $folder ]] || exit 0
+folder=${2-$temporary/panels}
 mkdir -p "$folder"
 for language in en de; do
     for appearance in light dark; do
@@ -64,5 +75,6 @@ for language in en de; do
                 "$scene" --select "$subject" --show "$view"
         done
         picture "$folder/empty-$appearance-$language.png" --language "$language" --appearance "$appearance"
+        sheet "$appearance-$language"
     done
 done

@@ -836,7 +836,7 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
     <message>
         <source>its description may not be read by you.</source>
-        <translation>Sie dürfen seine Beschreibung nicht lesen.</translation>
+        <translation>Es fehlt das Recht, seine Beschreibung zu lesen.</translation>
     </message>
     <message>
         <source>its description is damaged.</source>
