@@ -62,12 +62,13 @@ class Pauses
 public:
     Pauses()
     {
+        _timer.setTimerType(Qt::PreciseTimer);
         _clock.start();
         QObject::connect(&_timer, &QTimer::timeout, [this] {
             _pauses.push_back(static_cast<double>(_clock.nsecsElapsed()) / 1e6);
             _clock.restart();
         });
-        _timer.start(0);
+        _timer.start(1); // not 0: idle rounds without number would hide the others
     }
 
     double worstOf(double share)

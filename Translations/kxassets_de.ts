@@ -1686,11 +1686,11 @@ Das lässt sich nicht rückgängig machen.</numerusform>
     <name>Trash</name>
     <message>
         <source>&quot;%1&quot; could not be deleted: the disk is full, and deleted assets are kept. Empty &quot;Deleted assets&quot;, or make room elsewhere.</source>
-        <translation>„%1“ konnte nicht gelöscht werden: Der Datenträger ist voll, und Gelöschtes wird aufbewahrt. Leeren Sie „Gelöschte Assets“, oder schaffen Sie anderswo Platz.</translation>
+        <translation>„%1“ konnte nicht gelöscht werden: Der Datenträger ist voll, und Gelöschtes wird aufbewahrt. Platz entsteht, wenn „Gelöschte Assets“ geleert oder anderswo etwas entfernt wird.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; could not be deleted: you may not write into its library.</source>
-        <translation>„%1“ konnte nicht gelöscht werden: Sie dürfen nicht in seine Bibliothek schreiben.</translation>
+        <translation>„%1“ konnte nicht gelöscht werden: in seine Bibliothek darf nicht geschrieben werden.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; could not be deleted: %2</source>

@@ -114,9 +114,18 @@ void AssetModel::mergeIn(std::vector<Known *> &entries)
 {
     const Order isBefore = order();
     std::sort(entries.begin(), entries.end(), isBefore);
-    const auto middle = static_cast<std::ptrdiff_t>(_sorted.size());
-    _sorted.insert(_sorted.end(), entries.begin(), entries.end());
-    std::inplace_merge(_sorted.begin(), _sorted.begin() + middle, _sorted.end(), isBefore);
+    // Few among many: places are searched for, since comparing with all of them would take longer.
+    std::vector<Known *> merged;
+    merged.reserve(_sorted.size() + entries.size());
+    auto from = _sorted.begin();
+    for (Known *entry : entries) {
+        const auto to = std::upper_bound(from, _sorted.end(), entry, isBefore);
+        merged.insert(merged.end(), from, to);
+        merged.push_back(entry);
+        from = to;
+    }
+    merged.insert(merged.end(), from, _sorted.end());
+    _sorted = std::move(merged);
 }
 
 void AssetModel::refresh(const std::vector<std::string> &uuids)

@@ -22,6 +22,8 @@ namespace {
 constexpr qint64 SliceTime = 8;      // milliseconds: half of a screen's refresh
 constexpr qint64 AnnounceTime = 150; // milliseconds: often enough to look alive
 constexpr qint64 Restraint = 10;     // of the time, one part in this many may go into announcing
+constexpr int MostAtOnce = 2000;     // assets: what is taken over between two frames
+constexpr int ShareAtOnce = 50;      // of those read so far: where these are many, each take-over costs more
 
 qint64 now()
 {
@@ -130,7 +132,9 @@ void LibraryScan::work()
     if (!_timer.isActive())
         return; // somebody who heard of something cancelled
     const bool isDone = _open.empty() && _waiting.isEmpty();
-    if (isDone || now() - _announcedAt >= std::max(AnnounceTime, Restraint * _announcing))
+    const bool isDue = now() - _announcedAt >= std::max(AnnounceTime, Restraint * _announcing);
+    const auto most = static_cast<std::size_t>(std::max(MostAtOnce, _assetCount / ShareAtOnce));
+    if (isDone || isDue || _changed.size() >= most)
         announce();
     if (isDone && _timer.isActive()) {
         _timer.stop();
