@@ -823,6 +823,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>Merge of &quot;%1&quot;</source>
+        <translation>Zusammenführen von „%1“</translation>
+    </message>
 </context>
 <context>
     <name>LibraryScan</name>

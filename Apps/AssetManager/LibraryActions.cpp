@@ -3,6 +3,7 @@
 
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/DirectoryMove.h"
+#include "AssetManager/FolderMerge.h"
 #include "AssetManager/FolderModel.h"
 #include "AssetManager/LibraryCommands.h"
 #include "AssetManager/Trash.h"
@@ -227,6 +228,7 @@ void LibraryActions::moveFolders(const QStringList &paths, const QString &folder
 void LibraryActions::mergeFolder(const QString &path, const QString &folder, QStringList &failures)
 {
     const std::vector<std::string> uuids = assetsIn(path);
+    const FolderMerge merge(path, folder + '/' + nameOf(path), [this](const QString &in) { return assetsIn(in); });
     const QUrl target = QUrl::fromLocalFile(folder);
     const kxUrlManager *manager = kxUrlManager::getUrlManager(target);
     QUrl result;
@@ -235,6 +237,26 @@ void LibraryActions::mergeFolder(const QString &path, const QString &folder, QSt
     collect(folder + '/' + nameOf(path));
     emit assetsChanged(uuids);
     emit foldersChanged({QFileInfo(path).path(), folder});
+    if (std::vector<Move> moves = merge.moves(); !moves.empty())
+        _undo.push(std::make_unique<MergeCommand>(*this, tr("Merge of \"%1\"").arg(nameOf(path)), std::move(moves),
+                                                  merge.emptied())
+                       .release());
+}
+
+void LibraryActions::makeFolders(const QStringList &paths)
+{
+    for (const QString &path : paths) {
+        QDir().mkpath(path); // where that fails, moving things into it says why
+        emit foldersChanged({QFileInfo(path).path()});
+    }
+}
+
+void LibraryActions::removeEmptyFolders(const QStringList &paths)
+{
+    for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
+        QDir().rmdir(*path);
+        emit foldersChanged({QFileInfo(*path).path()});
+    }
 }
 
 void LibraryActions::trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch)

@@ -33,7 +33,7 @@ public:
     /// Its path, "" when it cannot be made.
     QString createFolder(const QString &parent);
     void moveAssets(const QStringList &uuids, const QString &folder);
-    /// Asks whether to merge where the target has a folder of that name; a merge cannot be undone.
+    /// Asks whether to merge where the target has a folder of that name.
     void moveFolders(const QStringList &paths, const QString &folder);
     void trashAssets(const QStringList &uuids);
     void trashFolder(const QString &path);
@@ -59,6 +59,10 @@ public:
     /// Renames on the disk and in the registry; the answer says whether it worked.
     QString rename(const QString &uuid, const QString &name);
     QString retag(const QString &uuid, const QStringList &tags);
+    /// Each after the one that holds it.
+    void makeFolders(const QStringList &paths);
+    /// Those of them that are empty, the last first.
+    void removeEmptyFolders(const QStringList &paths);
     void report(const QStringList &failures);
     /// The open library that holds the path, "" for none.
     QString libraryOf(const QString &path) const;

@@ -49,6 +49,24 @@ void MoveCommand::redo()
     _actions.report(failures);
 }
 
+MergeCommand::MergeCommand(LibraryActions &actions, const QString &text, std::vector<LibraryActions::Move> moves,
+                           QStringList emptied)
+    : QUndoCommand(text), _actions(actions), _moves(actions, text, std::move(moves)), _emptied(std::move(emptied))
+{}
+
+void MergeCommand::undo()
+{
+    _actions.makeFolders(_emptied);
+    _moves.undo();
+}
+
+void MergeCommand::redo()
+{
+    _moves.redo();
+    if (!std::exchange(_isDone, false))
+        _actions.removeEmptyFolders(_emptied);
+}
+
 RenameCommand::RenameCommand(LibraryActions &actions, const QString &uuid, const QString &former, const QString &name)
     : QUndoCommand(LibraryActions::tr("Rename of \"%1\"").arg(former)), _actions(actions), _uuid(uuid), _former(former),
       _name(name)

@@ -21,6 +21,24 @@ private:
     bool _isDone = true;
 };
 
+/// A folder that was merged with another one. It is made when that is done already.
+class MergeCommand final : public QUndoCommand
+{
+public:
+    /// \a emptied are the folders that went, each after the one that held it.
+    MergeCommand(LibraryActions &actions, const QString &text, std::vector<LibraryActions::Move> moves,
+                 QStringList emptied);
+
+    void undo() override;
+    void redo() override;
+
+private:
+    LibraryActions &_actions;
+    MoveCommand _moves;
+    QStringList _emptied;
+    bool _isDone = true;
+};
+
 /// An asset that got another name.
 class RenameCommand final : public QUndoCommand
 {

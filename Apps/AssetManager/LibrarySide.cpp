@@ -23,8 +23,13 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
         _watcher.watch(folder);
     });
     connect(&_scan, &LibraryScan::folderFailed, this, [this](const QString &folder, const QString &reason) {
+        const QFileInfo info(folder);
         if (_folders.libraryOf(folder) == folder)
             _folders.setProblem(folder, reason);
+        else if (!info.exists() && QFileInfo(info.path()).isDir()) {
+            _scan.refresh(info.path()); // it was moved or removed before its turn came, as folders may be
+            return;
+        }
         emit failed({reason});
     });
     connect(&_watcher, &LibraryWatcher::changed, this, [this](const QString &folder) {

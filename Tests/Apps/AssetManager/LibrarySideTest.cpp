@@ -347,6 +347,52 @@ TEST_F(LibrarySideTest, AsksBeforeFoldersAreMerged)
     EXPECT_FALSE(QFileInfo(path("A/Wood")).exists());
 }
 
+TEST_F(LibrarySideTest, TakesBackAMergeAndDoesItAgain)
+{
+    const std::string oak = storeMaterial("Oak");
+    const std::string otherOak = storeMaterial("Oak");
+    const std::string ash = storeMaterial("Ash");
+    open();
+    for (const char *made : {"A/Wood/Light", "A/Wood/Dark", "Wood/Light"})
+        QDir().mkpath(path(made));
+    side.actions().moveAssets({id(oak)}, path("A/Wood"));
+    side.actions().moveAssets({id(otherOak)}, path("Wood"));
+    side.actions().moveAssets({id(ash)}, path("A/Wood/Dark"));
+    for (const char *file : {"A/Wood/Light/notes", "A/Wood/same", "Wood/same"})
+        EXPECT_TRUE(QFile(path(file)).open(QIODevice::WriteOnly));
+    finishScan();
+    const auto places = [&] { return QStringList{directoryOf(oak), directoryOf(otherOak), directoryOf(ash)}; };
+    const QStringList before = places();
+    kxModalQuestion::setAnswerer([](const kxModalQuestion::Question &) { return QMessageBox::Yes; });
+
+    side.actions().moveFolders({path("A/Wood")}, path());
+    kxModalQuestion::setAnswerer({});
+    finishScan();
+    const QStringList merged = places();
+    const auto isMerged = [&] {
+        return places() == merged && QFileInfo::exists(path("Wood/Light/notes")) &&
+               !QFileInfo::exists(path("A/Wood/Light")) && QFileInfo(path("A/Wood/same")).isFile();
+    };
+    EXPECT_TRUE(isMerged());
+    EXPECT_TRUE(merged[0].startsWith(path("Wood/")) && merged[0] != merged[1]);
+    EXPECT_EQ(merged[2], QString(before[2]).replace(path("A/Wood"), path("Wood")));
+    EXPECT_EQ(reported.size(), 1) << "two files of one name";
+
+    stack.undo();
+    finishScan();
+    EXPECT_EQ(places()[0], before[0]);
+    EXPECT_TRUE(directoryOf(ash).startsWith(path("A/Wood/Dark/")));
+    EXPECT_TRUE(QFileInfo::exists(path("A/Wood/Light/notes")));
+    EXPECT_FALSE(QFileInfo::exists(path("Wood/Dark")));
+    EXPECT_TRUE(side.folders().indexOf(path("A/Wood/Light")).isValid());
+    EXPECT_FALSE(side.folders().indexOf(path("Wood/Dark")).isValid());
+
+    stack.redo();
+    finishScan();
+    EXPECT_TRUE(isMerged());
+    EXPECT_EQ(reported.size(), 1) << reported.last().toStdString();
+}
+
 TEST_F(LibrarySideTest, ChangesTagsOfSeveralAndTakesThatBack)
 {
     const std::string oak = storeMaterial("Oak");
