@@ -233,6 +233,17 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
 </context>
 <context>
+    <name>DiskTrouble</name>
+    <message>
+        <source>The disk is full.</source>
+        <translation>Der Datenträger ist voll.</translation>
+    </message>
+    <message>
+        <source>You may not write there.</source>
+        <translation>Dort darf nicht geschrieben werden.</translation>
+    </message>
+</context>
+<context>
     <name>EnvironmentListModel</name>
     <message>
         <source>unnamed</source>
@@ -706,10 +717,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <translation>Ein Asset wurde nicht umbenannt: Es liegt in keiner geöffneten Bibliothek mehr.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; could not be renamed. May its folder be written?</source>
-        <translation>„%1“ konnte nicht umbenannt werden. Ist der Ordner beschreibbar?</translation>
-    </message>
-    <message>
         <source>A folder cannot be called &quot;%1&quot;.</source>
         <translation>Ein Ordner kann nicht „%1“ heißen.</translation>
     </message>
@@ -724,10 +731,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>New folder</source>
         <translation>Neuer Ordner</translation>
-    </message>
-    <message>
-        <source>No folder could be made in &quot;%1&quot;. May it be written?</source>
-        <translation>In „%1“ konnte kein Ordner angelegt werden. Ist er beschreibbar?</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is no folder for assets.</source>
@@ -826,6 +829,18 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>Merge of &quot;%1&quot;</source>
         <translation>Zusammenführen von „%1“</translation>
+    </message>
+    <message>
+        <source>May its folder be written?</source>
+        <translation>Darf in den Ordner geschrieben werden?</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be renamed.</source>
+        <translation>„%1“ konnte nicht umbenannt werden.</translation>
+    </message>
+    <message>
+        <source>No folder could be made in &quot;%1&quot;.</source>
+        <translation>In „%1“ konnte kein Ordner angelegt werden.</translation>
     </message>
 </context>
 <context>

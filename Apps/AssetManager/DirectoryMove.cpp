@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/DirectoryMove.h"
 
+#include "AssetManager/DiskTrouble.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
 
@@ -42,11 +44,11 @@ QString reasonOf(const std::error_code &error, const QString &name)
     if (error == std::errc::no_such_file_or_directory)
         return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: it is not there any more."))
             .arg(name);
-    if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
-        error == std::errc::read_only_file_system)
+    const DiskTrouble::Kind trouble = DiskTrouble::of(error);
+    if (trouble == DiskTrouble::Kind::Forbidden)
         return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: you may not write there."))
             .arg(name);
-    if (error == std::errc::no_space_on_device)
+    if (trouble == DiskTrouble::Kind::Full)
         return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: the disk is full.")).arg(name);
     return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: %2"))
         .arg(name, QString::fromStdString(error.message()));

@@ -3,6 +3,7 @@
 
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/DirectoryMove.h"
+#include "AssetManager/DiskTrouble.h"
 #include "AssetManager/FolderMerge.h"
 #include "AssetManager/FolderModel.h"
 #include "AssetManager/LibraryCommands.h"
@@ -137,7 +138,10 @@ QString LibraryActions::rename(const QString &uuid, const QString &name)
     const QString former = QString::fromStdString(item->name());
     const bool isRenamed = item->changeName(name);
     emit assetsChanged({uuid.toStdString()});
-    return isRenamed ? QString() : tr("\"%1\" could not be renamed. May its folder be written?").arg(former);
+    if (isRenamed)
+        return {};
+    const QString reason = DiskTrouble::advice(item->directoryUrl().toLocalFile(), tr("May its folder be written?"));
+    return tr("\"%1\" could not be renamed.").arg(former) + ' ' + reason;
 }
 
 void LibraryActions::renameFolder(const QString &path, const QString &name)
@@ -162,7 +166,8 @@ QString LibraryActions::createFolder(const QString &parent)
     const QString name = manager->getUniqueDirectoryName(QUrl::fromLocalFile(parent), tr("New folder"));
     QString path = parent + '/' + name;
     if (!QDir().mkpath(path)) {
-        report({tr("No folder could be made in \"%1\". May it be written?").arg(nameOf(parent))});
+        report({tr("No folder could be made in \"%1\".").arg(nameOf(parent)) + ' ' +
+                DiskTrouble::advice(parent, tr("May its folder be written?"))});
         return {};
     }
     emit foldersChanged({parent});
@@ -342,7 +347,10 @@ QString LibraryActions::retag(const QString &uuid, const QStringList &tags)
         edit.added.push_back(tag.toStdString());
     const osg::Result<void> done = kxAssetOperations::retag(uuid.toStdString(), edit);
     emit assetsChanged({uuid.toStdString()});
-    return done ? QString() : tr("The tags of \"%1\" could not be changed.").arg(name);
+    if (done)
+        return {};
+    const QString reason = DiskTrouble::advice(item->directoryUrl().toLocalFile(), {});
+    return QString(tr("The tags of \"%1\" could not be changed.").arg(name) + ' ' + reason).trimmed();
 }
 
 void LibraryActions::renderPreviews(const QStringList &uuids, QWidget *window)

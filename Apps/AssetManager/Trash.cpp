@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/Trash.h"
 
+#include "AssetManager/DiskTrouble.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -33,17 +35,13 @@ std::error_code writeOrigin(const QDir &place, const QByteArray &text)
 
 QString reasonOf(const std::error_code &error, const QString &name)
 {
-    // The second and third are what a person may use up of it.
-    for (const auto full : {std::errc::no_space_on_device, std::errc::file_too_large, std::errc(EDQUOT)})
-        if (error == full)
-            return Trash::tr(
-                       "\"%1\" could not be deleted: the disk is full, and deleted assets are kept. Empty \"Deleted "
-                       "assets\", or make room elsewhere.")
-                .arg(name);
-    for (const auto forbidden :
-         {std::errc::permission_denied, std::errc::operation_not_permitted, std::errc::read_only_file_system})
-        if (error == forbidden)
-            return Trash::tr("\"%1\" could not be deleted: you may not write into its library.").arg(name);
+    const DiskTrouble::Kind trouble = DiskTrouble::of(error);
+    if (trouble == DiskTrouble::Kind::Full)
+        return Trash::tr("\"%1\" could not be deleted: the disk is full, and deleted assets are kept. Empty \"Deleted "
+                         "assets\", or make room elsewhere.")
+            .arg(name);
+    if (trouble == DiskTrouble::Kind::Forbidden)
+        return Trash::tr("\"%1\" could not be deleted: you may not write into its library.").arg(name);
     return Trash::tr("\"%1\" could not be deleted: %2").arg(name, QString::fromStdString(error.message()));
 }
 

@@ -22,7 +22,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::UnorderedElementsAre;
 
 constexpr int Patience = 10000; // milliseconds
 

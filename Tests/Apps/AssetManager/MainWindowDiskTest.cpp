@@ -171,16 +171,16 @@ TEST_F(MainWindowDiskTest, SaysWhatMayNotBeWritten)
         type("Bog oak");
         press(Qt::Key_Return);
         settle();
-        EXPECT_EQ(takeReport(), "\"Oak\" could not be renamed. May its folder be written?");
+        EXPECT_EQ(takeReport(), "\"Oak\" could not be renamed. You may not write there.");
         clickAsset(oak);
         press(Qt::Key_Delete);
         settle();
         EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be deleted: you may not write into its library.");
         window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
-        EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed.");
+        EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed. You may not write there.");
         clickFolder(path());
         press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
-        EXPECT_EQ(takeReport(), "No folder could be made in \"lib\". May it be written?");
+        EXPECT_EQ(takeReport(), "No folder could be made in \"lib\". You may not write there.");
         dropOnFolder(path(), *chair);
         EXPECT_TRUE(takeReport().startsWith("\"Chair\" was not saved")) << reported().toStdString();
     }
@@ -203,9 +203,9 @@ TEST_F(MainWindowDiskTest, KeepsEverythingWhereTheDiskIsFull)
         const kxtest::FileSizeLimit full(0, kxtest::FileSizeLimit::Fails);
 
         window->libraries().actions().renameAsset(id(oak), "Bog oak");
-        EXPECT_EQ(takeReport(), "\"Oak\" could not be renamed. May its folder be written?");
+        EXPECT_EQ(takeReport(), "\"Oak\" could not be renamed. The disk is full.");
         window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
-        EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed.");
+        EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed. The disk is full.");
         window->libraries().actions().trashAssets({id(oak)});
         EXPECT_EQ(takeReport(),
                   "\"MAT_Oak\" could not be deleted: the disk is full, and deleted assets are kept. Empty "
