@@ -374,6 +374,7 @@ TEST_F(MainWindowDiskTest, SaysThatTheDescriptionOfAnAssetIsThatOfSomethingElse)
 
     overwriteInPlace(metadataOf(oak), "<?xml version=\"1.0\"?><recipe><egg/></recipe>");
     ASSERT_TRUE(QTest::qWaitFor([&] { return !reported().isEmpty(); }, Patience));
+    settle();
 
     EXPECT_EQ(takeReport(),
               QString("The asset in \"%1\" cannot be read: its description is not that of an asset.").arg(directory));
