@@ -24,12 +24,13 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     });
     connect(&_scan, &LibraryScan::folderFailed, this, [this](const QString &folder, const QString &reason) {
         const QFileInfo info(folder);
-        if (_folders.libraryOf(folder) == folder)
-            _folders.setProblem(folder, reason);
-        else if (!info.exists() && QFileInfo(info.path()).isDir()) {
+        const bool isLibrary = _folders.libraryOf(folder) == folder;
+        if (!isLibrary && !info.exists() && QFileInfo(info.path()).isDir()) {
             _scan.refresh(info.path()); // it was moved or removed before its turn came, as folders may be
             return;
         }
+        if (isLibrary)
+            _folders.setProblem(folder, reason);
         emit failed({reason});
     });
     connect(&_watcher, &LibraryWatcher::changed, this, [this](const QString &folder) {

@@ -26,7 +26,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 /// What scripts and other modules ask of the asset manager, as it shows in the window.
 class MainWindowMessagesTest : public WindowFixture
