@@ -14,6 +14,14 @@ template <class Member> std::ptrdiff_t tableEntryOf(Member member)
     return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void *));
 }
 
+/// Without what AddressSanitizer puts behind each object, which is empty and may not be read under its eyes.
+__attribute__((no_sanitize("address"))) inline std::size_t withoutEmptyEnd(const void *const *table, std::size_t count)
+{
+    while (count > 0 && !table[count - 1])
+        --count;
+    return count;
+}
+
 /// How many entries for operations a table of virtual operations has, of which this is the symbol in a library that the
 /// program uses, like "_ZTV11kxAssetItem"; 0 when there is no such table.
 inline std::size_t tableEntriesOf(const char *symbol)
@@ -24,5 +32,6 @@ inline std::size_t tableEntriesOf(const char *symbol)
     const void *table = dlsym(RTLD_DEFAULT, symbol);
     if (!table || dladdr1(table, &information, &found, RTLD_DL_SYMENT) == 0 || !found)
         return 0;
-    return static_cast<const ElfW(Sym) *>(found)->st_size / sizeof(void *) - EntriesBefore;
+    const std::size_t size = static_cast<const ElfW(Sym) *>(found)->st_size / sizeof(void *);
+    return withoutEmptyEnd(static_cast<const void *const *>(table), size) - EntriesBefore;
 }
