@@ -46,9 +46,9 @@ keep() {
 sheet() {
     local view panels=()
     for view in folders tree details property material environment plate view; do
-        panels+=("$folder/$view-$1.png")
+        panels+=("$folder/$view-$1.png" --ch 'R,G,B,A=1')
     done
-    oiiotool "${panels[@]}" --ch R,G,B --mosaic:pad=12:fit=360x420 4x2 -d uint8 --compression zip:9 \
+    oiiotool "${panels[@]}" --mosaic:pad=12:fit=360x420 4x2 -d uint8 --compression zip:9 \
         -o "$images/panels-$1.png"
     printf '%s\n' "$images/panels-$1.png"
 }

@@ -103,7 +103,7 @@ function(kx_add_tests name)
     DISCOVERY_TIMEOUT 120
     NO_PRETTY_VALUES
     PROPERTIES
-      TIMEOUT 300
+      TIMEOUT 900
       LABELS ${name}
   )
 endfunction()
