@@ -76,7 +76,7 @@ TEST_F(MainWindowMessagesTest, OverwritesAnAssetByTheSceneAndShowsItAsStored)
     EXPECT_THAT(names(), ElementsAre("Chair"));
     const osg::FCRef<osg::Node> stored(kxGeometryAssetItem::loadNodeFromUUID(chairAsset));
     EXPECT_EQ(stored->getNChildren(), 2U);
-    EXPECT_EQ(stateOf(chairAsset), std::uint32_t{AssetStates::InScene});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return stateOf(chairAsset) == AssetStates::InScene; }, Patience));
 }
 
 TEST_F(MainWindowMessagesTest, SaysInFrontOfTheWindowWhatDiffers)
@@ -117,7 +117,7 @@ TEST_F(MainWindowMessagesTest, ListsAPlateThatAScriptLoads)
 
     EXPECT_THAT(shown(*widget<QTreeView>("plateTree").model()), ElementsAre("Logo"));
     EXPECT_TRUE(window->isWindowModified());
-    EXPECT_NE(stateOf(logo) & AssetStates::InScene, 0U);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return (stateOf(logo) & AssetStates::InScene) != 0; }, Patience));
 }
 
 TEST_F(MainWindowMessagesTest, DrawsTheSceneAnewForTheBroadcast)
