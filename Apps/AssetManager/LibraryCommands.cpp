@@ -63,8 +63,7 @@ void MergeCommand::undo()
 void MergeCommand::redo()
 {
     _moves.redo();
-    if (!std::exchange(_isDone, false))
-        _actions.removeEmptyFolders(_emptied);
+    _actions.removeEmptyFolders(_emptied); // the first time they are gone already
 }
 
 RenameCommand::RenameCommand(LibraryActions &actions, const QString &uuid, const QString &former, const QString &name)

@@ -36,7 +36,6 @@ private:
     LibraryActions &_actions;
     MoveCommand _moves;
     QStringList _emptied;
-    bool _isDone = true;
 };
 
 /// An asset that got another name.
