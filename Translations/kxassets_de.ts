@@ -707,6 +707,25 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
 </context>
 <context>
+    <name>KeptVersion</name>
+    <message>
+        <source>&quot;%1&quot; was left as it is: the disk is too full to keep its present version.</source>
+        <translation>„%1“ blieb, wie es ist: Die Platte ist zu voll, um den jetzigen Stand aufzuheben.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was left as it is: its present version could not be kept (%2).</source>
+        <translation>„%1“ blieb, wie es ist: Der jetzige Stand konnte nicht aufgehoben werden (%2).</translation>
+    </message>
+    <message>
+        <source>The former version of &quot;%1&quot; is not there any more: the deleted assets were removed for good.</source>
+        <translation>Der frühere Stand von „%1“ ist nicht mehr da: Die gelöschten Assets wurden endgültig entfernt.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be put back: something else is at its place now.</source>
+        <translation>„%1“ konnte nicht zurückgelegt werden: An seinem Platz liegt jetzt etwas anderes.</translation>
+    </message>
+</context>
+<context>
     <name>LibraryActions</name>
     <message>
         <source>&quot;%1&quot; could not be put back: something else is at its place now.</source>
@@ -841,6 +860,24 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>No folder could be made in &quot;%1&quot;.</source>
         <translation>In „%1“ konnte kein Ordner angelegt werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>New previews of %n asset(s)</source>
+        <translation>
+            <numerusform>Neue Vorschau von %n Asset</numerusform>
+            <numerusform>Neue Vorschauen von %n Assets</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Saving over %n asset(s)</source>
+        <translation>
+            <numerusform>Überschreiben von %n Asset</numerusform>
+            <numerusform>Überschreiben von %n Assets</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was left: there is something in it, or it may not be removed.</source>
+        <translation>„%1“ blieb: Es liegt etwas darin, oder der Ordner darf nicht entfernt werden.</translation>
     </message>
 </context>
 <context>
@@ -1482,16 +1519,6 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <source>Asset Manager</source>
         <translation>Asset Manager</translation>
     </message>
-    <message numerus="yes">
-        <source>%n stored asset(s) will be replaced by what the scene has of them.
-This cannot be undone.</source>
-        <translation>
-            <numerusform>%n gespeichertes Asset wird durch das ersetzt, was die Szene davon hat.
-Das lässt sich nicht rückgängig machen.</numerusform>
-            <numerusform>%n gespeicherte Assets werden durch das ersetzt, was die Szene davon hat.
-Das lässt sich nicht rückgängig machen.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>The scene was changed. Save it before it is closed?</source>
         <translation>Die Szene wurde geändert. Vor dem Schließen speichern?</translation>
@@ -1539,6 +1566,13 @@ Das lässt sich nicht rückgängig machen.</numerusform>
     <message>
         <source>Show &amp;everything</source>
         <translation>All&amp;es zeigen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stored asset(s) will be replaced by what the scene has of them.</source>
+        <translation>
+            <numerusform>%n gespeichertes Asset wird durch das ersetzt, was die Szene davon hat.</numerusform>
+            <numerusform>%n gespeicherte Assets werden durch das ersetzt, was die Szene davon hat.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1714,6 +1748,10 @@ Das lässt sich nicht rückgängig machen.</numerusform>
     <message>
         <source>&quot;%1&quot; could not be deleted: %2</source>
         <translation>„%1“ konnte nicht gelöscht werden: %2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be kept in its library: %2</source>
+        <translation>„%1“ konnte in der Bibliothek nicht aufgehoben werden: %2</translation>
     </message>
 </context>
 <context>

@@ -92,6 +92,20 @@
             <numerusform>Tags of %n assets</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>New previews of %n asset(s)</source>
+        <translation>
+            <numerusform>New preview of %n asset</numerusform>
+            <numerusform>New previews of %n assets</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Saving over %n asset(s)</source>
+        <translation>
+            <numerusform>Saving over %n asset</numerusform>
+            <numerusform>Saving over %n assets</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -123,13 +137,10 @@
 <context>
     <name>SceneSide</name>
     <message numerus="yes">
-        <source>%n stored asset(s) will be replaced by what the scene has of them.
-This cannot be undone.</source>
+        <source>%n stored asset(s) will be replaced by what the scene has of them.</source>
         <translation>
-            <numerusform>%n stored asset will be replaced by what the scene has of it.
-This cannot be undone.</numerusform>
-            <numerusform>%n stored assets will be replaced by what the scene has of them.
-This cannot be undone.</numerusform>
+            <numerusform>%n stored asset will be replaced by what the scene has of it.</numerusform>
+            <numerusform>%n stored assets will be replaced by what the scene has of them.</numerusform>
         </translation>
     </message>
 </context>

@@ -2,11 +2,14 @@
 #include "AssetManager/LibraryActions.h"
 
 #include "AssetManager/AssetModel.h"
+#include "AssetManager/AttachmentChanges.h"
 #include "AssetManager/DirectoryMove.h"
 #include "AssetManager/DiskTrouble.h"
 #include "AssetManager/FolderMerge.h"
 #include "AssetManager/FolderModel.h"
 #include "AssetManager/LibraryCommands.h"
+#include "AssetManager/ReplaceCommand.h"
+#include "AssetManager/SceneCommand.h"
 #include "AssetManager/Trash.h"
 #include "AssetSession/kxAssetOperations.h"
 #include "AssetSession/kxNodeSaving.h"
@@ -14,13 +17,17 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxUrlManager.h"
+#include "Kernel/kxController.h"
+#include "Kernel/kxMessage.h"
 #include "Kernel/kxNodeUtils.h"
+#include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/NameAttachment.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 #include <QProgressDialog>
 #include <QUndoStack>
 #include <QUrl>
@@ -38,6 +45,14 @@ kxAssetItem *itemOf(const QString &uuid)
 QString nameOf(const QString &path)
 {
     return QFileInfo(path).fileName();
+}
+
+/// Of the asset that an object of the scene came from; "" for none.
+std::string uuidOf(std::uint32_t id)
+{
+    const auto container = osg::AttachmentContainerPtr::dcast(osg::FieldContainerFactory::the().getContainer(id));
+    const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(container);
+    return attachment ? attachment->getUuid() : std::string();
 }
 
 /// Registers what lies in a directory that was brought to its place.
@@ -171,6 +186,7 @@ QString LibraryActions::createFolder(const QString &parent)
         return {};
     }
     emit foldersChanged({parent});
+    _undo.push(std::make_unique<NewFolderCommand>(*this, path).release()); // the stack's
     return path;
 }
 
@@ -246,6 +262,15 @@ void LibraryActions::mergeFolder(const QString &path, const QString &folder, QSt
         _undo.push(std::make_unique<MergeCommand>(*this, tr("Merge of \"%1\"").arg(nameOf(path)), std::move(moves),
                                                   merge.emptied())
                        .release());
+}
+
+void LibraryActions::noteReplaced(const std::string &uuid, const QString &directory)
+{
+    if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid))
+        item->setDirectoryUrl(QUrl::fromLocalFile(directory));
+    collect(directory); // with the metadata that it has now
+    emit assetsChanged({uuid});
+    emit foldersChanged({QFileInfo(directory).path()});
 }
 
 void LibraryActions::makeFolders(const QStringList &paths)
@@ -359,18 +384,32 @@ void LibraryActions::renderPreviews(const QStringList &uuids, QWidget *window)
     progress.setObjectName(QStringLiteral("previewProgress"));
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(0);
+    auto renewal = std::make_unique<ReplaceCommand>(*this, tr("New previews of %n asset(s)", nullptr, uuids.size()));
     QStringList failures;
     for (int i = 0; i < uuids.size() && !progress.wasCanceled(); ++i) {
         progress.setValue(i);
         QCoreApplication::processEvents();
-        kxAssetItem *item = itemOf(uuids[i]);
-        const QString name = item ? QString::fromStdString(item->name()) : uuids[i];
-        if (!kxAssetOperations::renderPreview(uuids[i].toStdString()))
-            failures.append(tr("No new preview could be made of \"%1\".").arg(name));
-        emit assetsChanged({uuids[i].toStdString()});
+        if (const QString reason = renderPreview(uuids[i].toStdString(), *renewal); !reason.isEmpty())
+            failures.append(reason);
     }
     progress.reset();
+    renewal->settle();
+    if (!renewal->isEmpty())
+        _undo.push(renewal.release()); // the stack's
     report(failures);
+}
+
+/// "" or the reason why not.
+QString LibraryActions::renderPreview(const std::string &uuid, ReplaceCommand &renewal)
+{
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+    const QString name = QString::fromStdString(item ? item->name() : uuid);
+    if (const QString file = kxAssetOperations::previewFile(uuid); !file.isEmpty())
+        if (QString reason = renewal.keepFile(uuid, file); !reason.isEmpty())
+            return reason;
+    const bool isRendered = bool(kxAssetOperations::renderPreview(uuid));
+    emit assetsChanged({uuid});
+    return isRendered ? QString() : tr("No new preview could be made of \"%1\".").arg(name);
 }
 
 void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder)
@@ -413,6 +452,40 @@ void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const 
     }
     emit foldersChanged({folder});
     remember(saved, tr("Saving of %n material(s)", nullptr, static_cast<int>(saved.size())));
+    report(failures);
+}
+
+void LibraryActions::overwrite(const std::vector<std::uint32_t> &ids)
+{
+    auto replacing =
+        std::make_unique<ReplaceCommand>(*this, tr("Saving over %n asset(s)", nullptr, static_cast<int>(ids.size())));
+    QStringList failures;
+    std::vector<std::uint32_t> saved;
+    for (const std::uint32_t id : ids) {
+        const QString reason = replacing->keepAsset(uuidOf(id));
+        if (reason.isEmpty())
+            saved.push_back(id);
+        else
+            failures.append(reason);
+    }
+    const AttachmentChanges attachments(saved);
+    kxMessage message;
+    message.set("containerIds", saved);
+    kxController::call("overwriteAssets", message);
+    failures += message.get<QStringList>("failures").value_or(QStringList());
+    replacing->settle();
+    if (!replacing->isEmpty()) {
+        auto marks = std::make_unique<SceneCommand>(
+            replacing->text(), [actions = QPointer<LibraryActions>(this)](const QStringList &reasons) {
+                if (actions)
+                    actions->report(reasons);
+            });
+        attachments.adoptInto(*marks);
+        _undo.beginMacro(replacing->text());
+        _undo.push(replacing.release()); // the stack's
+        _undo.push(marks.release());
+        _undo.endMacro();
+    }
     report(failures);
 }
 

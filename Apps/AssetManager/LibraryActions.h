@@ -13,6 +13,7 @@
 
 class AssetModel;
 class FolderModel;
+class ReplaceCommand;
 class QUndoStack;
 class QWidget;
 
@@ -44,6 +45,9 @@ public:
 
     void saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder);
     void saveMaterials(const std::vector<std::uint32_t> &ids, const QString &folder);
+    /// Saves objects of the scene over the assets that they came from. What an asset was is kept for undo; one of which it
+    /// cannot be kept is not saved.
+    void overwrite(const std::vector<std::uint32_t> &ids);
     /// Lets undo move into the trash what an import or a save has made.
     void remember(const std::vector<std::string> &uuids, const QString &text);
 
@@ -63,6 +67,8 @@ public:
     void makeFolders(const QStringList &paths);
     /// Those of them that are empty, the last first.
     void removeEmptyFolders(const QStringList &paths);
+    /// That another version of the asset is in this directory now.
+    void noteReplaced(const std::string &uuid, const QString &directory);
     void report(const QStringList &failures);
     /// The open library that holds the path, "" for none.
     QString libraryOf(const QString &path) const;
@@ -89,6 +95,7 @@ private:
     void finish(Batch batch);
     void moveInto(const QString &folder, const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
+    QString renderPreview(const std::string &uuid, ReplaceCommand &renewal);
     void mergeFolder(const QString &path, const QString &folder, QStringList &failures);
     std::vector<std::string> assetsIn(const QString &path) const;
     /// The directories of these assets, each once, with all assets in them.

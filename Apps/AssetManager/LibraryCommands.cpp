@@ -66,6 +66,24 @@ void MergeCommand::redo()
     _actions.removeEmptyFolders(_emptied); // the first time they are gone already
 }
 
+NewFolderCommand::NewFolderCommand(LibraryActions &actions, const QString &path)
+    : QUndoCommand(LibraryActions::tr("New folder")), _actions(actions), _path(path)
+{}
+
+void NewFolderCommand::undo()
+{
+    _actions.removeEmptyFolders({_path});
+    if (QFileInfo(_path).isDir())
+        _actions.report({LibraryActions::tr("\"%1\" was left: there is something in it, or it may not be removed.")
+                             .arg(QFileInfo(_path).fileName())});
+}
+
+void NewFolderCommand::redo()
+{
+    if (!std::exchange(_isDone, false))
+        _actions.makeFolders({_path});
+}
+
 RenameCommand::RenameCommand(LibraryActions &actions, const QString &uuid, const QString &former, const QString &name)
     : QUndoCommand(LibraryActions::tr("Rename of \"%1\"").arg(former)), _actions(actions), _uuid(uuid), _former(former),
       _name(name)

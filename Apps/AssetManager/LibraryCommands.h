@@ -38,6 +38,21 @@ private:
     QStringList _emptied;
 };
 
+/// A folder that was made. It is made when that is done already.
+class NewFolderCommand final : public QUndoCommand
+{
+public:
+    NewFolderCommand(LibraryActions &actions, const QString &path);
+
+    void undo() override;
+    void redo() override;
+
+private:
+    LibraryActions &_actions;
+    QString _path;
+    bool _isDone = true;
+};
+
 /// An asset that got another name.
 class RenameCommand final : public QUndoCommand
 {

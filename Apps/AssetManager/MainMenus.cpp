@@ -84,7 +84,7 @@ void MainMenus::makeAssetMenu()
     LibraryActions &actions = _window.libraries().actions();
     menu->addAction(tr("&Load into the scene"), &_window, &MainWindow::loadChosen, QStringLiteral("Ctrl+Return"));
     menu->addAction(tr("Save the scene's copy &over it..."), this,
-                    [this] { _window.scene().overwrite(_window.selectedIds()); });
+                    [this, &actions] { _window.scene().overwrite(_window.selectedIds(), actions); });
     menu->addAction(tr("&Favourite"), this, &MainMenus::toggleFavourite, QStringLiteral("Ctrl+D"));
     menu->addAction(
         tr("Render &previews anew"), this,

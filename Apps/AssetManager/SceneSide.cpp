@@ -3,6 +3,7 @@
 
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/EnvironmentPanel.h"
+#include "AssetManager/LibraryActions.h"
 #include "AssetManager/MaterialPanel.h"
 #include "AssetManager/PlatePanel.h"
 #include "AssetManager/PropertyPanel.h"
@@ -12,7 +13,6 @@
 #include "Kernel/kxController.h"
 #include "Kernel/kxControllerNotifier.h"
 #include "Kernel/kxMaterials.h"
-#include "Kernel/kxMessage.h"
 #include "Kernel/kxModalQuestion.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSelectionManager.h"
@@ -109,7 +109,7 @@ void SceneSide::load(const QStringList &uuids)
         _actions->loadPlates(byCategory[Sceneplate], nullptr);
 }
 
-void SceneSide::overwrite(const QStringList &uuids)
+void SceneSide::overwrite(const QStringList &uuids, LibraryActions &library)
 {
     std::vector<std::uint32_t> ids;
     for (const QString &uuid : uuids) {
@@ -125,16 +125,10 @@ void SceneSide::overwrite(const QStringList &uuids)
     }
     const auto answer = kxModalQuestion::warning(
         &_window, tr("Asset Manager"),
-        tr("%n stored asset(s) will be replaced by what the scene has of them.\nThis cannot be undone.", nullptr,
-           static_cast<int>(ids.size())),
+        tr("%n stored asset(s) will be replaced by what the scene has of them.", nullptr, static_cast<int>(ids.size())),
         QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
-    if (answer != QMessageBox::Save)
-        return;
-    kxMessage message;
-    message.set("containerIds", ids);
-    kxController::call("overwriteAssets", message);
-    if (const QStringList failures = message.get<QStringList>("failures").value_or(QStringList()); !failures.isEmpty())
-        emit _actions->failed(failures);
+    if (answer == QMessageBox::Save)
+        library.overwrite(ids);
 }
 
 bool SceneSide::mayLeaveScene()

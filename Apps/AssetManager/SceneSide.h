@@ -8,6 +8,7 @@
 #include <vector>
 
 class AssetModel;
+class LibraryActions;
 class MaterialPanel;
 class QDockWidget;
 class QMainWindow;
@@ -36,7 +37,7 @@ public:
     /// Brings assets into the scene: materials onto the selected nodes, or into the scene's materials where none is.
     void load(const QStringList &uuids);
     /// Saves what the scene has of these assets over them, after asking.
-    void overwrite(const QStringList &uuids);
+    void overwrite(const QStringList &uuids, LibraryActions &library);
     /// Whether the scene may go; asks where it was changed.
     bool mayLeaveScene();
 

@@ -59,7 +59,7 @@ bool Trash::isTrash(const QString &path)
 
 osg::Result<QString> Trash::makePlaceFor(const QString &path) const
 {
-    const QDir place(folder() + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces));
+    const QDir place(makeName());
     // Relative, so that the library may move.
     const QByteArray text = QDir(_library).relativeFilePath(QFileInfo(path).path()).toUtf8();
     if (const std::error_code error = writeOrigin(place, text)) {
@@ -67,6 +67,24 @@ osg::Result<QString> Trash::makePlaceFor(const QString &path) const
         return osg::Failure{reasonOf(error, QFileInfo(path).fileName()).toStdString()};
     }
     return place.filePath(QFileInfo(path).fileName());
+}
+
+QString Trash::makeName() const
+{
+    return folder() + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+osg::Result<QString> Trash::makeHiddenPlaceFor(const QString &path) const
+{
+    const QDir place(makeName());
+    std::error_code error;
+    std::filesystem::create_directories(place.path().toStdU16String(), error);
+    const QString name = QFileInfo(path).fileName();
+    if (!error)
+        return place.filePath(name);
+    return osg::Failure{tr("\"%1\" could not be kept in its library: %2")
+                            .arg(name, QString::fromStdString(error.message()))
+                            .toStdString()};
 }
 
 std::vector<Trash::Entry> Trash::entries() const

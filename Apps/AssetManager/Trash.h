@@ -26,6 +26,8 @@ public:
 
     /// A new place for what lies at \a path, whose folder is made; it remembers where that was. Fails with a sentence for people.
     osg::Result<QString> makePlaceFor(const QString &path) const;
+    /// The same for what is kept without having been deleted: entries() leave it out.
+    osg::Result<QString> makeHiddenPlaceFor(const QString &path) const;
     /// The latest first.
     std::vector<Entry> entries() const;
     /// Removes everything for good. False when something is left.
@@ -36,6 +38,7 @@ public:
 
 private:
     QString folder() const;
+    QString makeName() const;
 
     QString _library;
 };

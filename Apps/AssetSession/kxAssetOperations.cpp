@@ -47,7 +47,7 @@ void apply(const kxAssetOperations::TagEdit &edit, const osg::MaterialPtr &mater
 }
 
 /// The file that is looked for as the preview of the asset in this directory; empty when there is no asset.
-QString previewFile(kxUrlManager &manager, const QUrl &directory)
+QString findPreviewFile(kxUrlManager &manager, const QUrl &directory)
 {
     for (const char *pattern : {"*.osb", "*.xml"})
         for (const QUrl &file : manager.files(directory, {QLatin1String(pattern)}, QDir::NoSort)) {
@@ -95,10 +95,17 @@ osg::Result<void> kxAssetOperations::renderPreview(const std::string &uuid)
     if (kxMaterialAssetItem *rendered = materialItem(uuid))
         rendered->invalidateMaterial();
     const osg::ImagePtr image = kxMaterials::getPreviewImage(material.get());
-    const QString file = previewFile(*kxUrlManager::getUrlManager(directory), directory);
+    const QString file = findPreviewFile(*kxUrlManager::getUrlManager(directory), directory);
     if (!image || file.isEmpty() || !image->write(file.toStdString()))
         return osg::Failure{"the preview of '" + name + "' could not be written"};
     return {};
+}
+
+QString kxAssetOperations::previewFile(const std::string &uuid)
+{
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+    kxUrlManager *manager = item ? kxUrlManager::getUrlManager(item->directoryUrl()) : nullptr;
+    return manager ? findPreviewFile(*manager, item->directoryUrl()) : QString();
 }
 
 bool kxAssetOperations::hasPreview(const std::string &uuid)

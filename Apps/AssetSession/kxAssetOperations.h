@@ -5,6 +5,8 @@
 #include "AssetSession/kxAssetLibrary.h"
 #include "SceneGraph/Result.h"
 
+#include <QString>
+
 #include <string>
 #include <vector>
 
@@ -29,6 +31,8 @@ public:
     static osg::Result<void> retag(const std::string &uuid, const TagEdit &edit);
     /// Renders a material asset's preview anew. Its payload stays untouched, so that nothing counts as changed.
     static osg::Result<void> renderPreview(const std::string &uuid);
+    /// Where the preview of an asset is, or would be; "" for what is not registered or has no files.
+    static QString previewFile(const std::string &uuid);
     static bool hasPreview(const std::string &uuid);
 
     /// The name of a composite asset of the library, none of \a but, that is made of the asset; "" when there is none.

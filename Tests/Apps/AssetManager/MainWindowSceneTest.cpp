@@ -283,7 +283,7 @@ TEST_F(MainWindowSceneTest, SavesTheScenesCopyOverTheAssetAfterAsking)
     auto answer = QMessageBox::Cancel;
     int asked = 0;
     kxModalQuestion::setAnswerer([&](const kxModalQuestion::Question &question) {
-        asked += question.text.contains("cannot be undone");
+        asked += question.text.contains("will be replaced by what the scene has");
         return answer;
     });
     QAction *overwrite = nullptr;
@@ -310,7 +310,7 @@ TEST_F(MainWindowSceneTest, SaysThatTheSceneHasNoCopy)
     const std::string oak = storeMaterial("Oak");
     open();
 
-    window->scene().overwrite({id(oak)});
+    window->scene().overwrite({id(oak)}, window->libraries().actions());
 
     EXPECT_EQ(reported(), "The scene has no copy of these assets.");
 }

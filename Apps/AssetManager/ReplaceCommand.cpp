@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/ReplaceCommand.h"
+
+#include "AssetManager/LibraryActions.h"
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
+
+#include <QUrl>
+
+#include <utility>
+
+namespace {
+
+/// "" where it is not registered.
+QString directoryOf(const std::string &uuid)
+{
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+    return item ? item->directoryUrl().toLocalFile() : QString();
+}
+
+} // namespace
+
+ReplaceCommand::ReplaceCommand(LibraryActions &actions, const QString &text) : QUndoCommand(text), _actions(actions) {}
+
+ReplaceCommand::~ReplaceCommand() = default;
+
+QString ReplaceCommand::keepAsset(const std::string &uuid)
+{
+    return keep(uuid, directoryOf(uuid), true);
+}
+
+QString ReplaceCommand::keepFile(const std::string &uuid, const QString &file)
+{
+    return keep(uuid, file, false);
+}
+
+QString ReplaceCommand::keep(const std::string &uuid, const QString &path, bool isDirectory)
+{
+    if (path.isEmpty())
+        return {}; // nothing can replace what is not there
+    KeptVersion version{Trash(_actions.libraryOf(path))};
+    QString reason = version.keep(path);
+    if (reason.isEmpty())
+        _replaced.push_back({uuid, std::move(version), isDirectory});
+    return reason;
+}
+
+void ReplaceCommand::settle()
+{
+    std::vector<Replaced> replaced;
+    for (Replaced &one : _replaced) {
+        const QString now = one.isDirectory ? directoryOf(one.uuid) : one.version.place();
+        if (now.isEmpty() || !one.version.isReplacedAt(now))
+            continue;
+        one.version.setPlaceOfNewer(now);
+        replaced.push_back(std::move(one));
+    }
+    _replaced = std::move(replaced);
+}
+
+void ReplaceCommand::exchange()
+{
+    QStringList failures;
+    for (Replaced &one : _replaced) {
+        if (const QString reason = one.version.exchange(); !reason.isEmpty())
+            failures.append(reason);
+        else
+            _actions.noteReplaced(one.uuid, one.isDirectory ? one.version.place() : directoryOf(one.uuid));
+    }
+    _actions.report(failures);
+}
+
+void ReplaceCommand::undo()
+{
+    exchange();
+}
+
+void ReplaceCommand::redo()
+{
+    if (!std::exchange(_isDone, false))
+        exchange();
+}
