@@ -879,6 +879,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>&quot;%1&quot; was left: there is something in it, or it may not be removed.</source>
         <translation>„%1“ blieb: Es liegt etwas darin, oder der Ordner darf nicht entfernt werden.</translation>
     </message>
+    <message>
+        <source>Restoring of &quot;%1&quot;</source>
+        <translation>Zurücklegen von „%1“</translation>
+    </message>
 </context>
 <context>
     <name>LibraryScan</name>

@@ -323,9 +323,9 @@ void LibraryActions::restore(const QString &trashed, const QString &origin)
     if (!manager)
         return;
     const QString name = manager->getUniqueDirectoryName(QUrl::fromLocalFile(origin), nameOf(trashed));
-    const Move move{trashed, origin + '/' + name, {}};
-    const QString reason = carryOut(move);
-    report(reason.isEmpty() ? QStringList() : QStringList(reason));
+    Batch batch{tr("Restoring of \"%1\"").arg(nameOf(trashed)), 1, {}, {}};
+    perform(batch, {trashed, origin + '/' + name, {}});
+    finish(batch);
 }
 
 void LibraryActions::editTags(const QStringList &uuids, const QStringList &added, const QStringList &removed)

@@ -22,6 +22,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 constexpr int Patience = 10000; // milliseconds
 
@@ -289,6 +290,33 @@ TEST_F(LibrarySideTest, RestoresFromTheTrashLater)
     finishScan();
 
     EXPECT_THAT(names(), ElementsAre("Oak"));
+}
+
+TEST_F(LibrarySideTest, PutsWhatWasRestoredIntoTheTrashAgain)
+{
+    const std::string uuid = storeMaterial("Oak");
+    open();
+    side.actions().trashAssets({id(uuid)});
+    const Trash::Entry entry = Trash(path()).entries().front();
+    side.actions().restore(entry.path, entry.origin);
+    finishScan();
+
+    stack.undo();
+    finishScan();
+
+    EXPECT_THAT(names(), IsEmpty());
+    ASSERT_EQ(Trash(path()).entries().size(), 1U);
+    EXPECT_EQ(Trash(path()).entries().front().origin, entry.origin);
+    EXPECT_EQ(kxAssetItemFactory::the().findItem(uuid), nullptr);
+    stack.redo();
+    finishScan();
+    EXPECT_THAT(names(), ElementsAre("Oak"));
+    stack.undo();
+    stack.undo(); // the deletion itself
+    finishScan();
+    EXPECT_THAT(names(), ElementsAre("Oak"));
+    EXPECT_TRUE(Trash(path()).entries().empty());
+    EXPECT_EQ(reported, QStringList());
 }
 
 TEST_F(LibrarySideTest, MovesFoldersWithTheirAssets)
