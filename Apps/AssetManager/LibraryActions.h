@@ -51,7 +51,7 @@ public:
     /// Lets undo move into the trash what an import or a save has made.
     void remember(const std::vector<std::string> &uuids, const QString &text);
 
-    /// A directory that goes from one place to another, with the assets in it; where none is named, those that are in it then.
+    /// A directory that goes from one place to another, with the assets in it that are known; reading finds the others.
     struct Move
     {
         QString from;
@@ -70,7 +70,6 @@ public:
     /// That another version of the asset is in this directory now.
     void noteReplaced(const std::string &uuid, const QString &directory);
     void report(const QStringList &failures);
-    std::vector<std::string> assetsIn(const QString &path) const;
     /// The open library that holds the path, "" for none.
     QString libraryOf(const QString &path) const;
 
@@ -98,6 +97,7 @@ private:
     void trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     QString renderPreview(const std::string &uuid, ReplaceCommand &renewal);
     void mergeFolder(const QString &path, const QString &folder, QStringList &failures);
+    std::vector<std::string> assetsIn(const QString &path) const;
     /// The directories of these assets, each once, with all assets in them.
     std::vector<std::pair<QString, std::vector<std::string>>> directoriesOf(const QStringList &uuids) const;
 

@@ -20,8 +20,6 @@ QString takeBack(LibraryActions &actions, LibraryActions::Move &move)
             return QString::fromStdString(place.reason());
         move.from = place.value();
     }
-    if (move.uuids.empty())
-        move.uuids = actions.assetsIn(move.to);
     return actions.carryOut({move.to, move.from, move.uuids});
 }
 
