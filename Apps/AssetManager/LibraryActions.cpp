@@ -473,20 +473,26 @@ void LibraryActions::overwrite(const std::vector<std::uint32_t> &ids)
     message.set("containerIds", saved);
     kxController::call("overwriteAssets", message);
     failures += message.get<QStringList>("failures").value_or(QStringList());
-    replacing->settle();
-    if (!replacing->isEmpty()) {
-        auto marks = std::make_unique<SceneCommand>(
-            replacing->text(), [actions = QPointer<LibraryActions>(this)](const QStringList &reasons) {
-                if (actions)
-                    actions->report(reasons);
-            });
-        attachments.adoptInto(*marks);
-        _undo.beginMacro(replacing->text());
-        _undo.push(replacing.release()); // the stack's
-        _undo.push(marks.release());
-        _undo.endMacro();
-    }
+    finish(std::move(replacing), attachments);
     report(failures);
+}
+
+/// What became of the disk and of the scene is one step.
+void LibraryActions::finish(std::unique_ptr<ReplaceCommand> replacing, const AttachmentChanges &attachments)
+{
+    replacing->settle();
+    if (replacing->isEmpty())
+        return;
+    const QPointer<LibraryActions> self(this);
+    auto marks = std::make_unique<SceneCommand>(replacing->text(), [self](const QStringList &reasons) {
+        if (self)
+            self->report(reasons);
+    });
+    attachments.adoptInto(*marks);
+    _undo.beginMacro(replacing->text());
+    _undo.push(replacing.release()); // the stack's
+    _undo.push(marks.release());
+    _undo.endMacro();
 }
 
 void LibraryActions::remember(const std::vector<std::string> &uuids, const QString &text)

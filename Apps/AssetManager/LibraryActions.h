@@ -8,10 +8,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 class AssetModel;
+class AttachmentChanges;
 class FolderModel;
 class ReplaceCommand;
 class QUndoStack;
@@ -93,6 +95,7 @@ private:
     };
     void perform(Batch &batch, const Move &move);
     void finish(Batch batch);
+    void finish(std::unique_ptr<ReplaceCommand> replacing, const AttachmentChanges &attachments);
     void moveInto(const QString &folder, const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     QString renderPreview(const std::string &uuid, ReplaceCommand &renewal);
