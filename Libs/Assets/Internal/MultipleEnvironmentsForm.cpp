@@ -14,8 +14,6 @@ namespace {
 void setUpList(QListWidget &list)
 {
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::MinimumExpanding);
-    policy.setHorizontalStretch(0);
-    policy.setVerticalStretch(0);
     policy.setHeightForWidth(list.sizePolicy().hasHeightForWidth());
     list.setSizePolicy(policy);
     list.setEditTriggers(QAbstractItemView::NoEditTriggers);

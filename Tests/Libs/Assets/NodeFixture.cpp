@@ -2,8 +2,12 @@
 #include "NodeFixture.h"
 
 #include "Kernel/NodeUtils.h"
+#include "Kernel/kxNodeKeys.h"
+#include "Kernel/kxScenegraph.h"
 #include "SceneGraph/AssetAttachment.h"
+#include "SceneGraph/Constraint.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/MaterialPool.h"
 #include "SceneGraph/NameAttachment.h"
 
 osg::NodePtr NodeFixture::addNode(const osg::NodePtr &parent, const osg::NodeCorePtr &core, const std::string &name)
@@ -38,6 +42,18 @@ osg::NodePtr NodeFixture::addSquare(const osg::NodePtr &parent, const std::strin
         geometry->setMaterial(material);
     }
     return addNode(parent, geometry, name);
+}
+
+void NodeFixture::addConstraint(const osg::NodePtr &a, const osg::NodePtr &b)
+{
+    const auto constraint = osg::Constraint::create();
+    {
+        const osg::CPEditor edit(constraint, osg::Constraint::EndsFieldMask);
+        constraint->editEnds() = std::vector{kxNodeKeys::make(a), kxNodeKeys::make(b)};
+    }
+    const osg::MaterialPoolPtr pool = kxScenegraph::getMaterialPool();
+    const osg::CPEditor edit(pool, osg::MaterialPool::ConstraintsFieldMask);
+    pool->editConstraints().push_back(constraint);
 }
 
 void NodeFixture::setUuid(const osg::NodePtr &node, const std::string &uuid)

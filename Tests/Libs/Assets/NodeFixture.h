@@ -19,6 +19,8 @@ protected:
     /// A square of one polygon.
     static osg::NodePtr addSquare(const osg::NodePtr &parent, const std::string &name,
                                   const osg::MaterialPtr &material = nullptr);
+    /// A constraint of the scene between the two.
+    static void addConstraint(const osg::NodePtr &a, const osg::NodePtr &b);
     static void setUuid(const osg::NodePtr &node, const std::string &uuid);
     static std::string uuidOfNode(const osg::NodePtr &node);
     /// Names, children in brackets.

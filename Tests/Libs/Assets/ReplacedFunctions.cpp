@@ -2,6 +2,7 @@
 #include "ReplacedFunctions.h"
 
 #include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxMessage.h"
 #include "Kernel/kxNodeUtils.h"
@@ -58,6 +59,19 @@ bool kxAssetItem::writeMetaData(kxAssetItemDocument &document) const
     return !(theReplaced && theReplaced->writingMetadataFails) && write(this, document);
 }
 
+kxPreviewImageLoader *kxAssetItem::getPreviewImageLoader()
+{
+    static auto *const getLoader = original<kxPreviewImageLoader *()>("_ZN11kxAssetItem21getPreviewImageLoaderEv");
+    return theReplaced && theReplaced->previewLoaderIsMissing ? nullptr : getLoader();
+}
+
+bool kxAssetItemFactory::addItem(kxAssetItem *item)
+{
+    static auto *const add =
+        original<bool(kxAssetItemFactory *, kxAssetItem *)>("_ZN18kxAssetItemFactory7addItemEP11kxAssetItem");
+    return !(theReplaced && theReplaced->addingItemsFails) && add(this, item);
+}
+
 osg::MaterialPtr kxDefaultEnvironment::getDefault()
 {
     static auto *const getDefault = original<osg::MaterialPtr()>("_ZN20kxDefaultEnvironment10getDefaultEv");
@@ -81,6 +95,16 @@ bool kxNodeUtils::setMaterial(const osg::NodePtr &node, const osg::MaterialPtr &
         theReplaced->assignments.push_back(std::string(announce ? "with a word" : "quietly") +
                                            (replace ? ", replacing" : ", keeping"));
     return set(node, material, announce, replace);
+}
+
+void kxNodeUtils::removeAttachment(const osg::NodePtr &node, const osg::FieldContainerType &type)
+{
+    static auto *const remove = original<void(const osg::NodePtr &, const osg::FieldContainerType &)>(
+        "_ZN11kxNodeUtils16removeAttachmentERKN3osg5FCPtrINS1_INS0_17FieldContainerPtrENS0_19AttachmentContainerEEENS0_"
+        "4NodeEEERKNS0_18FieldContainerTypeE");
+    if (theReplaced)
+        theReplaced->relieved.push_back(node);
+    remove(node, type);
 }
 
 kxOSGWidget *kxOSGWidget::getMGLW(int index)

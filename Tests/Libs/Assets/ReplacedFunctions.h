@@ -2,6 +2,7 @@
 #pragma once
 
 #include "SceneGraph/Material.h"
+#include "SceneGraph/Node.h"
 
 #include <QDomNode>
 
@@ -27,6 +28,12 @@ public:
     bool readingMetadataFails = false;
     bool writingMetadataFails = false;
 
+    /// Of kxAssetItem: answers none, and makes none.
+    bool previewLoaderIsMissing = false;
+
+    /// Of kxAssetItemFactory: refuses every item.
+    bool addingItemsFails = false;
+
     /// What kxDefaultEnvironment answers.
     std::optional<osg::MaterialPtr> defaultEnvironment;
 
@@ -38,6 +45,9 @@ public:
 
     /// How kxNodeUtils assigned materials: "quietly" or "with a word", and "replacing" or "keeping".
     std::vector<std::string> assignments;
+
+    /// The nodes from which kxNodeUtils was to remove an attachment.
+    std::vector<osg::NodePtr> relieved;
 
     /// The indexes of the views that kxOSGWidget was asked for.
     std::vector<int> viewsAskedFor;

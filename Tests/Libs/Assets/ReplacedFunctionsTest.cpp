@@ -2,6 +2,7 @@
 #include "ReplacedFunctions.h"
 
 #include "Assets/kxAssetItemDocument.h"
+#include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxEnvironmentNodeAssetItem.h"
 #include "Assets/kxGeometryAssetItem.h"
 #include "Assets/kxMaterialAssetItem.h"
@@ -22,9 +23,12 @@
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/UberMaterial.h"
 
+#include <QImage>
+
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -130,6 +134,39 @@ TEST_F(ReplacedFunctionsTest, LetSceneplatesWriteNothingWhereTheBaseFails)
     EXPECT_NE(document.getSceneplateType(), none);
 }
 
+TEST_F(ReplacedFunctionsTest, LetTheRegistryAnswerAnItemThatItDidNotTake)
+{
+    kxAssetItemFactory &factory = kxAssetItemFactory::the();
+    replaced.addingItemsFails = true;
+
+    const std::unique_ptr<kxAssetItem> item(factory.createOrUpdateItem(documentOf(Material)));
+
+    EXPECT_EQ(factory.itemCount(), 0);
+    ASSERT_TRUE(item);
+    EXPECT_EQ(item->name(), "Name");
+}
+
+TEST_F(ReplacedFunctionsTest, LetItemsReadTheirPreviewsAtOnceWhereThereIsNoLoader)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process in which nobody has made one
+    const QUrl directory = writeAsset("GEO_x", "");
+    QImage image(4, 2, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    ASSERT_TRUE(image.save(QString::fromStdString(_folder.file("GEO_x/asset.png"))));
+
+    EXPECT_EXIT(
+        {
+            replaced.previewLoaderIsMissing = true;
+            kxGeometryAssetItem item;
+            item.setDirectoryUrl(directory);
+            kxGeometryAssetItem without;
+            without.setDirectoryUrl(url("missing"));
+            const bool isLoaded = item.loadPreviewImage(true) && item.previewImage().size() == QSize(4, 2);
+            std::_Exit(isLoaded && !without.loadPreviewImage(true) ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST_F(ReplacedFunctionsTest, LightNoLayerByItself)
 {
     const osg::FCRef<osg::UBRDFMaterial> glowing(osg::UBRDFMaterial::create());
@@ -163,6 +200,27 @@ TEST_F(ReplacedFunctionsTest, SeeTheActionsAskedForByAttributesThatReplace)
     const kxSaveNode preparation(addGroup(kxScenegraph::getRoot(), "Chair"));
 
     EXPECT_THAT(replaced.messageAttributes, ElementsAre("node replaces", "addActionAttachment replaces"));
+}
+
+TEST_F(ReplacedFunctionsTest, SeeNothingTakenFromTheParentOfAPoolThatHangsNowhere)
+{
+    const osg::NodePtr chair = addGroup(kxScenegraph::getRoot(), "Chair");
+    const osg::NodePtr seat = addGroup(chair, "Seat");
+    addConstraint(seat, chair);
+    kxSaveNode preparation(chair);
+    const osg::FCRef<osg::Node> pool(chair->getChild(1));
+    {
+        const osg::CPEditor edit(chair, osg::Node::ChildrenFieldMask);
+        chair->subChild(pool.get());
+    }
+    kxSaveNode another(chair);
+    replaced.relieved.clear();
+
+    preparation.cleanup();
+
+    EXPECT_THAT(replaced.relieved, IsEmpty());
+    another.cleanup();
+    EXPECT_THAT(replaced.relieved, ElementsAre(chair)) << "its pool hangs there";
 }
 
 TEST_F(ReplacedFunctionsTest, SeeTheHostAskedForTypeNamesByAnEmptyMessage)

@@ -40,8 +40,8 @@ private Q_SLOTS:
     void on__envList_currentTextChanged(const QString &text) { row = text; }
 };
 
-/// Gives the list of the form a height that depends on its width, once it is made and before it is set up.
-class DialogWithATallList : public QDialog
+/// Gives the list of the form a height that depends on its width, and stretches, once it is made and before it is set up.
+class DialogWithAPreparedList : public QDialog
 {
 private:
     void childEvent(QChildEvent *event) override
@@ -54,6 +54,8 @@ private:
                 return;
             QSizePolicy policy = child->sizePolicy();
             policy.setHeightForWidth(true);
+            policy.setHorizontalStretch(3);
+            policy.setVerticalStretch(4);
             child->setSizePolicy(policy);
         });
     }
@@ -259,12 +261,22 @@ TEST_F(kxMultipleEnvironmentsDialogTest, KeepsWhetherTheHeightOfTheListDependsOn
     const kxMultipleEnvironmentsGUII usual;
     EXPECT_FALSE(listOf(usual)->sizePolicy().hasHeightForWidth());
 
-    DialogWithATallList dialog;
+    DialogWithAPreparedList dialog;
     Ui::kxMultipleEnvironmentsDialog form;
     form.setupUi(&dialog);
 
     EXPECT_TRUE(form._envList->sizePolicy().hasHeightForWidth());
     EXPECT_EQ(form._envList->sizePolicy().verticalPolicy(), QSizePolicy::MinimumExpanding);
+}
+
+TEST_F(kxMultipleEnvironmentsDialogTest, LetsTheListStretchNoMoreThanTheRest)
+{
+    DialogWithAPreparedList dialog;
+    Ui::kxMultipleEnvironmentsDialog form;
+    form.setupUi(&dialog);
+
+    EXPECT_EQ(form._envList->sizePolicy().horizontalStretch(), 0);
+    EXPECT_EQ(form._envList->sizePolicy().verticalStretch(), 0);
 }
 
 TEST_F(kxMultipleEnvironmentsDialogTest, HasNoMaterialWithoutASelection)

@@ -5,7 +5,6 @@
 #include "Kernel/kxDefaultEnvironment.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxMessage.h"
-#include "Kernel/kxNodeKeys.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "NodeFixture.h"
@@ -68,17 +67,6 @@ protected:
         }
         addNode(parent, core, "Eye");
         return camera;
-    }
-    static void addConstraint(const osg::NodePtr &a, const osg::NodePtr &b)
-    {
-        const auto constraint = osg::Constraint::create();
-        {
-            const osg::CPEditor edit(constraint, osg::Constraint::EndsFieldMask);
-            constraint->editEnds() = std::vector{kxNodeKeys::make(a), kxNodeKeys::make(b)};
-        }
-        const osg::MaterialPoolPtr pool = kxScenegraph::getMaterialPool();
-        const osg::CPEditor edit(pool, osg::MaterialPool::ConstraintsFieldMask);
-        pool->editConstraints().push_back(constraint);
     }
 
     osg::FCRef<osg::UBRDFMaterial> layer{osg::UBRDFMaterial::create()};
