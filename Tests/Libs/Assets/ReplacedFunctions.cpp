@@ -9,6 +9,7 @@
 #include "Kernel/kxSceneplateUtils.h"
 #include "Rendering/kxOSGWidget.h"
 
+#include <QImageReader>
 #include <QTextCodec>
 #include <QTextStream>
 
@@ -122,6 +123,14 @@ void kxMessage::set(const std::string &name, const boost::any &value, bool repla
     if (theReplaced)
         theReplaced->messageAttributes.push_back(name + (replace ? " replaces" : " keeps"));
     set(this, name, value, replace);
+}
+
+QList<QByteArray> QImageReader::supportedImageFormats()
+{
+    static auto *const getFormats = original<QList<QByteArray>()>("_ZN12QImageReader21supportedImageFormatsEv");
+    if (theReplaced && theReplaced->whenFormatsAreAskedFor)
+        theReplaced->whenFormatsAreAskedFor();
+    return getFormats();
 }
 
 void QDomNode::save(QTextStream &stream, int indentation, EncodingPolicy policy) const

@@ -40,6 +40,9 @@ public:
     /// Is called when kxSceneplateUtils is asked for the root.
     std::function<void()> whenSceneplateRootIsAskedFor;
 
+    /// Is called when QImageReader is asked for the formats that it supports, on any thread.
+    std::function<void()> whenFormatsAreAskedFor;
+
     /// What kxMessage was given: the name, and "replaces" or "keeps".
     std::vector<std::string> messageAttributes;
 

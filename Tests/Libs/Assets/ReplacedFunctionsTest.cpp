@@ -5,6 +5,7 @@
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxEnvironmentNodeAssetItem.h"
 #include "Assets/kxGeometryAssetItem.h"
+#include "Assets/kxLocalUrlManager.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxSaveNode.h"
 #include "Assets/kxSceneplateAssetItem.h"
@@ -24,10 +25,14 @@
 #include "SceneGraph/UberMaterial.h"
 
 #include <QImage>
+#include <QPixmap>
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <utility>
 
@@ -68,6 +73,13 @@ protected:
     static osg::NodePtr addPlate()
     {
         return addNode(kxScenegraph::getSceneplateRoot(), osg::Sceneplate::create(), "Plate");
+    }
+
+    void writeImage(const std::string &name) const
+    {
+        QImage image(4, 2, QImage::Format_ARGB32);
+        image.fill(Qt::red);
+        ASSERT_TRUE(image.save(QString::fromStdString(_folder.file(name))));
     }
 
     ReplacedFunctions replaced;
@@ -150,9 +162,7 @@ TEST_F(ReplacedFunctionsTest, LetItemsReadTheirPreviewsAtOnceWhereThereIsNoLoade
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process in which nobody has made one
     const QUrl directory = writeAsset("GEO_x", "");
-    QImage image(4, 2, QImage::Format_ARGB32);
-    image.fill(Qt::red);
-    ASSERT_TRUE(image.save(QString::fromStdString(_folder.file("GEO_x/asset.png"))));
+    writeImage("GEO_x/asset.png");
 
     EXPECT_EXIT(
         {
@@ -317,4 +327,35 @@ TEST_F(ReplacedFunctionsTest, SeeADescriptionSummedUpInTheEncodingOfItsDocument)
     EXPECT_NE(item.checksum(), 0U);
 
     EXPECT_THAT(replaced.writings, ElementsAre(ReplacedFunctions::Writing{"UTF-8", 2, QDomNode::EncodingFromDocument}));
+}
+
+TEST_F(ReplacedFunctionsTest, SeeEachOperationAskForTheFormatsOfQtOnceOnHoweverManyThreads)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process in which nobody has read an image
+    writeImage("image.png");
+
+    EXPECT_EXIT(
+        {
+            const kxUrlManager *const manager = kxLocalUrlManager::the();
+            std::atomic_int asked = 0;
+            std::future<bool> other;
+            replaced.whenFormatsAreAskedFor = [&] {
+                if (++asked > 1)
+                    return;
+                other = std::async(std::launch::async, [&] {
+                    QImage image;
+                    return manager->loadImageFromFile(url("image.png"), &image);
+                });
+                other.wait_for(std::chrono::milliseconds(100)); // in vain: it waits for the list that is being made
+            };
+
+            QImage image;
+            const bool areLoaded = manager->loadImageFromFile(url("image.png"), &image) && other.get();
+            const int askedForImages = asked;
+            QPixmap pixmap;
+            const bool arePainted = manager->loadPixmapFromFile(url("image.png"), pixmap) &&
+                                    manager->loadPixmapFromFile(url("image.png"), pixmap);
+            std::_Exit(areLoaded && arePainted && askedForImages == 1 && asked == 2 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
