@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxAssetItem.h"
 
+#include "Assets/Internal/MainThread.h"
 #include "Assets/Internal/Unloading.h"
 #include "Assets/kxAssetItemDocument.h"
 #include "Assets/kxPreviewImageLoader.h"
@@ -17,6 +18,8 @@
 #include <boost/uuid/uuid_io.hpp>
 
 #include <stdexcept>
+
+using kxAssetsInternal::isOnMainThread;
 
 kxPreviewImageLoader *kxAssetItem::s_previewLoader = nullptr;
 
@@ -60,6 +63,7 @@ void renameIn(QDomDocument &document, const QString &name)
 
 kxPreviewImageLoader *kxAssetItem::getPreviewImageLoader()
 {
+    Q_ASSERT(isOnMainThread());
     // Before the loader, whose first instance makes what drains the pool: what is made later goes earlier.
     static const PreviewsAtUnload unloading([] {
         if (s_previewLoader)
@@ -77,7 +81,10 @@ kxAssetItem::kxAssetItem()
     getPreviewImageLoader();
 }
 
-kxAssetItem::~kxAssetItem() = default;
+kxAssetItem::~kxAssetItem()
+{
+    Q_ASSERT(isOnMainThread());
+}
 
 bool kxAssetItem::readMetaData(const kxAssetItemDocument &document)
 {
@@ -99,31 +106,37 @@ bool kxAssetItem::writeMetaData(kxAssetItemDocument &document) const
 
 std::string kxAssetItem::uuid()
 {
+    Q_ASSERT(isOnMainThread());
     return _uuid;
 }
 
 std::string kxAssetItem::name()
 {
+    Q_ASSERT(isOnMainThread());
     return _name;
 }
 
 kxAssetCategoryType kxAssetItem::category()
 {
+    Q_ASSERT(isOnMainThread());
     return _category;
 }
 
 bool kxAssetItem::hasCategory(kxAssetCategoryType category) const
 {
+    Q_ASSERT(isOnMainThread());
     return _category == category;
 }
 
 QImage kxAssetItem::previewImage()
 {
+    Q_ASSERT(isOnMainThread());
     return _previewImage;
 }
 
 void kxAssetItem::setPreviewImage(const QImage &image)
 {
+    Q_ASSERT(isOnMainThread());
     _previewImage = image;
 }
 
@@ -131,16 +144,19 @@ void kxAssetItem::addOverlayIcon(QPixmap &) const {}
 
 QUrl kxAssetItem::directoryUrl()
 {
+    Q_ASSERT(isOnMainThread());
     return _directoryUrl;
 }
 
 void kxAssetItem::setDirectoryUrl(const QUrl &url)
 {
+    Q_ASSERT(isOnMainThread());
     _directoryUrl = url;
 }
 
 bool kxAssetItem::changeName(const QString &newName)
 {
+    Q_ASSERT(isOnMainThread());
     const std::string name = newName.toStdString();
     if (name == _name)
         return true;
@@ -161,6 +177,7 @@ bool kxAssetItem::changeName(const QString &newName)
 
 std::uint32_t kxAssetItem::checksum() const
 {
+    Q_ASSERT(isOnMainThread());
     return checksumOf(_directoryUrl, _category);
 }
 
@@ -176,22 +193,26 @@ std::uint32_t kxAssetItem::checksumOf(const QUrl &directory, kxAssetCategoryType
 
 bool kxAssetItem::hasSameChecksum(const osg::AttachmentContainerPtr &container) const
 {
+    Q_ASSERT(isOnMainThread());
     const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(container);
     return attachment && attachment->getChecksum() == checksum();
 }
 
 QDateTime kxAssetItem::lastModified()
 {
+    Q_ASSERT(isOnMainThread());
     return _lastModified;
 }
 
 void kxAssetItem::setLastModified(const QDateTime &time)
 {
+    Q_ASSERT(isOnMainThread());
     _lastModified = time;
 }
 
 QVariant kxAssetItem::data(int column, int role)
 {
+    Q_ASSERT(isOnMainThread());
     if (role != Qt::DisplayRole && role != Qt::EditRole && role != Qt::ToolTipRole)
         return {};
     if (column == kxAssetCategory::getNameColumn())
@@ -207,11 +228,13 @@ QVariant kxAssetItem::data(int column, int role)
 
 QVariant kxAssetItem::sortData(int column)
 {
+    Q_ASSERT(isOnMainThread());
     return column == kxAssetCategory::getLastModifiedColumn() ? QVariant(_lastModified) : data(column, Qt::DisplayRole);
 }
 
 bool kxAssetItem::loadPreviewImage(bool asynchronous)
 {
+    Q_ASSERT(isOnMainThread());
     if (!_previewImage.isNull())
         return true;
     if (!_directoryUrl.isValid())
@@ -248,6 +271,7 @@ std::string kxAssetItem::getTag()
 
 void kxAssetItem::reset()
 {
+    Q_ASSERT(isOnMainThread());
     _category = Undefined;
     _uuid.clear();
     _name = "unnamed";
@@ -258,6 +282,7 @@ void kxAssetItem::reset()
 osg::FCPtr<osg::AttachmentPtr, osg::AssetAttachment>
 kxAssetItem::updateAssetAttachment(const osg::AttachmentContainerPtr &container)
 {
+    Q_ASSERT(isOnMainThread());
     return container ? writeAssetAttachment(container, _uuid, _category, directoryUrl(), checksum())
                      : osg::AssetAttachmentPtr();
 }
@@ -313,6 +338,7 @@ boost::uuids::uuid kxAssetItem::getUUIDFromString(const std::string &text)
 
 void kxAssetItem::initUUID(osg::AttachmentContainerPtr container, const std::string &uuid, bool useAttachment)
 {
+    Q_ASSERT(isOnMainThread());
     _uuid.clear();
     if (container && useAttachment) {
         const osg::AssetAttachmentPtr attachment = osg::AssetAttachment::getAssetAttachment(container);

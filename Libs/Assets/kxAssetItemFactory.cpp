@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Assets/kxAssetItemFactory.h"
 
+#include "Assets/Internal/MainThread.h"
 #include "Assets/Internal/RegisteredItems.h"
 #include "Assets/Internal/StandardOutput.h"
 #include "Assets/kxAssetItemDocument.h"
@@ -13,8 +14,6 @@
 #include "Kernel/kxLog.h"
 #include "Kernel/kxSceneplateService.h"
 
-#include <QCoreApplication>
-#include <QThread>
 #include <QTimer>
 
 #include <cassert>
@@ -24,11 +23,6 @@ using kxAssetsInternal::printLine;
 using kxAssetsInternal::RegisteredItems;
 
 namespace {
-
-[[maybe_unused]] bool isOnMainThread()
-{
-    return !QCoreApplication::instance() || QCoreApplication::instance()->thread() == QThread::currentThread();
-}
 
 void notifySceneplateService()
 {
@@ -63,7 +57,7 @@ kxAssetItemFactory &kxAssetItemFactory::the()
 kxAssetItemFactory::kxAssetItemFactory()
     : _items(std::make_unique<RegisteredItems>()), _notificationTimer(std::make_unique<QTimer>())
 {
-    assert(isOnMainThread() && "the registry is first used on the main thread");
+    assert(kxAssetsInternal::isOnMainThread() && "the registry is first used on the main thread");
     _notificationTimer->setSingleShot(true);
     _notificationTimer->setInterval(0);
     QObject::connect(_notificationTimer.get(), &QTimer::timeout, &notifySceneplateService);

@@ -9,6 +9,7 @@
 #include "Assets/Internal/ImageFile.h"
 #include "Assets/Internal/LoadedNodes.h"
 #include "Assets/Internal/LocalPath.h"
+#include "Assets/Internal/MainThread.h"
 #include "Assets/Internal/MetadataReader.h"
 #include "Assets/Internal/NodeLoading.h"
 #include "Assets/Internal/PreviewWriter.h"
@@ -37,7 +38,6 @@
 #include <QImage>
 #include <QImageReader>
 #include <QPixmap>
-#include <QThread>
 
 #include <algorithm>
 
@@ -45,6 +45,7 @@ using kxAssetsInternal::AssetDirectoryWriter;
 using kxAssetsInternal::DirectoryMover;
 using kxAssetsInternal::entryPath;
 using kxAssetsInternal::isAmong;
+using kxAssetsInternal::isOnMainThread;
 using kxAssetsInternal::isTaken;
 using kxAssetsInternal::KeptUntilUnload;
 using kxAssetsInternal::PayloadAfterwards;
@@ -87,7 +88,7 @@ bool hasUnreadableMetadata(const QString &directory)
 
 kxLocalUrlManager *kxLocalUrlManager::the()
 {
-    Q_ASSERT(!QCoreApplication::instance() || QThread::currentThread() == QCoreApplication::instance()->thread());
+    Q_ASSERT(isOnMainThread());
     class Instance final : public kxLocalUrlManager // whose constructor is for derived classes
     {};
     static KeptUntilUnload<Instance> manager;

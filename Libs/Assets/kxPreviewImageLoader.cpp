@@ -2,13 +2,13 @@
 #include "Assets/kxPreviewImageLoader.h"
 
 #include "Assets/Internal/HandOver.h"
+#include "Assets/Internal/MainThread.h"
 #include "Assets/Internal/kxLoadImage.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QImage>
 #include <QMetaMethod>
-#include <QThread>
 #include <QThreadPool>
 
 #include <memory>
@@ -30,11 +30,6 @@ public:
     }
 };
 
-bool isMainThread()
-{
-    return !QCoreApplication::instance() || QThread::currentThread() == QCoreApplication::instance()->thread();
-}
-
 } // namespace
 
 kxPreviewImageLoader::kxPreviewImageLoader(QObject *parent) : QObject(parent)
@@ -55,7 +50,7 @@ void kxPreviewImageLoader::deliverAll()
 
 void kxPreviewImageLoader::loadImageFromDir(const QUrl &directory)
 {
-    Q_ASSERT(isMainThread());
+    Q_ASSERT(kxAssetsInternal::isOnMainThread());
     if (_pending.find(directory) != _pending.end())
         return;
     auto image = std::make_unique<QImage>();

@@ -2,11 +2,18 @@
 // What those who derive items in other libraries rely on.
 #include "Assets/kxAssetItem.h"
 
+#include "Assets/kxAssetItemDocument.h"
 #include "PlainItem.h"
 #include "VirtualTable.h"
 
 #include <gtest/gtest.h>
 
+#include <QVariant>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <thread>
 #include <type_traits>
 #include <vector>
 
@@ -129,3 +136,47 @@ TEST(kxAssetItemInterfaceTest, KeepsTheOrderOfItsVirtualOperations)
     EXPECT_EQ(order, (std::vector<std::ptrdiff_t>{1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
                                                   13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23}));
 }
+
+#ifndef QT_NO_DEBUG
+TEST(kxAssetItemInterfaceTest, IsUsedOnTheMainThread)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    PlainItem item;
+    kxAssetItemDocument document;
+    auto *const toBeDeleted = new PlainItem;
+    const std::map<std::string, std::function<void()>> uses = {
+        {"getPreviewImageLoader", [] { kxAssetItem::getPreviewImageLoader(); }},
+        {"constructor", [] { const PlainItem another; }},
+        {"destructor", [toBeDeleted] { delete toBeDeleted; }},
+        {"readMetaData", [&] { item.readMetaData(document); }},
+        {"writeMetaData", [&] { item.writeMetaData(document); }},
+        {"uuid", [&] { item.uuid(); }},
+        {"name", [&] { item.name(); }},
+        {"category", [&] { item.category(); }},
+        {"hasCategory", [&] { item.hasCategory(Material); }},
+        {"previewImage", [&] { item.previewImage(); }},
+        {"setPreviewImage", [&] { item.setPreviewImage({}); }},
+        {"directoryUrl", [&] { item.directoryUrl(); }},
+        {"setDirectoryUrl", [&] { item.setDirectoryUrl({}); }},
+        {"changeName", [&] { item.changeName("unnamed"); }},
+        {"checksum", [&] { item.checksum(); }},
+        {"hasSameChecksum", [&] { item.hasSameChecksum(nullptr); }},
+        {"lastModified", [&] { item.lastModified(); }},
+        {"setLastModified", [&] { item.setLastModified({}); }},
+        {"data", [&] { item.data(0, Qt::DisplayRole); }},
+        {"sortData", [&] { item.sortData(2); }},
+        {"loadPreviewImage", [&] { item.loadPreviewImage(true); }},
+        {"parentDirectoryUrl", [&] { item.parentDirectoryUrl(); }},
+        {"hasValidSaveLocation", [&] { item.hasValidSaveLocation(); }},
+        {"getTag", [&] { item.getTag(); }},
+        {"reset", [&] { item.reset(); }},
+        {"updateAssetAttachment", [&] { item.updateAssetAttachment(nullptr); }},
+        {"initUUID", [&] { item.initUUID(nullptr, {}, false); }},
+    };
+
+    for (const auto &[name, use] : uses)
+        EXPECT_DEATH(std::thread(use).join(), "ASSERT: .*isOnMainThread") << name;
+
+    delete toBeDeleted;
+}
+#endif

@@ -338,6 +338,19 @@ TEST_F(kxLocalUrlManagerSavingTest, WritesPreviewsInAnyFormatThatABackEndAdded)
     Formats::_previewImageFileFormats.pop_back();
 }
 
+#ifndef QT_NO_DEBUG
+TEST_F(kxLocalUrlManagerSavingTest, ExpectsAFormatThatIsInTheList)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const Owned material = withPreview(makeSurface("Lack"));
+
+    for (const int index : {2, -1}) {
+        kxUrlManager::setPreviewImageFileFormat(index);
+        EXPECT_DEATH(save(material), "ASSERT: .*chosen < formats.size") << index;
+    }
+}
+#endif
+
 TEST_F(kxLocalUrlManagerSavingTest, LeavesPreviewsAloneWithoutAnImage)
 {
     ASSERT_TRUE(save(withPreview(makeSurface("Lack"))));

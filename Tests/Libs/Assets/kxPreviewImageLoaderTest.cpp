@@ -544,6 +544,6 @@ TEST_F(kxPreviewImageLoaderTest, IsAskedOnTheMainThread)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
 
-    EXPECT_DEATH(std::thread([this] { _loader.loadImageFromDir(url("MAT_Red")); }).join(), "ASSERT: .*isMainThread");
+    EXPECT_DEATH(std::thread([this] { _loader.loadImageFromDir(url("MAT_Red")); }).join(), "ASSERT: .*isOnMainThread");
 }
 #endif

@@ -264,6 +264,6 @@ TEST(kxUrlManagerInterfaceTest, HasTheLocalBackEndAskedForOnTheMainThread)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
 
-    EXPECT_DEATH(std::thread([] { kxLocalUrlManager::the(); }).join(), "ASSERT: .*currentThread");
+    EXPECT_DEATH(std::thread([] { kxLocalUrlManager::the(); }).join(), "ASSERT: .*isOnMainThread");
 }
 #endif
