@@ -4,30 +4,22 @@
 #include "Assets/kxAssetItemDocument.h"
 #include "ChangeListener.h"
 #include "EditWatch.h"
-#include "Kernel/kxIconManager.h"
 #include "Kernel/kxLogRecorder.h"
-#include "Kernel/kxMaterials.h"
 #include "Kernel/kxRaytracingManager.h"
 #include "Kernel/kxRaytracingUtils.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxVersion.h"
 #include "MaterialFixture.h"
-#include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/Group.h"
-#include "SceneGraph/ImageAttachment.h"
-#include "SceneGraph/MultiPassMaterial.h"
 #include "SceneGraph/SwitchMaterial.h"
 #include "SceneGraph/TagAttachment.h"
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "Support/CapturedOutput.h"
 
-#include <QPainter>
-#include <QPixmap>
 #include <QTextStream>
 
-#include <cstdlib>
 #include <memory>
 #include <type_traits>
 
@@ -58,60 +50,7 @@ protected:
         root.firstChildElement("material").save(stream, 0);
         return text.remove('\n').toStdString();
     }
-
-    static void setPreview(const osg::MaterialPtr &material)
-    {
-        const osg::ImagePtr image = osg::Image::create();
-        {
-            osg::CPEditor edit(image);
-            image->set(2, 1, 4, osg::PixelType::UInt8);
-            image->editPixels().values() = {255, 0, 0, 255, 0, 0, 255, 128};
-        }
-        const osg::ImageAttachmentPtr attachment = osg::ImageAttachment::create();
-        {
-            osg::CPEditor edit(attachment, osg::ImageAttachment::ImageFieldMask);
-            attachment->setImage(image);
-        }
-        osg::CPEditor edit(material, osg::AttachmentContainer::AttachmentsFieldMask);
-        material->addAttachment(attachment);
-    }
 };
-
-/// The names of material types are asked for once in a process: what depends on that moment runs in a fresh one.
-class kxMaterialAssetItemNamesTest : public testing::Test
-{
-protected:
-    kxMaterialAssetItemNamesTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-};
-
-[[noreturn]] void endProcess(bool isAsExpected)
-{
-    std::exit(isAsExpected ? 0 : 1);
-}
-
-QPixmap greenPixmap(int width, int height)
-{
-    QPixmap pixmap(width, height);
-    pixmap.fill(Qt::green);
-    return pixmap;
-}
-
-/// A green pixmap with \a icon at this height.
-QImage greenWith(const QPixmap &icon, int width, int height, int y)
-{
-    QPixmap pixmap = greenPixmap(width, height);
-    QPainter(&pixmap).drawPixmap(0, y, icon);
-    return pixmap.toImage();
-}
-
-kxMaterialAssetItem itemOfType(osg::FieldContainerType &type)
-{
-    kxAssetItemDocument document;
-    document.setMaterialType(type);
-    kxMaterialAssetItem item;
-    item.readMetaData(document);
-    return item;
-}
 
 } // namespace
 
@@ -172,16 +111,6 @@ TEST_F(kxMaterialAssetItemTest, TakesTheUuidFromTheAttachmentOnRequest)
     EXPECT_EQ(item.uuid(), "given");
     item.initFrom(material, "given", false);
     EXPECT_EQ(item.uuid().size(), 36U);
-}
-
-TEST_F(kxMaterialAssetItemTest, HasThePreviewOfItsMaterialRendered)
-{
-    const Owned material = makeSurface("x");
-
-    itemOf(material);
-
-    EXPECT_EQ(_host.previewRequests, (std::vector<std::vector<osg::MaterialPtr>>{{material.get()}}));
-    EXPECT_EQ(_host.progressRequests, std::vector<bool>{false});
 }
 
 TEST_F(kxMaterialAssetItemTest, IsOnlyResetByWhatIsNoMaterial)
@@ -432,18 +361,6 @@ TEST_F(kxMaterialAssetItemTest, KeepsTheMaterialAliveWhenItIsMadeOfItsOwn)
     EXPECT_EQ(item.name(), "x");
 }
 
-TEST_F(kxMaterialAssetItemTest, FindsThePreviewKeptOnTheMaterial)
-{
-    const Owned material = makeSurface("x");
-    const kxMaterialAssetItem item = itemOf(material);
-    EXPECT_FALSE(item.getOsgImage());
-
-    setPreview(material);
-
-    ASSERT_TRUE(item.getOsgImage());
-    EXPECT_EQ(item.getOsgImage()->getWidth(), 2U);
-}
-
 TEST_F(kxMaterialAssetItemTest, TakesOffTheTagsOfPlacedAssets)
 {
     const Owned material = makeSurface("x");
@@ -532,65 +449,6 @@ TEST_F(kxMaterialAssetItemTest, ShowsUnknownTypesAsTheyAre)
     EXPECT_EQ(kxMaterialAssetItem::UIMaterialTypeName("UBRDFMaterial"), "Surface");
     EXPECT_EQ(kxMaterialAssetItem::UIMaterialTypeName("Größe"), QString::fromUtf8("Größe"));
     EXPECT_EQ(kxMaterialAssetItem::UIMaterialTypeName(""), "");
-}
-
-TEST_F(kxMaterialAssetItemNamesTest, AsksTheHostForTypeNamesOnce)
-{
-    EXPECT_EXIT(
-        {
-            HostModule host;
-            const QString first = kxMaterialAssetItem::UIMaterialTypeName("SwitchMaterial");
-            const QString second = kxMaterialAssetItem::UIMaterialTypeName("Unknown");
-            endProcess(first == QString::fromUtf8("Schälter") && second == "Unknown" && host.nameRequests == 1);
-        },
-        testing::ExitedWithCode(0), "");
-}
-
-TEST_F(kxMaterialAssetItemNamesTest, AsksTheHostAgainAfterAnEmptyAnswer)
-{
-    EXPECT_EXIT(
-        {
-            HostModule host;
-            host.names.clear();
-            kxMaterialAssetItem::UIMaterialTypeName("SwitchMaterial");
-            const QString unknown = kxMaterialAssetItem::UIMaterialTypeName("SwitchMaterial");
-            host.names["SwitchMaterial"] = "Switch";
-            const QString known = kxMaterialAssetItem::UIMaterialTypeName("SwitchMaterial");
-            endProcess(unknown == "SwitchMaterial" && known == "Switch" && host.nameRequests == 3);
-        },
-        testing::ExitedWithCode(0), "");
-}
-
-TEST_F(kxMaterialAssetItemNamesTest, DoesWithoutAnAnswerOfTheRightType)
-{
-    EXPECT_EXIT(
-        {
-            HostModule host;
-            host.answersWithWrongType = true;
-            const QString name = kxMaterialAssetItem::UIMaterialTypeName("SwitchMaterial");
-            endProcess(name == "SwitchMaterial");
-        },
-        testing::ExitedWithCode(0), "kxMessage::get : Attribute 'names' has wrong type");
-}
-
-TEST_F(kxMaterialAssetItemNamesTest, DoesWithoutAHostThatAnswers)
-{
-    EXPECT_EXIT(endProcess(kxMaterialAssetItem::UIMaterialTypeName("SwitchMaterial") == "SwitchMaterial"),
-                testing::ExitedWithCode(0), "");
-}
-
-TEST_F(kxMaterialAssetItemNamesTest, SaysByItsDisplayNameWhatCannotBeSaved)
-{
-    EXPECT_EXIT(
-        {
-            HostModule host;
-            host.names[""] = QString::fromUtf8("Käse");
-            const kxLogRecorder log;
-            kxMaterialAssetItem::isSaveAllowed(nullptr);
-            endProcess(log.lines(kxLogLevel::Error) ==
-                       std::vector<std::string>{"[Asset Manager] Save is not supported for material type Käse."});
-        },
-        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(kxMaterialAssetItemTest, ReadsItsDescription)
@@ -703,9 +561,13 @@ TEST_F(kxMaterialAssetItemTest, DescribesTheMaterialAsItIsNow)
 
 TEST_F(kxMaterialAssetItemTest, CannotDescribeItselfWithoutAMaterial)
 {
+    kxAssetItemDocument description;
+    description.setMaterialType(osg::UBRDFMaterial::getClassType());
+    kxMaterialAssetItem item;
+    item.readMetaData(description);
     kxAssetItemDocument document;
 
-    EXPECT_FALSE(itemOfType(osg::UBRDFMaterial::getClassType()).writeMetaData(document));
+    EXPECT_FALSE(item.writeMetaData(document));
 
     // The base has written its part by then.
     EXPECT_EQ(document.getAssetName(), "");
@@ -723,95 +585,6 @@ TEST_F(kxMaterialAssetItemTest, CannotDescribePartsThatAreNoAssets)
 
     EXPECT_EQ(output.text(), "Meta data: Sub material is no asset.\n");
     EXPECT_FALSE(isWritten);
-}
-
-TEST_F(kxMaterialAssetItemTest, TakesItsPreviewFromTheMaterial)
-{
-    const Owned material = makeSurface("x");
-    setPreview(material);
-    kxMaterialAssetItem item = itemOf(material);
-
-    EXPECT_TRUE(item.loadPreviewImage(false));
-
-    ASSERT_EQ(item.previewImage().size(), QSize(2, 1));
-    EXPECT_EQ(item.previewImage().pixelColor(0, 0), QColor(255, 0, 0, 255));
-    EXPECT_EQ(item.previewImage().pixelColor(1, 0), QColor(0, 0, 255, 128));
-}
-
-TEST_F(kxMaterialAssetItemTest, KeepsThePreviewItHas)
-{
-    const Owned material = makeSurface("x");
-    setPreview(material);
-    kxMaterialAssetItem item = itemOf(material);
-    QImage image(5, 5, QImage::Format_ARGB32);
-    image.fill(Qt::red);
-    item.setPreviewImage(image);
-
-    EXPECT_TRUE(item.loadPreviewImage(true));
-
-    EXPECT_EQ(item.previewImage(), image);
-}
-
-TEST_F(kxMaterialAssetItemTest, LooksForItsPreviewInItsDirectoryOtherwise)
-{
-    QImage image(5, 5, QImage::Format_ARGB32);
-    image.fill(Qt::red);
-    kxMaterialAssetItem item = itemOf(makeSurface("x"));
-    EXPECT_FALSE(item.loadPreviewImage(false));
-    item.setDirectoryUrl(writeAsset("MAT_x", ""));
-    ASSERT_TRUE(image.save(QString::fromStdString(_folder.file("MAT_x/asset.png"))));
-
-    EXPECT_TRUE(item.loadPreviewImage(false));
-
-    EXPECT_EQ(item.previewImage().size(), QSize(5, 5));
-}
-
-TEST_F(kxMaterialAssetItemTest, PaintsNoOverlayForPlainMaterials)
-{
-    QPixmap pixmap = greenPixmap(64, 64);
-
-    itemOfType(osg::UBRDFMaterial::getClassType()).addOverlayIcon(pixmap);
-    kxMaterialAssetItem().addOverlayIcon(pixmap);
-
-    EXPECT_EQ(pixmap.toImage(), greenPixmap(64, 64).toImage());
-}
-
-TEST_F(kxMaterialAssetItemTest, PaintsTheTypeOfCompositesIntoTheCorner)
-{
-    for (osg::FieldContainerType *type :
-         {&osg::SwitchMaterial::getClassType(), &osg::MultiPassMaterial::getClassType(),
-          static_cast<osg::FieldContainerType *>(&osg::UEnvironmentSwitchMaterial::getClassType())}) {
-        const QPixmap icon = kxScenegraph::getMaterialTypeIcon(type, 0);
-        ASSERT_EQ(icon.height(), 32) << type->getCName();
-        QPixmap pixmap = greenPixmap(128, 96);
-
-        itemOfType(*type).addOverlayIcon(pixmap);
-
-        EXPECT_EQ(pixmap.toImage(), greenWith(icon, 128, 96, 63)) << type->getCName();
-        EXPECT_NE(pixmap.toImage(), greenPixmap(128, 96).toImage()) << type->getCName();
-    }
-}
-
-TEST_F(kxMaterialAssetItemTest, PaintsAnIconThatJustFitsUnscaled)
-{
-    const QPixmap icon = kxScenegraph::getMaterialTypeIcon(&osg::SwitchMaterial::getClassType(), 0);
-    // Three quarters of the height are 32.25, cut off to the icon's height; to scale it would make it narrower.
-    QPixmap pixmap = greenPixmap(32, 43);
-
-    itemOfType(osg::SwitchMaterial::getClassType()).addOverlayIcon(pixmap);
-
-    EXPECT_EQ(pixmap.toImage(), greenWith(icon, 32, 43, 10));
-}
-
-TEST_F(kxMaterialAssetItemTest, ShrinksAnIconThatIsTooTall)
-{
-    const QPixmap icon = kxScenegraph::getMaterialTypeIcon(&osg::SwitchMaterial::getClassType(), 0);
-    QPixmap pixmap = greenPixmap(27, 42); // room for 20 x 31
-
-    itemOfType(osg::SwitchMaterial::getClassType()).addOverlayIcon(pixmap);
-
-    const QPixmap shrunk = icon.scaled(20, 20, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-    EXPECT_EQ(pixmap.toImage(), greenWith(shrunk, 27, 42, 21));
 }
 
 TEST_F(kxMaterialAssetItemTest, SupportsEveryMaterialTypeButNone)

@@ -4,38 +4,19 @@
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "Assets/kxLocalUrlManager.h"
-#include "Kernel/kxLogRecorder.h"
 #include "PlainItem.h"
 #include "SceneGraph/UBRDFMaterial.h"
-#include "Support/CapturedOutput.h"
-#include "TestUrlManager.h"
+#include "UrlManagerFixture.h"
 
 #include <QBuffer>
 #include <QDomDocument>
 #include <QImage>
 #include <QPixmap>
-#include <QProgressDialog>
-#include <QTimer>
-
-#include <gtest/gtest.h>
 
 #include <array>
 #include <cstdlib>
 
 namespace {
-
-const std::string First = "10000000-0000-4000-8000-000000000001";
-const std::string Second = "20000000-0000-4000-8000-000000000002";
-const std::string Third = "30000000-0000-4000-8000-000000000003";
-
-QByteArray metadata(const std::string &uuid, const char *category = "Materials", const char *name = "Red")
-{
-    const QByteArray material = QByteArray(category) == "Materials"
-                                    ? QByteArray("<material><type>UBRDFMaterial</type></material>")
-                                    : QByteArray();
-    return QByteArray("<!DOCTYPE SARNAsset><item><category>") + category + "</category><uuid>" +
-           QByteArray::fromStdString(uuid) + "</uuid><name>" + name + "</name>" + material + "</item>";
-}
 
 QByteArray png(QRgb color)
 {
@@ -48,38 +29,7 @@ QByteArray png(QRgb color)
     return bytes;
 }
 
-/// One back-end for the process, as it can never be taken out of the registry; emptied for each test.
-TestUrlManager &backEnd()
-{
-    static TestUrlManager manager;
-    return manager;
-}
-
-class kxUrlManagerTest : public testing::Test
-{
-protected:
-    kxUrlManagerTest()
-    {
-        kxAssetItemFactory::the().deleteAllItems();
-        manager = TestUrlManager();
-        kxUrlManager::registerManager(&manager);
-    }
-    ~kxUrlManagerTest() override { kxAssetItemFactory::the().deleteAllItems(); }
-
-    static QUrl url(const char *path) { return TestUrlManager::url(QString::fromUtf8(path)); }
-    static std::vector<std::string> registered()
-    {
-        std::vector<std::string> uuids;
-        uuids.reserve(static_cast<std::size_t>(kxAssetItemFactory::the().itemCount()));
-        for (int i = 0; i < kxAssetItemFactory::the().itemCount(); ++i)
-            uuids.push_back(kxAssetItemFactory::the().itemFromIndex(i)->uuid());
-        return uuids;
-    }
-
-    TestUrlManager &manager = backEnd();
-};
-
-using Uuids = std::vector<std::string>;
+using kxUrlManagerTest = UrlManagerFixture;
 
 } // namespace
 
@@ -264,252 +214,6 @@ TEST_F(kxUrlManagerTest, CannotRebuildAPlainMaterial)
     EXPECT_FALSE(material);
 }
 
-TEST_F(kxUrlManagerTest, CollectsAssetsThroughPlainFoldersAndStopsAtAssets)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    manager.write("/lib/MAT_A/inner/MAT_X/x.xml", metadata(Third));
-    manager.write("/lib/Folder/MAT_B/b.xml", metadata(Second));
-
-    std::set<kxAssetItem *> items;
-    manager.collectItems(url("/lib"), Material, items, nullptr, false);
-
-    EXPECT_EQ(registered(), (Uuids{First, Second}));
-    EXPECT_EQ(items.size(), 2U);
-    kxAssetItem *item = kxAssetItemFactory::the().findItem(Second);
-    EXPECT_EQ(item->directoryUrl(), url("/lib/Folder/MAT_B"));
-    EXPECT_EQ(item->lastModified(), QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5)));
-}
-
-TEST_F(kxUrlManagerTest, ReadsEachMetadataFileOnce)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    manager.write("/lib/Folder/MAT_B/b.xml", metadata(Second));
-    manager.write("/lib/Folder/broken.xml", "<broken");
-
-    manager.collectItems(url("/lib"), Undefined, nullptr);
-
-    for (const char *path : {"/lib/MAT_A/a.xml", "/lib/Folder/MAT_B/b.xml", "/lib/Folder/broken.xml"})
-        EXPECT_EQ(manager.documentReads[QString::fromUtf8(path)], 1) << path;
-}
-
-TEST_F(kxUrlManagerTest, AsksASlowPlaceOnlyWhatItMust)
-{
-    manager.delayInMilliseconds = 1;
-    for (int i = 0; i < 20; ++i)
-        manager.write(QStringLiteral("/lib/MAT_%1/a.xml").arg(i),
-                      metadata("40000000-0000-4000-8000-0000000000" + std::to_string(10 + i)));
-
-    manager.collectItems(url("/lib"), Material, nullptr);
-
-    // The root's files and sub-directories, then each asset's files and its one document.
-    EXPECT_EQ(manager.calls, 2 + 20 * 2);
-    EXPECT_EQ(kxAssetItemFactory::the().itemCount(), 20);
-}
-
-TEST_F(kxUrlManagerTest, SearchesBelowAssetsOfOtherCategories)
-{
-    manager.write("/lib/GEO_A/a.xml", metadata(First, "Geometries"));
-    manager.write("/lib/GEO_A/MAT_B/b.xml", metadata(Second));
-
-    manager.collectItems(url("/lib"), Material, nullptr);
-
-    EXPECT_EQ(registered(), (Uuids{Second}));
-}
-
-TEST_F(kxUrlManagerTest, RegistersEveryMetadataFileOfADirectory)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    manager.write("/lib/MAT_A/b.xml", metadata(Second));
-
-    manager.collectItems(url("/lib/MAT_A"), Material, nullptr);
-
-    EXPECT_EQ(registered(), (Uuids{First, Second}));
-}
-
-TEST_F(kxUrlManagerTest, ReadsOnlyTheDirectoryItselfWhenAskedTo)
-{
-    manager.write("/lib/a.txt", "");
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-
-    std::set<kxAssetItem *> items;
-    manager.collectItems(url("/lib"), Material, items, nullptr, true);
-
-    EXPECT_TRUE(items.empty());
-    EXPECT_EQ(manager.log, (std::vector<QString>{"files /lib"}));
-}
-
-TEST_F(kxUrlManagerTest, PassesOverDocumentsThatDescribeNoAsset)
-{
-    manager.write("/lib/1.xml", "<x/>");
-    manager.write("/lib/2.xml", metadata("", "Materials"));
-    manager.write("/lib/3.xml", metadata(Third, "Materials").replace("UBRDFMaterial", "ChunkMaterial"));
-    manager.write("/lib/below/a.xml", metadata(First));
-
-    manager.collectItems(url("/lib"), Undefined, nullptr);
-
-    EXPECT_EQ(registered(), (Uuids{First}));
-    EXPECT_FALSE(manager.containsItems(url("/lib"), Undefined));
-    EXPECT_FALSE(manager.containsItem(url("/lib"), Undefined, Third));
-}
-
-TEST_F(kxUrlManagerTest, HasMetadataReadIntoEmptyDocumentsOfOneName)
-{
-    /// Notes into what it is to read, which stays empty.
-    class Noting final : public TestUrlManager
-    {
-    public:
-        bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("noting"); }
-        bool loadDocumentFromFile(const QUrl &, QDomDocument &document) const override
-        {
-            names.push_back(document.doctype().name());
-            areEmpty = areEmpty && document.documentElement().isNull();
-            return false;
-        }
-        mutable QStringList names;
-        mutable bool areEmpty = true;
-    };
-    static Noting noting; // it stays in the registry
-    kxUrlManager::registerManager(&noting);
-    noting.write("/a/Red.xml", metadata(First));
-    const auto namesAfter = [](auto operation) {
-        noting.names.clear();
-        operation();
-        return noting.names;
-    };
-    PlainItem item(Material, First);
-    item.setDirectoryUrl(QUrl("noting:/a"));
-    osg::MaterialPtr material;
-    const QStringList once{"document"};
-
-    EXPECT_EQ(namesAfter([] { noting.collectItems(url("/a"), Undefined, nullptr); }), once);
-    EXPECT_EQ(namesAfter([] { noting.containsItems(url("/a"), Undefined); }), once);
-    EXPECT_EQ(namesAfter([] { noting.containsItem(url("/a"), Undefined, First); }), once);
-    EXPECT_EQ(namesAfter([&item] { kxUrlManager::updateItem(&item); }), once);
-    EXPECT_EQ(namesAfter([&material] { noting.loadMaterialFromDir(url("/a"), material); }), once);
-    EXPECT_TRUE(noting.areEmpty);
-}
-
-TEST_F(kxUrlManagerTest, DeletesNoItemThatAScanDoesNotFindAgain)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    manager.collectItems(url("/lib"), Undefined, nullptr);
-    manager.removeDirectory(url("/lib"));
-
-    manager.collectItems(url("/lib"), Undefined, nullptr);
-
-    EXPECT_EQ(registered(), (Uuids{First}));
-}
-
-TEST_F(kxUrlManagerTest, ListsMetadataInTheOrderOfThePlace)
-{
-    class Listing final : public TestUrlManager
-    {
-    public:
-        std::vector<QUrl> files(const QUrl &url, const QStringList &nameFilters, QDir::SortFlags sort) override
-        {
-            isAsWanted = isAsWanted && nameFilters == QStringList{"*.xml"} && sort == QDir::NoSort;
-            return TestUrlManager::files(url, nameFilters, sort);
-        }
-        bool isAsWanted = true;
-    } listing;
-
-    listing.collectItems(url("/lib"), Material, nullptr);
-    EXPECT_TRUE(listing.isAsWanted);
-    listing.containsItem(url("/lib"), Material, First);
-    EXPECT_TRUE(listing.isAsWanted);
-}
-
-TEST_F(kxUrlManagerTest, DoesNothingWhenCancelledBefore)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    QProgressDialog dialog;
-    dialog.cancel();
-
-    manager.collectItems(url("/lib"), Material, &dialog);
-
-    EXPECT_TRUE(manager.log.empty());
-}
-
-TEST_F(kxUrlManagerTest, StopsBetweenFilesWhenCancelledAndKeepsWhatItHas)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    manager.write("/lib/MAT_B/b.xml", metadata(Second));
-    manager.write("/lib/MAT_C/c.xml", metadata(Third));
-    QProgressDialog dialog;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &dialog, [&dialog] {
-        if (kxAssetItemFactory::the().itemCount() == 1)
-            dialog.cancel();
-    });
-    timer.start(0);
-
-    std::set<kxAssetItem *> items;
-    manager.collectItems(url("/lib"), Material, items, &dialog, false);
-
-    EXPECT_EQ(registered(), (Uuids{First}));
-    EXPECT_EQ(items.size(), 1U);
-    EXPECT_EQ(manager.documentReads[QStringLiteral("/lib/MAT_C/c.xml")], 0);
-}
-
-TEST_F(kxUrlManagerTest, ReadsNoOtherFileAndGoesNoDeeperWhenCancelled)
-{
-    manager.write("/lib/1.xml", "<broken");
-    manager.write("/lib/2.xml", metadata(First));
-    manager.write("/lib/below/3.xml", metadata(Second));
-    QProgressDialog dialog;
-    int passes = 0;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &dialog, [&] {
-        if (++passes == 2)
-            dialog.cancel();
-    });
-    timer.start(0);
-
-    manager.collectItems(url("/lib"), Material, &dialog);
-
-    EXPECT_EQ(manager.log, (std::vector<QString>{"files /lib", "loadDocumentFromFile /lib/1.xml"}));
-}
-
-TEST_F(kxUrlManagerTest, LeavesTheRangeValueAndTextOfTheDialogAlone)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    QProgressDialog dialog("Scanning", "Stop", 3, 17);
-    dialog.setValue(5);
-
-    manager.collectItems(url("/lib"), Material, &dialog);
-
-    EXPECT_EQ(registered(), (Uuids{First}));
-    EXPECT_EQ(dialog.minimum(), 3);
-    EXPECT_EQ(dialog.maximum(), 17);
-    EXPECT_EQ(dialog.value(), 5);
-    EXPECT_EQ(dialog.labelText(), "Scanning");
-}
-
-TEST_F(kxUrlManagerTest, ToleratesThatTheRegistryIsEmptiedDuringAScan)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    manager.write("/lib/MAT_B/b.xml", metadata(Second));
-    QProgressDialog dialog;
-    QTimer::singleShot(0, &dialog, [] { kxAssetItemFactory::the().deleteAllItems(); });
-
-    manager.collectItems(url("/lib"), Material, &dialog);
-
-    EXPECT_EQ(kxAssetItemFactory::the().findItem(Second)->uuid(), Second);
-}
-
-TEST_F(kxUrlManagerTest, UpdatesItemsInPlace)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    manager.collectItems(url("/lib"), Material, nullptr);
-    kxAssetItem *item = kxAssetItemFactory::the().findItem(First);
-
-    manager.write("/lib/MAT_A/a.xml", metadata(First, "Materials", "Blue"));
-    manager.collectItems(url("/lib"), Material, nullptr);
-
-    EXPECT_EQ(kxAssetItemFactory::the().findItem(First), item);
-    EXPECT_EQ(item->name(), "Blue");
-}
-
 TEST_F(kxUrlManagerTest, TellsWhatADirectoryItselfContains)
 {
     manager.write("/lib/1.xml", "<broken");
@@ -595,163 +299,12 @@ TEST_F(kxUrlManagerTest, LeavesAnItemAloneThatIsNotThereAnyMore)
     EXPECT_FALSE(kxUrlManager::updateItem(&item));
 }
 
-TEST_F(kxUrlManagerTest, RemovesTheOldDirectoryOfAnAssetThatMoved)
-{
-    manager.write("/lib/old/a.xml", metadata(First));
-    manager.write("/lib/new/a.xml", metadata(First));
-    manager.collectItems(url("/lib/old"), Material, nullptr);
-    kxAssetItem *oldItem = kxAssetItemFactory::the().findItem(First);
-    PlainItem newItem(Material, First);
-    newItem.setDirectoryUrl(url("/lib/new"));
-
-    kxtest::CapturedOutput output;
-    EXPECT_TRUE(manager.removeOldItemDirectory(oldItem, &newItem));
-
-    EXPECT_EQ(output.text(), "deleting: test:/lib/old\n");
-    EXPECT_FALSE(manager.exists(url("/lib/old")));
-    EXPECT_TRUE(manager.exists(url("/lib/new")));
-    EXPECT_EQ(kxAssetItemFactory::the().findItem(First), nullptr);
-}
-
-TEST_F(kxUrlManagerTest, KeepsTheDirectoryButNotTheEntryWhenAnAssetStays)
-{
-    manager.write("/lib/a/a.xml", metadata(First));
-    manager.collectItems(url("/lib/a"), Material, nullptr);
-    PlainItem newItem(Material, First);
-    newItem.setDirectoryUrl(url("/lib/a"));
-
-    kxtest::CapturedOutput output;
-    EXPECT_TRUE(manager.removeOldItemDirectory(kxAssetItemFactory::the().findItem(First), &newItem));
-
-    EXPECT_EQ(output.text(), "");
-    EXPECT_TRUE(manager.exists(url("/lib/a")));
-    EXPECT_EQ(kxAssetItemFactory::the().findItem(First), nullptr);
-}
-
-TEST_F(kxUrlManagerTest, RemovesTheNewDirectoryWhenTheOldOneStays)
-{
-    manager.write("/lib/old/a.xml", metadata(First));
-    manager.write("/lib/new/a.xml", metadata(First));
-    manager.stubborn = {"/lib/old"};
-    manager.collectItems(url("/lib/old"), Material, nullptr);
-    PlainItem newItem(Material, First);
-    newItem.setDirectoryUrl(url("/lib/new"));
-
-    kxtest::CapturedOutput output;
-    EXPECT_FALSE(manager.removeOldItemDirectory(kxAssetItemFactory::the().findItem(First), &newItem));
-
-    EXPECT_EQ(output.text(), "deleting: test:/lib/old\ndeleting old directory failed.\n");
-    EXPECT_FALSE(manager.exists(url("/lib/new")));
-    EXPECT_NE(kxAssetItemFactory::the().findItem(First), nullptr);
-}
-
-namespace {
-
-/// Removes the metadata of the directory, and not all the rest.
-class HalfRemovingManager final : public TestUrlManager
-{
-    bool accepts(const QUrl &url) const override { return url.scheme() == QLatin1String("half"); }
-    bool removeDirectory(const QUrl &url) const override
-    {
-        TestUrlManager::removeDirectory(url);
-        return false;
-    }
-};
-
-} // namespace
-
-TEST_F(kxUrlManagerTest, KeepsTheNewDirectoryWhereTheOldAssetIsGoneThoughItsDirectoryIsNot)
-{
-    static HalfRemovingManager half; // it stays in the registry
-    kxUrlManager::registerManager(&half);
-    half.write("/lib/old/a.xml", metadata(First));
-    half.write("/lib/new/a.xml", metadata(First));
-    PlainItem oldItem(Material, First);
-    oldItem.setDirectoryUrl(QUrl("half:/lib/old"));
-    PlainItem newItem(Material, First);
-    newItem.setDirectoryUrl(QUrl("half:/lib/new"));
-    manager.write("/lib/registered/a.xml", metadata(First));
-    manager.collectItems(url("/lib"), Material, nullptr);
-
-    kxtest::CapturedOutput output;
-    EXPECT_TRUE(half.removeOldItemDirectory(&oldItem, &newItem));
-
-    EXPECT_EQ(output.text(), "deleting: half:/lib/old\n");
-    EXPECT_TRUE(half.exists(url("/lib/new")));
-    EXPECT_EQ(registered(), Uuids{});
-}
-
-TEST_F(kxUrlManagerTest, RemovesTheOldDirectoryOfAnAssetThatChangedItsCategory)
-{
-    manager.write("/lib/old/a.xml", metadata(First, "Materials"));
-    manager.write("/lib/new/a.xml", metadata(First, "Geometries"));
-    PlainItem oldItem(Material, First);
-    oldItem.setDirectoryUrl(url("/lib/old"));
-    PlainItem newItem(Geometry, First);
-    newItem.setDirectoryUrl(url("/lib/new"));
-
-    EXPECT_TRUE(manager.removeOldItemDirectory(&oldItem, &newItem));
-
-    EXPECT_FALSE(manager.exists(url("/lib/old")));
-    EXPECT_TRUE(manager.exists(url("/lib/new")));
-}
-
-TEST_F(kxUrlManagerTest, DeletesTheEntryOfTheNewItemWhateverTheOldOneWas)
-{
-    manager.write("/lib/a/a.xml", metadata(First));
-    manager.write("/lib/b/b.xml", metadata(Second));
-    manager.collectItems(url("/lib"), Material, nullptr);
-    PlainItem newItem(Material, Second);
-    newItem.setDirectoryUrl(url("/lib/c"));
-
-    EXPECT_TRUE(manager.removeOldItemDirectory(kxAssetItemFactory::the().findItem(First), &newItem));
-
-    EXPECT_EQ(registered(), (Uuids{First}));
-    EXPECT_TRUE(manager.exists(url("/lib/a"))) << "it holds another asset";
-}
-
-TEST_F(kxUrlManagerTest, NeedsBothItemsToRemoveAnOldDirectory)
-{
-    manager.write("/lib/a/a.xml", metadata(First));
-    manager.collectItems(url("/lib"), Material, nullptr);
-    PlainItem item(Material, First);
-
-    EXPECT_FALSE(manager.removeOldItemDirectory(nullptr, &item));
-    EXPECT_FALSE(manager.removeOldItemDirectory(&item, nullptr));
-
-    EXPECT_EQ(registered(), (Uuids{First}));
-}
-
 TEST_F(kxUrlManagerTest, ShowsNoProgressUntilToldTo)
 {
     EXPECT_FALSE(manager.showMaterialLoadProgress());
     manager.setShowMaterialLoadProgress(true);
     EXPECT_TRUE(manager.showMaterialLoadProgress());
     EXPECT_FALSE(TestUrlManager().showMaterialLoadProgress()) << "each has its own";
-}
-
-TEST_F(kxUrlManagerTest, KeepsAnOldDirectoryThatItCannotBeSureOf)
-{
-    manager.write("/lib/old/a.xml", metadata(First));
-    manager.write("/lib/new/a.xml", metadata(First));
-    manager.write("/lib/foreign/a.xml", metadata(Second));
-    PlainItem oldItem(Material, First);
-    oldItem.setDirectoryUrl(url("/lib/old"));
-    const auto isKept = [&](const QUrl &newDirectory, kxAssetCategoryType newCategory) {
-        PlainItem newItem(newCategory, First);
-        newItem.setDirectoryUrl(newDirectory);
-        return manager.removeOldItemDirectory(&oldItem, &newItem) && manager.exists(url("/lib/old"));
-    };
-
-    kxtest::CapturedOutput output;
-    EXPECT_TRUE(isKept(QUrl("nowhere:/lib/new"), Material)) << "of another back-end";
-    EXPECT_TRUE(isKept(url("/lib/foreign"), Material)) << "the new directory holds another asset";
-    EXPECT_TRUE(isKept(url("/lib/none"), Material)) << "the new directory holds none";
-    EXPECT_TRUE(isKept(url("/lib/new"), Geometry)) << "the asset there is of another category";
-    oldItem.setDirectoryUrl(url("/lib/foreign"));
-    EXPECT_TRUE(isKept(url("/lib/new"), Material)) << "the old directory holds another asset";
-    EXPECT_TRUE(manager.exists(url("/lib/foreign")));
-    EXPECT_EQ(output.text(), "");
 }
 
 namespace {
@@ -795,15 +348,4 @@ TEST_F(kxUrlManagerTest, NamesPreviewsWithTwoExtensionsHoweverManyBackEndsThereA
     TestUrlManager another;
 
     EXPECT_EQ(another.getImageFileFilter(url("/none")), (QStringList{"*.png", "*.vif"}));
-}
-
-TEST_F(kxUrlManagerTest, AsksTheFileSystemAgainForEachScan)
-{
-    manager.write("/lib/MAT_A/a.xml", metadata(First));
-    manager.collectItems(url("/lib"), Material, nullptr);
-    manager.write("/lib/MAT_B/b.xml", metadata(Second));
-
-    manager.collectItems(url("/lib"), Material, nullptr);
-
-    EXPECT_EQ(registered(), (Uuids{First, Second}));
 }
