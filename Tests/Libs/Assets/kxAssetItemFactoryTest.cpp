@@ -433,6 +433,16 @@ TEST_F(kxAssetItemFactoryTest, RefusesTheSameObjectTwice)
     EXPECT_EQ(_factory.itemCount(), 1);
 }
 
+TEST_F(kxAssetItemFactoryTest, RefusesTheSameObjectAlsoBehindANewerOneOfItsUuid)
+{
+    PlainItem *item = add(Material, "1");
+    add(Material, "1");
+
+    EXPECT_FALSE(tryToAdd(item));
+
+    EXPECT_EQ(_factory.itemCount(), 2) << "each is deleted once";
+}
+
 TEST_F(kxAssetItemFactoryTest, TellsTheHostNothingOfWhatItRefuses)
 {
     PlainItem *plate = add(Sceneplate, "1");
