@@ -2,8 +2,8 @@
 #include "AssetManager/AssetDelegate.h"
 
 #include "AssetManager/AssetModel.h"
-#include "AssetManager/AssetStates.h"
 #include "AssetManager/PreviewCache.h"
+#include "AssetManager/StateMark.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 
@@ -16,36 +16,8 @@ namespace {
 
 constexpr int Margin = 6;
 constexpr int Corner = 5;
-constexpr int MarkSize = 16;
-
-struct Mark
-{
-    unsigned state;
-    QColor color;
-    QChar sign;
-};
-
-/// The worst state first: there is room for one mark.
-const std::array<Mark, 4> &marks()
-{
-    static const std::array<Mark, 4> all = {Mark{AssetStates::Broken, QColor(0xC6, 0x28, 0x28), '!'},
-                                            Mark{AssetStates::StoredNewer, QColor(0xE6, 0x7A, 0x00), QChar(0x2193)},
-                                            Mark{AssetStates::EditedInScene, QColor(0x1E, 0x6F, 0xD9), QChar(0x2260)},
-                                            Mark{AssetStates::InScene, QColor(0x2E, 0x8B, 0x3D), QChar(0x2713)}};
-    return all;
-}
-
-void paintMark(QPainter &painter, const QRect &place, const QColor &color, QChar sign)
-{
-    painter.setPen(QPen(Qt::white, 1.5));
-    painter.setBrush(color);
-    painter.drawEllipse(place);
-    QFont font = painter.font();
-    font.setPixelSize(MarkSize - 5);
-    font.setBold(true);
-    painter.setFont(font);
-    painter.drawText(place, Qt::AlignCenter, sign);
-}
+constexpr int MarkSize = 18;
+constexpr int MarkGap = 4;
 
 } // namespace
 
@@ -135,14 +107,15 @@ void AssetDelegate::paintPreview(QPainter &painter, const QRect &frame, const QS
 
 void AssetDelegate::paintMarks(QPainter &painter, const QRect &frame, const QModelIndex &index)
 {
-    const unsigned state = index.data(AssetModel::StateRole).toUInt();
-    const auto mark = std::find_if(marks().begin(), marks().end(),
-                                   [state](const Mark &candidate) { return (state & candidate.state) != 0; });
-    const QSize size(MarkSize, MarkSize);
-    if (mark != marks().end())
-        paintMark(painter, QRect(frame.topRight() - QPoint(MarkSize + 2, -3), size), mark->color, mark->sign);
-    if (index.data(AssetModel::FavouriteRole).toBool())
-        paintMark(painter, QRect(frame.topLeft() + QPoint(3, 3), size), QColor(0xB8, 0x86, 0x0B), QChar(0x2605));
+    QRect place(frame.right() - MarkSize - MarkGap, frame.top() + MarkGap, MarkSize, MarkSize);
+    for (const StateMark::Kind mark : StateMark::of(index.data(AssetModel::StateRole).toUInt())) {
+        StateMark::paint(painter, place, mark);
+        place.translate(-MarkSize - 2 * MarkGap, 0);
+    }
+    if (index.data(AssetModel::FavouriteRole).toBool()) {
+        place.moveLeft(frame.left() + MarkGap);
+        StateMark::paint(painter, place, StateMark::Kind::Favourite);
+    }
 }
 
 void AssetDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,

@@ -5,7 +5,7 @@
 
 class PreviewCache;
 
-/// Paints an asset as a tile: its preview, its name, a mark for its state and one for favourites.
+/// Paints an asset as a tile: its preview, its name, marks for its state and one for favourites.
 class AssetDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT

@@ -1,39 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/AssetState.h"
 
+#include "AssetManager/StateMark.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "SceneGraph/AssetAttachment.h"
-
-#include <QApplication>
-#include <QPainter>
-#include <QStyle>
-
-namespace {
-
-QPixmap drawDot(bool isFilled, const QColor &color)
-{
-    const int size = QApplication::style()->pixelMetric(QStyle::PM_SmallIconSize);
-    QPixmap pixmap(size, size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, size / 8.0));
-    painter.setBrush(isFilled ? QBrush(color) : QBrush(Qt::NoBrush));
-    painter.drawEllipse(QPointF(size / 2.0, size / 2.0), size / 4.0, size / 4.0);
-    return pixmap;
-}
-
-/// A dot that is filled where the object is as stored, and a ring where the object was edited.
-QIcon dot(bool isFilled)
-{
-    const QPalette palette = QApplication::palette();
-    QIcon icon(drawDot(isFilled, palette.color(isFilled ? QPalette::Highlight : QPalette::Text)));
-    icon.addPixmap(drawDot(isFilled, palette.color(QPalette::HighlightedText)), QIcon::Selected);
-    return icon;
-}
-
-} // namespace
 
 AssetState::AssetState(const osg::AttachmentContainerPtr &container)
 {
@@ -86,13 +57,13 @@ QIcon AssetState::icon() const
     case Kind::NoAsset:
         break;
     case Kind::AsStored:
-        return dot(true);
+        return StateMark::icon(StateMark::Kind::InScene);
     case Kind::EditedHere:
-        return dot(false);
+        return StateMark::icon(StateMark::Kind::Edited);
     case Kind::Outdated:
-        return QApplication::style()->standardIcon(QStyle::SP_BrowserReload);
+        return StateMark::icon(StateMark::Kind::Newer);
     case Kind::NotFound:
-        return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
+        return StateMark::icon(StateMark::Kind::NotFound);
     }
     return {};
 }

@@ -33,7 +33,7 @@ public:
     bool isStoredNewer() const;
     /// For tool tips and screen readers; "" without an asset.
     QString text() const;
-    /// Drawn in the palette's colours; a null icon without an asset.
+    /// The mark of tiles; a null icon without an asset.
     QIcon icon() const;
 
 private:

@@ -5,6 +5,7 @@
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/AssetStates.h"
 #include "AssetManager/PreviewCache.h"
+#include "AssetManager/StateMark.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 
@@ -15,10 +16,11 @@
 namespace {
 
 constexpr int RowHeight = 40;
+constexpr int MarkSize = 13;
 
 } // namespace
 
-/// Shows the preview before the name.
+/// Shows the preview, with the marks of the asset's state, before the name.
 class AssetTable::NameDelegate final : public QStyledItemDelegate
 {
 public:
@@ -38,6 +40,7 @@ public:
         if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid.toStdString()))
             item->addOverlayIcon(preview);
         preview.setDevicePixelRatio(ratio);
+        paintMarks(preview, index);
         option->icon = QIcon(preview);
         option->icon.addPixmap(preview, QIcon::Selected); // else it would be tinted
         if ((index.data(AssetModel::StateRole).toUInt() & AssetStates::InScene) != 0)
@@ -45,6 +48,17 @@ public:
     }
 
 private:
+    static void paintMarks(QPixmap &preview, const QModelIndex &index)
+    {
+        const auto marks = StateMark::of(index.data(AssetModel::StateRole).toUInt());
+        QPainter painter(&preview);
+        const double right = preview.width() / preview.devicePixelRatio() - 2;
+        for (std::size_t i = 0; i < marks.size(); ++i)
+            StateMark::paint(
+                painter, QRectF(right - MarkSize, 2 + (MarkSize + 3.0) * static_cast<double>(i), MarkSize, MarkSize),
+                marks[i]);
+    }
+
     const PreviewCache &_previews;
 };
 
@@ -88,9 +102,9 @@ void AssetTable::setModel(QAbstractItemModel *model)
 
 void AssetTable::layOutColumns()
 {
-    const int widths[] = {220, 120, 165, 170};
+    const int letters[] = {31, 17, 24, 24};
     for (int column = 0; column < 4 && model() && column < model()->columnCount(); ++column)
-        setColumnWidth(column, widths[column]);
+        setColumnWidth(column, letters[column] * fontMetrics().averageCharWidth());
 }
 
 void AssetTable::startDrag(Qt::DropActions /*actions*/)
