@@ -4,17 +4,38 @@
 #include <QApplication>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QStyleOption>
 #include <QToolTip>
 
 namespace {
 
 constexpr double HintOpacity = 0.6;
 
-/// Other styles draw with colours of the desktop.
-class PlainStyle final : public QProxyStyle
+/// The arrow of a selected row is as bright as the row's text.
+class TreeStyle : public QProxyStyle
 {
 public:
-    PlainStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+    using QProxyStyle::QProxyStyle;
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        const auto *row = qstyleoption_cast<const QStyleOptionViewItem *>(option);
+        if (element != PE_IndicatorBranch || !row || (row->state & State_Selected) == 0) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+            return;
+        }
+        QStyleOptionViewItem selected(*row);
+        selected.palette.setColor(QPalette::WindowText, row->palette.color(QPalette::HighlightedText));
+        QProxyStyle::drawPrimitive(element, &selected, painter, widget);
+    }
+};
+
+/// Other styles draw with colours of the desktop.
+class PlainStyle final : public TreeStyle
+{
+public:
+    PlainStyle() : TreeStyle(QStringLiteral("fusion")) {}
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *returned) const override
@@ -91,6 +112,7 @@ Appearance::Kind Appearance::byName(const QString &name)
 void Appearance::apply(Kind kind)
 {
     if (kind == Kind::Desktop) {
+        QApplication::setStyle(new TreeStyle);
         makeHintsVisible();
         QObject::connect(qApp, &QGuiApplication::paletteChanged, qApp, makeHintsVisible);
         return;

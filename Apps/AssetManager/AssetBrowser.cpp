@@ -8,6 +8,7 @@
 #include "AssetManager/PreviewCache.h"
 #include "AssetManager/TagBar.h"
 
+#include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -27,8 +28,11 @@
 
 namespace {
 
-constexpr int MaxTags = 60;   // more are found by typing
-constexpr int TagDelay = 250; // milliseconds: counting is not for every letter that is typed
+constexpr int MaxTags = 60;     // more are found by typing
+constexpr int HintMargin = 20;  // pixels
+constexpr int LeastSearch = 14; // letters
+constexpr int LeastTiles = 190; // pixels: a row of tiles as they are at first
+constexpr int TagDelay = 250;   // milliseconds: counting is not for every letter that is typed
 
 QToolButton *makeToggle(const QString &text, const QString &toolTip, const char *name, QWidget *parent)
 {
@@ -53,6 +57,7 @@ AssetBrowser::AssetBrowser(AssetModel &model, PreviewCache &previews, QWidget *p
 
     auto *top = new QHBoxLayout;
     top->addWidget(_categories);
+    top->addWidget(_category);
     top->addWidget(_favourites);
     top->addWidget(_recent);
     top->addWidget(_search, 1);
@@ -99,13 +104,22 @@ void AssetBrowser::makeControls()
         applyFilter();
     });
 
+    _category = new QComboBox(this);
+    _category->setObjectName(QStringLiteral("category"));
+    _category->setAccessibleName(_categories->accessibleName());
+    for (int tab = 0; tab < _categories->count(); ++tab)
+        _category->addItem(_categories->tabText(tab));
+    _category->hide();
+    connect(_category, qOverload<int>(&QComboBox::activated), _categories, &QTabBar::setCurrentIndex);
+    connect(_categories, &QTabBar::currentChanged, _category, &QComboBox::setCurrentIndex);
+
     _search = new QLineEdit(this);
     _search->setObjectName(QStringLiteral("search"));
     _search->setPlaceholderText(tr("Search"));
     _search->setToolTip(tr("Search names, tags and types"));
     _search->setAccessibleName(tr("Search"));
     _search->setClearButtonEnabled(true);
-    _search->setMinimumWidth(90);
+    _search->setMinimumWidth(LeastSearch * fontMetrics().averageCharWidth());
     _search->installEventFilter(this);
     connect(_search, &QLineEdit::textChanged, this, &AssetBrowser::applyText);
 
@@ -138,6 +152,7 @@ void AssetBrowser::makeControls()
 void AssetBrowser::makeViews()
 {
     _views = new QStackedWidget(this);
+    _views->setMinimumHeight(LeastTiles);
     _grid = new AssetGrid(_previews, _views);
     _table = new AssetTable(_previews, _views);
     _views->addWidget(_grid);
@@ -177,7 +192,7 @@ bool AssetBrowser::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
         if (watched == _views)
-            _empty->setGeometry(_views->rect().adjusted(40, 40, -40, -40));
+            _empty->setGeometry(_views->rect().adjusted(HintMargin, 0, -HintMargin, 0));
         _wantedTimer.start();
     }
     if (watched == _search && event->type() == QEvent::KeyPress &&
@@ -186,6 +201,17 @@ bool AssetBrowser::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     return QWidget::eventFilter(watched, event);
+}
+
+/// Tabs that do not fit beside the rest are a list to choose from.
+void AssetBrowser::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    int room = width() - _categories->sizeHint().width() - _search->minimumWidth();
+    for (const QWidget *other : std::initializer_list<QWidget *>{_favourites, _recent, _size, _tiles, _lines})
+        room -= other->sizeHint().width() + layout()->spacing();
+    _categories->setVisible(room >= 0);
+    _category->setVisible(room < 0);
 }
 
 QAbstractItemView &AssetBrowser::view() const
@@ -269,6 +295,10 @@ void AssetBrowser::applyText()
 void AssetBrowser::applyFilter()
 {
     _model.setFilter(_filter);
+    if (const QModelIndex current = _selection->currentIndex(); _selection->isSelected(current))
+        view().scrollTo(current);
+    else
+        view().scrollToTop();
 }
 
 void AssetBrowser::focusSearch()
@@ -377,6 +407,9 @@ void AssetBrowser::select(const std::vector<std::string> &uuids)
 void AssetBrowser::editName()
 {
     const QModelIndex current = _selection->currentIndex();
-    if (current.isValid())
-        view().edit(current.sibling(current.row(), 0));
+    if (!current.isValid())
+        return;
+    const QModelIndex name = current.sibling(current.row(), 0);
+    view().scrollTo(name); // what is not to be seen is not edited
+    view().edit(name);
 }

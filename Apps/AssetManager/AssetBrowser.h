@@ -14,6 +14,7 @@ class AssetModel;
 class AssetTable;
 class PreviewCache;
 class QAbstractItemView;
+class QComboBox;
 class QItemSelectionModel;
 class QLabel;
 class QLineEdit;
@@ -78,11 +79,13 @@ private:
     void updateTags();
     void updateEmptyText();
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
     AssetModel &_model;
     PreviewCache &_previews;
     AssetFilter _filter;
     QTabBar *_categories;
+    QComboBox *_category; ///< in its place in a narrow window
     QLineEdit *_search;
     QToolButton *_favourites;
     QToolButton *_recent;

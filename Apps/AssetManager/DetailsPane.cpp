@@ -4,13 +4,14 @@
 
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/AssetStates.h"
+#include "AssetManager/ElidedLine.h"
+#include "AssetManager/FlowLayout.h"
 #include "AssetManager/PreviewCache.h"
 
 #include <QCompleter>
 #include <QDateTime>
 #include <QDir>
 #include <QFormLayout>
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -26,7 +27,6 @@
 namespace {
 
 constexpr int LeastLetters = 38; // wide
-constexpr int TagsPerRow = 2;
 constexpr std::size_t MaxPreviews = 4;
 constexpr int PreviewsPerRow = 2;
 constexpr int PreviewGap = 6; // pixels
@@ -50,7 +50,9 @@ QLabel *makeValue(QWidget *parent)
     auto *label = new QLabel(parent);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setWordWrap(true);
-    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long word does not widen the panel
+    QSizePolicy policy = label->sizePolicy();         // which knows already that lines that wrap need height
+    policy.setHorizontalPolicy(QSizePolicy::Ignored); // a long word does not widen the panel
+    label->setSizePolicy(policy);
     return label;
 }
 
@@ -112,13 +114,9 @@ void DetailsPane::makeForm()
     _modified = makeValue(_form);
     _location = makeValue(_form);
     _location->setObjectName(QStringLiteral("location"));
-    _uuid = new QLineEdit(_form); // it has no place to break
-    _uuid->setReadOnly(true);
-    _uuid->setFrame(false);
-    _uuid->setTextMargins(-2, 0, 0, 0);
-    QPalette flat;
-    flat.setColor(QPalette::Base, Qt::transparent);
-    _uuid->setPalette(flat);
+    _uuid = new ElidedLine(_form); // it has no place to break
+    _uuid->setObjectName(QStringLiteral("identity"));
+    _uuid->setAccessibleName(tr("Identity"));
     _state = makeValue(_form);
     _state->setObjectName(QStringLiteral("state"));
     _tags = new QWidget(_form);
@@ -220,9 +218,7 @@ void DetailsPane::refresh()
                                                                              : several);
     _modified->setText(isOne ? QLocale().toString(QDateTime::fromMSecsSinceEpoch(entry.modified), QLocale::ShortFormat)
                              : QString());
-    _uuid->setText(isOne ? QString::fromStdString(entry.uuid) : QString());
-    _uuid->setCursorPosition(0);
-    _uuid->setToolTip(_uuid->text());
+    _uuid->setWholeText(isOne ? QString::fromStdString(entry.uuid) : QString());
     setRowsVisible({_modified, _uuid, _state}, isOne);
     _favourite->setChecked(std::all_of(_uuids.begin(), _uuids.end(),
                                        [this](const std::string &uuid) { return _model.find(uuid)->isFavourite; }));
@@ -236,8 +232,7 @@ void DetailsPane::showTags()
 {
     qDeleteAll(_tags->findChildren<QToolButton *>(QString(), Qt::FindDirectChildrenOnly));
     delete _tags->layout(); // NOLINT(cppcoreguidelines-owning-memory): a widget gives its layout up only like this
-    auto *layout = new QGridLayout(_tags);
-    layout->setContentsMargins(0, 0, 0, 0);
+    auto *layout = new FlowLayout(_tags);
     const bool haveTags = std::all_of(_uuids.begin(), _uuids.end(), [this](const std::string &uuid) {
         const kxAssetCategoryType category = _model.find(uuid)->category;
         return category == Material || category == Environment;
@@ -254,11 +249,13 @@ void DetailsPane::showTags()
         button->setText(tag + QStringLiteral("  ×"));
         button->setToolTip(tr("Remove the tag \"%1\"").arg(tag));
         connect(button, &QToolButton::clicked, this, [this, tag] { emit tagsEdited(ids(), {}, {tag}); });
-        layout->addWidget(button, count / TagsPerRow, count % TagsPerRow, Qt::AlignLeft);
+        layout->addWidget(button);
         ++count;
     }
-    layout->setColumnStretch(TagsPerRow, 1);
     _tags->setVisible(count > 0);
+    // Buttons that are made while their panel is hidden are not counted by the layouts around it.
+    for (QWidget *part = _tags; part != this; part = part->parentWidget())
+        part->updateGeometry();
 }
 
 void DetailsPane::addTag()

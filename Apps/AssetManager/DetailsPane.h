@@ -9,6 +9,7 @@
 
 class AssetModel;
 class AssetStates;
+class ElidedLine;
 class PreviewCache;
 class QFormLayout;
 class QLabel;
@@ -55,7 +56,7 @@ private:
     QLabel *_type;
     QLabel *_modified;
     QLabel *_location;
-    QLineEdit *_uuid;
+    ElidedLine *_uuid;
     QLabel *_state;
     QWidget *_tags;
     QLineEdit *_newTag;

@@ -24,6 +24,8 @@ using osg::FieldValue;
 
 namespace {
 
+constexpr int BoxGap = 3; // pixels
+
 bool areEqual(const std::vector<FieldValue> &values)
 {
     return std::all_of(values.begin(), values.end(), [&values](const FieldValue &value) { return value == values[0]; });
@@ -108,6 +110,7 @@ void FieldEditor::addNumbers(std::size_t first, std::size_t count)
     const bool isPlacement = values().front().get<osg::Matrix>() != nullptr;
     const bool isDegrees = _isAngle || values().front().get<osg::Quaternion>() || (isPlacement && first == 3);
     QHBoxLayout *boxes = row();
+    boxes->setSpacing(BoxGap);
     for (std::size_t i = first; i < first + count; ++i) {
         auto *box = new NumberBox(this);
         QString name = FieldLabels::label(_field);

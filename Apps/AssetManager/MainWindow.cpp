@@ -30,11 +30,14 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QUrl>
 
 namespace {
 
+constexpr int FoldersWidth = 40; // letters
+constexpr int DetailsWidth = 45;
 constexpr int MessageTime = 10000; // milliseconds
 
 QStringList droppedFiles(const QMimeData &data)
@@ -70,7 +73,7 @@ MainWindow::MainWindow(kxAssetManagerModule &manager) : _libraries(std::make_uni
     connectManager(manager);
     _browser->setTileSize(Settings::tileSize());
     _browser->setLook(Settings::showsLines() ? AssetBrowser::Look::Lines : AssetBrowser::Look::Tiles);
-    resize(1440, 900);
+    resize(QSize(1440, 900).boundedTo(screen()->availableSize()));
     layOutDocks();
     restoreGeometry(Settings::windowGeometry());
     restoreState(Settings::windowState());
@@ -102,8 +105,10 @@ void MainWindow::makeLibraryDocks()
 void MainWindow::layOutDocks()
 {
     const auto dock = [this](const char *name) { return findChild<QDockWidget *>(QLatin1String(name)); };
-    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {280, 310}, Qt::Horizontal);
-    resizeDocks({dock("viewDock")}, {400}, Qt::Vertical);
+    const int letter = fontMetrics().averageCharWidth();
+    resizeDocks({dock("foldersDock"), dock("detailsDock")}, {FoldersWidth * letter, DetailsWidth * letter},
+                Qt::Horizontal);
+    resizeDocks({dock("viewDock")}, {height() * 4 / 9}, Qt::Vertical);
     resizeDocks({dock("detailsDock"), dock("materialDock")}, {560, 300}, Qt::Vertical);
 }
 

@@ -107,8 +107,10 @@ QVariant NodeTreeModel::data(const QModelIndex &index, int role) const
 
 QVariant NodeTreeModel::nodeData(const osg::NodePtr &node, int column, int role) const
 {
-    if (column == NameColumn && (role == Qt::DisplayRole || role == Qt::ToolTipRole))
+    if (column == NameColumn && role == Qt::DisplayRole)
         return SceneNodes::label(node);
+    if (column == NameColumn && role == Qt::ToolTipRole)
+        return QString(SceneNodes::label(node) + '\n' + SceneNodes::typeLabel(node)); // which a narrow panel leaves out
     if (column == NameColumn && role == Qt::EditRole)
         return QString::fromStdString(kxNodeUtils::getName(node));
     if (column == TypeColumn && (role == Qt::DisplayRole || role == Qt::ToolTipRole))

@@ -9,6 +9,7 @@
 #include "Kernel/kxSelectionManager.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
@@ -22,6 +23,8 @@
 namespace {
 
 constexpr int TypeWidth = 12; // letters: the names are what people look for
+constexpr int LeastNameWidth = 22;
+constexpr int Indentation = 2; // letters, too: imported models are deep
 
 } // namespace
 
@@ -42,6 +45,8 @@ NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidge
     _view->setDragDropMode(QAbstractItemView::DragDrop);
     _view->setDefaultDropAction(Qt::MoveAction);
     _view->setUniformRowHeights(true);
+    _view->setIndentation(Indentation * fontMetrics().averageCharWidth());
+    _view->installEventFilter(this);
     _view->setContextMenuPolicy(Qt::CustomContextMenu);
     _view->header()->setStretchLastSection(false);
     _view->header()->setMinimumSectionSize(fontMetrics().averageCharWidth());
@@ -81,6 +86,22 @@ NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidge
 }
 
 NodeTreePanel::~NodeTreePanel() = default;
+
+/// Where there is not enough room for names, types have none.
+void NodeTreePanel::layOutColumns()
+{
+    int room = _view->viewport()->width() - TypeWidth * fontMetrics().averageCharWidth();
+    for (int column = NodeTreeModel::AssetColumn; column < _filtered->columnCount(); ++column)
+        room -= _view->header()->sectionSizeHint(column);
+    _view->setColumnHidden(NodeTreeModel::TypeColumn, room < LeastNameWidth * fontMetrics().averageCharWidth());
+}
+
+bool NodeTreePanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == _view && (event->type() == QEvent::Resize || event->type() == QEvent::Show))
+        layOutColumns();
+    return QWidget::eventFilter(watched, event);
+}
 
 QModelIndex NodeTreePanel::viewIndexOf(std::uint32_t nodeId) const
 {

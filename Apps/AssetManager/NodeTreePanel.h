@@ -37,6 +37,8 @@ protected:
     SceneActions &actions() const { return _actions; }
 
 private:
+    void layOutColumns();
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void addActions();
     QAction *addAction(const QString &text, const char *name, const QKeySequence &shortcut,
                        void (NodeTreePanel::*slot)());

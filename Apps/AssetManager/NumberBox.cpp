@@ -3,9 +3,13 @@
 
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <QStyle>
+#include <QStyleOptionSpinBox>
 #include <QWheelEvent>
 
 namespace {
+
+constexpr int TextMargin = 4; // pixels
 
 int nextGesture()
 {
@@ -22,7 +26,7 @@ NumberBox::NumberBox(QWidget *parent) : QDoubleSpinBox(parent), _gesture(nextGes
     setStepType(AdaptiveDecimalStepType);
     setKeyboardTracking(false);
     setFocusPolicy(Qt::StrongFocus);
-    setMinimumWidth(fontMetrics().horizontalAdvance("-00.000") + 24);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(this, qOverload<double>(&QDoubleSpinBox::valueChanged), this, &NumberBox::commit);
     // Where the objects differ, one of them may have just what was entered for all.
     connect(lineEdit(), &QLineEdit::textEdited, this,
@@ -41,6 +45,7 @@ void NumberBox::showNumber(double number)
     _isSeveral = false;
     setValue(number);
     lineEdit()->setText(textFromValue(value()) + suffix());
+    showBeginning();
 }
 
 void NumberBox::showSeveral(double first)
@@ -50,6 +55,29 @@ void NumberBox::showSeveral(double first)
     _isTyped = false;
     setValue(first);
     lineEdit()->setText(textFromValue(first) + suffix());
+    showBeginning();
+}
+
+/// Of a number that is too long for the box the last digits matter least.
+void NumberBox::showBeginning()
+{
+    if (!hasFocus())
+        lineEdit()->setCursorPosition(0);
+}
+
+/// The same for all, whatever is shown: boxes below each other stand in columns.
+QSize NumberBox::sizeHint() const
+{
+    QStyleOptionSpinBox option;
+    initStyleOption(&option);
+    const QSize text(fontMetrics().horizontalAdvance(QStringLiteral("-00.0")) + 2 * TextMargin,
+                     lineEdit()->sizeHint().height());
+    return style()->sizeFromContents(QStyle::CT_SpinBox, &option, text, this);
+}
+
+QSize NumberBox::minimumSizeHint() const
+{
+    return sizeHint();
 }
 
 QString NumberBox::textFromValue(double value) const

@@ -23,6 +23,8 @@ public:
     double valueFromText(const QString &text) const override;
     QValidator::State validate(QString &text, int &position) const override;
     void stepBy(int steps) override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
     /// A person set the number.
@@ -32,6 +34,7 @@ private:
     void focusInEvent(QFocusEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void commit();
+    void showBeginning();
 
     bool _isSeveral = false;
     bool _isTyped = false; ///< since it was last shown

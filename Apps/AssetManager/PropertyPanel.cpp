@@ -26,6 +26,8 @@
 
 namespace {
 
+constexpr int Margin = 4; // pixels: three numbers beside each other need the room
+
 osg::MaterialPtr materialOf(std::uint32_t id)
 {
     return osg::MaterialPtr::dcast(osg::FieldContainerFactory::the().getContainer(id));
@@ -77,9 +79,11 @@ PropertyPanel::PropertyPanel(SceneActions &actions, QWidget *parent)
     _hint->setText(tr("Select an object or a material to see its properties here."));
     _hint->setAlignment(Qt::AlignCenter);
     _hint->setMargin(fontMetrics().height());
+    _hint->setForegroundRole(QPalette::PlaceholderText);
     _name->setObjectName("name");
     _name->setAccessibleName(tr("Name"));
     auto *form = new QFormLayout(_object);
+    form->setContentsMargins(0, 0, 0, 0);
     form->addRow(tr("Name"), _name);
     form->addRow(tr("Type"), _type);
     form->addRow(tr("Asset"), _asset);
@@ -89,6 +93,7 @@ PropertyPanel::PropertyPanel(SceneActions &actions, QWidget *parent)
 
     auto *holder = new QWidget;
     _sections = new QVBoxLayout(holder);
+    _sections->setContentsMargins(Margin, Margin, Margin, Margin);
     _sections->addWidget(_object);
     _sections->addWidget(_material);
     _sections->addWidget(_materialAsset);

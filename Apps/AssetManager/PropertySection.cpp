@@ -17,6 +17,8 @@ PropertySection::PropertySection(SceneActions &actions, const QString &title,
 {
     auto *form = new QFormLayout(this);
     form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    const int margin = fontMetrics().height() / 2;
+    form->setContentsMargins(margin, margin, margin, margin);
     const osg::FieldContainerPtr first = osg::FieldContainerFactory::the().getContainer(_ids.front());
     for (const osg::FieldInfo &field : first->getType().fields()) {
         FieldEditor *editor = FieldEditor::make(actions, _ids, field.name, this);
