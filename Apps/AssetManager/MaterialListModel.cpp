@@ -130,7 +130,11 @@ QVariant MaterialListModel::data(const QModelIndex &index, int role) const
         return name.isEmpty() ? tr("unnamed") : name;
     if (role == Qt::DecorationRole) {
         const QPixmap picture = _previews->preview(material);
-        return picture.isNull() ? typeIcon(material) : QIcon(picture);
+        if (picture.isNull())
+            return typeIcon(material);
+        QIcon icon(picture);
+        icon.addPixmap(picture, QIcon::Selected); // else it would be tinted, and colours matter
+        return icon;
     }
     if (role == Qt::ToolTipRole) {
         const QString state = AssetState(material).text();

@@ -90,21 +90,29 @@ QRect Tour::shownPart() const
     return part ? QRect(part->mapTo(&_window, QPoint(0, 0)), part->size()) : QRect();
 }
 
+/// Beside the part on the side with more room, else above or below it, else on it.
+QPoint Tour::placeOfCard() const
+{
+    const QRect part = shownPart();
+    const QSize card = _card->size();
+    const bool isLeft = part.left() > width() - part.right();
+    const bool isAbove = part.top() > height() - part.bottom();
+    QPoint place = part.center() - QPoint(card.width(), card.height()) / 2;
+    if ((isLeft ? part.left() : width() - part.right()) > card.width() + 2 * Gap)
+        place.setX(isLeft ? part.left() - Gap - card.width() : part.right() + Gap);
+    else if ((isAbove ? part.top() : height() - part.bottom()) > card.height() + 2 * Gap)
+        place.setY(isAbove ? part.top() - Gap - card.height() : part.bottom() + Gap);
+    return {std::clamp(place.x(), Gap, std::max(Gap, width() - card.width() - Gap)),
+            std::clamp(place.y(), Gap, std::max(Gap, height() - card.height() - Gap))};
+}
+
 void Tour::show(int station)
 {
     _station = station;
     _text->setText(_stations[static_cast<std::size_t>(station)].text);
     _next->setText(station + 1 == static_cast<int>(_stations.size()) ? tr("Done") : tr("Next"));
     _card->setFixedHeight(_card->layout()->heightForWidth(CardWidth));
-    // Beside the part, on the side with more room.
-    const QRect part = shownPart();
-    const bool isLeft = part.left() > width() - part.right();
-    int x = isLeft ? part.left() - Gap - CardWidth : part.right() + Gap;
-    if (x < 0 || x + CardWidth > width())
-        x = part.center().x() - CardWidth / 2;
-    const int y =
-        std::clamp(part.center().y() - _card->height() / 2, Gap, std::max(Gap, height() - _card->height() - Gap));
-    _card->move(std::clamp(x, Gap, std::max(Gap, width() - CardWidth - Gap)), y);
+    _card->move(placeOfCard());
     _next->setFocus();
     update();
 }

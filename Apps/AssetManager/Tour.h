@@ -33,6 +33,7 @@ private:
     void add(const char *name, const QString &text);
     void show(int station);
     QRect shownPart() const;
+    QPoint placeOfCard() const;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
