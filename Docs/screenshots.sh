@@ -25,11 +25,55 @@ make_library() {
     "$programs/kxassets" import --geometry "$model" --library "$1" --folder Models --preview-size 256
 }
 
+# Brings assets of a library into each state that tiles have a mark for, and makes a scene of it.
+make_marks() {
+    mkdir "$1"
+    cp -R "$library/Metal" "$library/Models" "$1"
+    cat > "$temporary/marks.py" << 'EOT'
+import sys
+
+import kx
+
+kx.set_previews(size=256, samples=16)
+library = kx.library(sys.argv[1])
+model = library[sys.argv[2]].load()
+kx.scene.add(model)
+meshes = [node for node in model.walk() if node.core and node.core.is_kind("Geometry")]
+parts = list({node.core.id: node for node in meshes}.values())  # nodes that share a mesh share its material
+
+
+def use(name):
+    material = library[name].load()
+    parts.pop(0).material = material
+    return material
+
+
+def save_again(material):
+    material["Roughness"] += 0.1
+    library.save(material, update=True)
+
+
+for name in "Chrome", "Polished Gold", "Hammered Copper", "Brushed Aluminium":
+    use(name)
+save_again(use("Knurled Steel").clone())  # from which the copy in the scene differs then
+kx.assets.mark_edited(model)
+broken = library.save(parts[0].clone(), "Part", folder="Models")
+kx.scene.save(sys.argv[3], model)
+(broken.path / f"{broken.name}.osb").unlink()
+kx.scene.new()
+save_again(library["Brushed Aluminium"].load())  # which the saved scene does not know of
+print(library["Polished Gold"].uuid)
+EOT
+    "$programs/kxassets" script "$temporary/marks.py" -- "$1" "$subject" "$2" | tail -n 1
+}
+
 # picture FILE.png OPTION...; settings of the last picture are forgotten.
 picture() {
     local file=$1
     shift
     rm -rf -- "${XDG_CONFIG_HOME:?}"/*
+    mkdir "$XDG_CONFIG_HOME/kxAssets"
+    printf '[General]\nfavourites=%s\n' "$favourite" > "$XDG_CONFIG_HOME/kxAssets/asset-manager.conf"
     timeout 300 xvfb-run -a -s '-screen 0 1600x1000x24' "$programs/asset-manager" "$library" "$@" --screenshot "$file"
     printf '%s\n' "$file"
 }
@@ -59,6 +103,7 @@ if [[ -z $library ]]; then
     make_library "$library"
 fi
 scene=$temporary/Engine.osb
+favourite=
 "$programs/kxassets" load "$subject" --library "$library" -o "$scene"
 
 mkdir -p "$images"
@@ -66,15 +111,26 @@ keep window-light --language en --appearance light "$scene" --select "$subject"
 keep window-dark-de --language de --appearance dark "$scene" --select "$subject"
 keep list --language en --appearance light "$scene" --show list
 
+mkdir "$temporary/Marks"
+favourite=$(make_marks "$temporary/Marks/Library" "$temporary/Marks.osb")
+marks=()
+for appearance in light dark; do
+    library=$temporary/Marks/Library picture "$temporary/marks-$appearance.png" --language en --appearance "$appearance" \
+        "$temporary/Marks.osb" --show assets > /dev/null
+    marks+=("$temporary/marks-$appearance.png" --ch R,G,B --cut 832x396+0+0)
+done
+oiiotool "${marks[@]}" --mosaic:pad=12 1x2 -d uint8 --compression zip:9 -o "$images/marks.png"
+favourite=
+
 folder=${2-$temporary/panels}
 mkdir -p "$folder"
 for language in en de; do
     for appearance in light dark; do
-        for view in tiles list folders details view tree property material environment plate; do
+        for view in folders details view tree property material environment plate ${2:+tiles list}; do
             picture "$folder/$view-$appearance-$language.png" --language "$language" --appearance "$appearance" \
                 "$scene" --select "$subject" --show "$view"
         done
-        picture "$folder/empty-$appearance-$language.png" --language "$language" --appearance "$appearance"
+        [[ -z ${2-} ]] || picture "$folder/empty-$appearance-$language.png" --language "$language" --appearance "$appearance"
         sheet "$appearance-$language"
     done
 done

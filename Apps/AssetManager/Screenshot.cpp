@@ -24,6 +24,7 @@ constexpr int Samples = 16; // for each pixel of the scene: more is hardly seen 
 
 const QString Tiles = QStringLiteral("tiles");
 const QString List = QStringLiteral("list");
+const QString Assets = QStringLiteral("assets");
 const QString View = QStringLiteral("view");
 
 QDockWidget *findPanel(const MainWindow &window, const QString &view)
@@ -37,6 +38,7 @@ QStringList Screenshot::views()
 {
     return {Tiles,
             List,
+            Assets,
             QStringLiteral("folders"),
             QStringLiteral("details"),
             View,
@@ -50,7 +52,7 @@ QStringList Screenshot::views()
 Screenshot::Screenshot(MainWindow &window, Options options, int exitCode)
     : QObject(&window), _window(window), _options(std::move(options)), _exitCode(exitCode)
 {
-    const bool hasPicture = !findPanel(_window, _options.view) || _options.view == View;
+    const bool hasPicture = _options.view == View || (_options.view != Assets && !findPanel(_window, _options.view));
     _window.scene().view().setSampleLimit(hasPicture ? Samples : 1);
     connect(&_timer, &QTimer::timeout, this, &Screenshot::look);
     _timer.start(LookTime);
@@ -115,6 +117,7 @@ void Screenshot::select()
 
 bool Screenshot::take() const
 {
-    QWidget *panel = findPanel(_window, _options.view);
+    QWidget *panel =
+        _options.view == Assets ? static_cast<QWidget *>(&_window.browser()) : findPanel(_window, _options.view);
     return (panel ? panel->grab() : _window.grab()).save(_options.file);
 }

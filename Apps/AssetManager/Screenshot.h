@@ -16,7 +16,8 @@ public:
     struct Options
     {
         QString file;
-        QString view;  ///< "tiles", "list", or a panel, which alone is taken then; empty: the window as it opens
+        QString
+            view; ///< "tiles", "list", or "assets" or a panel, which alone is taken then; empty: the window as it opens
         QString asset; ///< the name of an asset to select, with what the scene has of it
     };
 
