@@ -323,6 +323,7 @@ void AssetBrowser::updateWanted()
     for (int row = first - 1; row >= std::max(0, first - perScreen / 2); --row)
         rows.push_back(row);
     std::vector<PreviewCache::Wanted> wanted;
+    wanted.reserve(rows.size());
     for (const int row : rows)
         wanted.push_back({QString::fromStdString(_model.entry(row).uuid), _model.entry(row).directory});
     _previews.want(wanted);

@@ -46,7 +46,7 @@ NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidge
     _view->setDefaultDropAction(Qt::MoveAction);
     _view->setUniformRowHeights(true);
     _view->setIndentation(Indentation * fontMetrics().averageCharWidth());
-    _view->installEventFilter(this);
+    _view->viewport()->installEventFilter(this);
     _view->setContextMenuPolicy(Qt::CustomContextMenu);
     _view->header()->setStretchLastSection(false);
     _view->header()->setMinimumSectionSize(fontMetrics().averageCharWidth());
@@ -98,7 +98,7 @@ void NodeTreePanel::layOutColumns()
 
 bool NodeTreePanel::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == _view && (event->type() == QEvent::Resize || event->type() == QEvent::Show))
+    if (watched == _view->viewport() && event->type() == QEvent::Resize)
         layOutColumns();
     return QWidget::eventFilter(watched, event);
 }
