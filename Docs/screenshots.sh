@@ -113,13 +113,14 @@ keep list --language en --appearance light "$scene" --show list
 
 mkdir "$temporary/Marks"
 favourite=$(make_marks "$temporary/Marks/Library" "$temporary/Marks.osb")
-marks=()
 for appearance in light dark; do
     library=$temporary/Marks/Library picture "$temporary/marks-$appearance.png" --language en --appearance "$appearance" \
         "$temporary/Marks.osb" --show assets > /dev/null
-    marks+=("$temporary/marks-$appearance.png" --ch R,G,B --cut 832x396+0+0)
 done
-oiiotool "${marks[@]}" --mosaic:pad=12 1x2 -d uint8 --compression zip:9 -o "$images/marks.png"
+# All of the light one, and the lower row of the dark one.
+oiiotool "$temporary/marks-light.png" --ch R,G,B --cut 832x396+0+0 \
+    "$temporary/marks-dark.png" --ch R,G,B --cut 832x168+0+228 \
+    --mosaic:pad=12 1x2 --cut 832x576+0+0 -d uint8 --compression zip:9 -o "$images/marks.png"
 favourite=
 
 folder=${2-$temporary/panels}
