@@ -4,6 +4,7 @@
 
 #include "AssetManager/FieldEditor.h"
 #include "AssetManager/FieldLabels.h"
+#include "AssetManager/NumberBox.h"
 #include "SceneGraph/FieldContainerFactory.h"
 
 #include <QFormLayout>
@@ -25,7 +26,14 @@ PropertySection::PropertySection(SceneActions &actions, const QString &title,
         if (!editor)
             continue;
         _editors.push_back(editor);
-        form->addRow(FieldLabels::label(field.name), editor);
+        const QString label = FieldLabels::label(field.name);
+        if (editor->findChildren<NumberBox *>().size() > 1) {
+            // Below its label, whatever its length: else some would stand beside and some below.
+            form->addRow(new QLabel(label, this));
+            form->addRow(editor);
+        } else {
+            form->addRow(label, editor);
+        }
     }
 }
 
