@@ -16,6 +16,9 @@
 #include <QStyle>
 #include <QTimer>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 /// As wide for those that are not current, so that the names stand below each other.
@@ -50,19 +53,37 @@ EnvironmentListModel::~EnvironmentListModel()
     osg::FieldContainerFactory::the().removeListener(*this);
 }
 
-/// The list is short: it is set anew, but only where something is different.
 void EnvironmentListModel::refresh()
 {
+    const std::vector<Entry> entries = environments();
     const int current = currentRow();
-    std::vector<Entry> entries = environments();
-    if (entries != _entries) {
-        beginResetModel();
-        _entries = std::move(entries);
-        _current = current;
-        endResetModel();
-    } else if (current != _current) {
-        _current = current;
+    const bool isSame = entries == _entries && current == _current;
+    _current = current;
+    replaceRows(entries);
+    _entries = entries; // the names
+    if (!isSame && !_entries.empty())
         Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+}
+
+/// Only the rows between those that stay, so that a person stays where he is in the list.
+void EnvironmentListModel::replaceRows(const std::vector<Entry> &entries)
+{
+    const auto isSameMaterial = [](const Entry &a, const Entry &b) { return a.materialId == b.materialId; };
+    const auto front = std::mismatch(_entries.begin(), _entries.end(), entries.begin(), entries.end(), isSameMaterial);
+    const auto back = std::mismatch(_entries.rbegin(), std::make_reverse_iterator(front.first), entries.rbegin(),
+                                    std::make_reverse_iterator(front.second), isSameMaterial);
+    const auto first = static_cast<int>(front.first - _entries.begin());
+    const std::vector<Entry> added(front.second, back.second.base());
+    const auto removed = static_cast<int>(back.first.base() - front.first);
+    if (removed > 0) {
+        beginRemoveRows({}, first, first + removed - 1);
+        _entries.erase(front.first, back.first.base());
+        endRemoveRows();
+    }
+    if (!added.empty()) {
+        beginInsertRows({}, first, first + static_cast<int>(added.size()) - 1);
+        _entries.insert(_entries.begin() + first, added.begin(), added.end());
+        endInsertRows();
     }
 }
 

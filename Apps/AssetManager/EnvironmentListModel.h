@@ -46,6 +46,7 @@ private:
 
     static std::vector<Entry> environments();
     static int currentRow();
+    void replaceRows(const std::vector<Entry> &entries);
     void containerChanged(osg::FieldContainer &container, osg::FieldMask fields) override;
 
     SceneActions &_actions;

@@ -36,6 +36,9 @@ void TagBar::setTags(const std::vector<std::pair<QString, int>> &counts)
 
 void TagBar::arrange()
 {
+    _isStale = _menu && _menu->isVisible(); // nothing is taken away under the pointer
+    if (_isStale)
+        return;
     while (QLayoutItem *item = _layout->takeAt(0)) {
         if (item->widget()) {
             item->widget()->setObjectName({}); // its successor has the name from now on
@@ -47,6 +50,8 @@ void TagBar::arrange()
     auto *more = new QPushButton(tr("More tags"), this); // whose arrow stands beside the text
     auto *menu = new QMenu(more);
     more->setMenu(menu);
+    _menu = menu;
+    connect(menu, &QMenu::aboutToHide, this, &TagBar::catchUp, Qt::QueuedConnection); // after what was chosen in it
     int room = width() - more->sizeHint().width();
     QStringList shown;
     const auto show = [&](QToolButton *button, const QString &tag) {
@@ -71,6 +76,12 @@ void TagBar::arrange()
     _layout->addWidget(more);
     _layout->addStretch(1);
     setVisible(!_chosen.isEmpty() || !_counts.empty());
+}
+
+void TagBar::catchUp()
+{
+    if (_isStale)
+        arrange();
 }
 
 QToolButton *TagBar::makeButton(const QString &tag, int count)

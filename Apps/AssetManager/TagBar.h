@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
@@ -8,6 +9,7 @@
 #include <vector>
 
 class QHBoxLayout;
+class QMenu;
 class QToolButton;
 
 /// Tags as buttons that narrow down what is shown.
@@ -31,11 +33,14 @@ Q_SIGNALS:
 
 private:
     void arrange();
+    void catchUp();
     QToolButton *makeButton(const QString &tag, int count);
     void resizeEvent(QResizeEvent *event) override;
     void toggle(const QString &tag, bool isChosen);
 
     QHBoxLayout *_layout;
     QStringList _chosen;
+    QPointer<QMenu> _menu; ///< of what finds no room
+    bool _isStale = false; ///< what changed while the menu was open is not shown yet
     std::vector<std::pair<QString, int>> _counts;
 };

@@ -14,7 +14,6 @@
 #include "WindowFixture.h"
 
 #include <QDir>
-#include <QDockWidget>
 #include <QDrag>
 #include <QFileInfo>
 #include <QListView>
@@ -76,15 +75,9 @@ protected:
         return places.empty() ? QPoint() : places[places.size() / 2];
     }
     QTreeView &sceneTree() { return widget<QTreeView>("sceneTree"); }
-    static QModelIndex rowOf(QAbstractItemView &view, const QString &name)
-    {
-        const QAbstractItemModel &model = *view.model();
-        return model.match(model.index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly | Qt::MatchRecursive).value(0);
-    }
     QWidget &raised(const char *dock, const char *list)
     {
-        widget<QDockWidget>(dock).raise();
-        process();
+        raise(dock);
         return *widget<QAbstractItemView>(list).viewport();
     }
     void undo()

@@ -24,7 +24,6 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QDirIterator>
-#include <QDockWidget>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -66,16 +65,6 @@ protected:
         const osg::Vec3d from = camera()->getFrom();
         const osg::Vec3d at = camera()->getAt();
         return std::hypot(from[0] - at[0], from[1] - at[1], from[2] - at[2]);
-    }
-    void raise(const char *dock)
-    {
-        widget<QDockWidget>(dock).raise();
-        process();
-    }
-    static QModelIndex rowOf(QAbstractItemView &view, const QString &name)
-    {
-        const QAbstractItemModel &model = *view.model();
-        return model.match(model.index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly | Qt::MatchRecursive).value(0);
     }
     /// What appears beside the pointer on the tile, once it says so.
     bool showsTip(const std::string &uuid, const QString &sentence)
@@ -361,9 +350,7 @@ TEST_F(MainWindowMouseTest, OffersWhatCanBeDoneByTheRightButton)
     openMenu(*window->folders().viewport(), placeOfFolder(path()), [this](QMenu &menu) {
         EXPECT_THAT(textsOf(menu), Contains(QString("Close library")));
         EXPECT_THAT(textsOf(menu), testing::Not(Contains(QString("Delete"))));
-        for (QAction *action : menu.actions())
-            if (action->text().contains("New"))
-                input.click(menu.mapToGlobal(menu.actionGeometry(action).center()), Qt::LeftButton, Qt::NoModifier);
+        clickInMenu(menu, "New folder");
     });
     settle();
 

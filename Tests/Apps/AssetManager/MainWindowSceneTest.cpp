@@ -22,7 +22,6 @@
 
 #include <QAction>
 #include <QDir>
-#include <QDockWidget>
 #include <QFileInfo>
 #include <QListView>
 #include <QMenu>
@@ -72,17 +71,6 @@ protected:
         return {2, 2};
     }
     QTreeView &sceneTree() { return widget<QTreeView>("sceneTree"); }
-    QModelIndex rowOf(QAbstractItemView &tree, const QString &name)
-    {
-        const auto found = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, name, 1,
-                                               Qt::MatchExactly | Qt::MatchRecursive);
-        return found.isEmpty() ? QModelIndex() : found.first();
-    }
-    void raise(const char *dock)
-    {
-        widget<QDockWidget>(dock).raise();
-        process();
-    }
     void undo()
     {
         press(Qt::Key_Z, Qt::ControlModifier);
@@ -243,7 +231,6 @@ TEST_F(MainWindowSceneTest, FramesWhatIsSelectedInTheSceneTree)
     open();
     look();
     const int sizeBefore = sizeOf(near->getChild(0));
-    raise("treeDock");
 
     clickItem(sceneTree(), rowOf(sceneTree(), "Near"));
     press(Qt::Key_F);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/AssetBrowser.h"
 #include "AssetManager/AssetModel.h"
-#include "AssetManager/DragData.h"
 #include "AssetManager/FolderModel.h"
+#include "AssetManager/FolderTree.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/Tour.h"
 #include "AssetSession/kxLibraryVerifier.h"
@@ -14,23 +14,18 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QContextMenuEvent>
 #include <QDir>
 #include <QDirIterator>
-#include <QDrag>
+#include <QDockWidget>
 #include <QFile>
-#include <QListView>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QProgressDialog>
 #include <QRegularExpression>
+#include <QTabBar>
 #include <QTest>
 #include <QTimer>
-#include <QTreeView>
 #include <QTreeWidget>
-#include <QWheelEvent>
-#include <QWindow>
 
 #include <map>
 #include <random>
@@ -41,7 +36,7 @@ namespace {
 constexpr int Events = 10000;
 constexpr std::uint32_t Seed = 20260801;
 
-/// Somebody who presses and drags whatever there is, ten thousand times.
+/// Somebody who presses and drags whatever there is, ten thousand times, with the server's mouse and keyboard.
 ///
 /// The environment variable KX_MONKEY_SEED has another one come.
 class MonkeyTest : public WindowFixture
@@ -94,6 +89,8 @@ protected:
 
     void act()
     {
+        if (!QGuiApplication::focusWindow())
+            window->activateWindow(); // a dialog had the keyboard, and no window manager passes it on
         switch (below(20)) {
         case 0:
         case 1:
@@ -111,29 +108,29 @@ protected:
             clickSomewhere();
             break;
         case 11:
-            QTest::mouseDClick(target(), Qt::LeftButton, modifiers(), place);
+            input.doubleClick(target());
             break;
         case 12:
             dragSomewhere();
             break;
         case 13:
-            turnWheel();
+            input.turnWheel(target(), below(2) ? 1 : -1, modifiers());
             break;
         case 14:
             openContextMenu();
             break;
         case 15:
-            triggerAction();
+            useMenuBar();
             break;
         case 16:
         case 17:
             dropSomething();
             break;
         case 18:
-            window->undoStack().undo();
+            input.press(Qt::Key_Z, Qt::ControlModifier);
             break;
         case 19:
-            window->undoStack().redo();
+            pressRedo();
             break;
         }
         QCoreApplication::processEvents();
@@ -159,6 +156,22 @@ protected:
         window->openLibraries({path()});
         const osg::NodePtr chair = addChair("Chair");
         window->libraries().actions().saveNodes({chair.getFieldContainerId()}, path());
+    }
+
+    /// Panels that were put away and assets that were filtered out are there again, to have something done to them.
+    void tidyUp()
+    {
+        for (const char *name : {"foldersDock", "detailsDock", "viewDock", "treeDock", "propertyDock", "materialDock",
+                                 "environmentDock", "plateDock"}) {
+            auto &dock = widget<QDockWidget>(name);
+            dock.setFloating(false);
+            dock.show();
+        }
+        AssetBrowser &browser = window->browser();
+        browser.setText({});
+        browser.setSpecial(AssetFilter::Special::None);
+        widget<QTabBar>("categories").setCurrentIndex(0);
+        window->folders().setCurrentIndex(window->libraries().folders().index(0, 0));
     }
 
     void calmDown()
@@ -214,48 +227,40 @@ private:
         return imports ? QDialog::Accepted : QDialog::Rejected;
     }
 
-    /// Menus, drags and dialogs run event loops of their own.
+    /// Menus and dialogs run event loops of their own.
     void endWhatWaits()
     {
         if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
             dialog && !qobject_cast<QProgressDialog *>(dialog))
             dialog->reject();
-        if (QWidget *popup = QApplication::activePopupWidget()) {
+        if (QApplication::activePopupWidget() && !input.isBusy()) {
             static const Qt::Key keys[] = {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Return, Qt::Key_Escape};
-            QTest::keyClick(popup, oneOf(keys));
+            input.press(oneOf(keys), Qt::NoModifier);
         }
-        if (!isDragging)
-            return;
-        const QPoint there(below(window->width()), below(window->height()));
-        const bool isLast = ++dragTicks > 3;
-        QMouseEvent event(isLast ? QEvent::MouseButtonRelease : QEvent::MouseMove, there, window->mapToGlobal(there),
-                          Qt::LeftButton, isLast ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(window->windowHandle(), &event);
-        if (dragTicks > 10)
-            QDrag::cancel();
     }
 
-    /// A widget that is seen, and a place in it.
-    QWidget *target()
+    /// A place of the screen in the window.
+    QPoint target()
     {
         if (below(3) == 0)
             return aim();
-        const QPoint there(below(window->width()), below(window->height()));
-        QWidget *child = window->childAt(there);
-        QWidget *found = child ? child : window.get();
-        place = found->mapFrom(window.get(), there);
-        return found;
+        return window->mapToGlobal({below(window->width()), below(window->height())});
     }
     /// At something in a list, of which there is less than of everything else.
-    QWidget *aim()
+    QPoint aim()
     {
         const char *const views[] = {"assetGrid", "folderTree", "sceneTree", "materialList"};
         auto &view = widget<QAbstractItemView>(oneOf(views));
         // The grid has no model while the assets are shown as a list.
         const QAbstractItemModel *model = view.model();
         const QModelIndex index = model ? model->index(below(std::max(1, model->rowCount())), 0) : QModelIndex();
-        place = index.isValid() ? view.visualRect(index).center() : view.viewport()->rect().center();
-        return view.viewport();
+        return placeOf(view, index);
+    }
+    static QPoint placeOf(const QAbstractItemView &view, const QModelIndex &index)
+    {
+        const QRect seen = view.viewport()->rect();
+        const QRect item = seen & view.visualRect(index);
+        return view.viewport()->mapToGlobal(item.isEmpty() ? seen.center() : item.center());
     }
     void pressKey()
     {
@@ -301,81 +306,56 @@ private:
             {Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier},
         };
         const Stroke &stroke = oneOf(strokes);
-        QWidget *receiver = QApplication::activePopupWidget();
-        if (!receiver)
-            receiver = QApplication::focusWidget();
-        QTest::keyClick(receiver ? receiver : window.get(), stroke.key, stroke.modifiers);
+        input.press(stroke.key, stroke.modifiers);
     }
     void clickSomewhere()
     {
-        QWidget *widget = target();
-        QTest::mouseClick(widget, Qt::LeftButton, modifiers(), place);
-        if (widget->focusPolicy() & Qt::ClickFocus)
-            widget->setFocus(Qt::MouseFocusReason);
+        const QPoint place = target();
+        input.click(place, Qt::LeftButton, modifiers());
     }
     void dragSomewhere()
     {
-        const QPointer<QWidget> widget = target();
-        const QPoint from = place;
-        isDragging = true;
-        dragTicks = 0;
-        QTest::mousePress(widget, Qt::LeftButton, modifiers(), from);
-        for (int step = 1; step < 4 && widget; ++step) {
-            QMouseEvent move(QEvent::MouseMove, from + QPoint(12, 9) * step,
-                             widget->mapToGlobal(from + QPoint(12, 9) * step), Qt::NoButton, Qt::LeftButton,
-                             Qt::NoModifier);
-            QApplication::sendEvent(widget, &move);
-        }
-        isDragging = false;
-        if (widget)
-            QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, from + QPoint(36, 27));
-    }
-    void turnWheel()
-    {
-        QWidget *widget = target();
-        QWheelEvent event(place, widget->mapToGlobal(place), {}, {0, below(2) ? 120 : -120}, Qt::NoButton, modifiers(),
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(widget, &event);
+        const QPoint from = target();
+        const QPoint away(QApplication::startDragDistance() + 2, 2);
+        input.drag({from, from + away, from + 3 * away, target()}, Qt::LeftButton, modifiers());
     }
     void openContextMenu()
     {
-        QWidget *widget = target();
-        QContextMenuEvent event(QContextMenuEvent::Mouse, place, widget->mapToGlobal(place));
-        QApplication::sendEvent(widget, &event);
+        if (below(4) == 0)
+            input.press(Qt::Key_Menu, Qt::NoModifier);
+        else
+            input.click(target(), Qt::RightButton, Qt::NoModifier);
     }
-    void triggerAction()
+    void useMenuBar()
     {
-        QAction *action = oneOf(menuActions());
-        if (action->isEnabled())
-            action->trigger();
+        const QMenuBar &bar = *window->menuBar();
+        const QAction *title = oneOf(bar.actions());
+        input.click(bar.mapToGlobal(bar.actionGeometry(const_cast<QAction *>(title)).center()), Qt::LeftButton,
+                    Qt::NoModifier);
+        const QMenu &menu = *title->menu();
+        QAction *action = oneOf(menu.actions());
+        if (menu.isVisible())
+            input.click(menu.mapToGlobal(menu.actionGeometry(action).center()), Qt::LeftButton, Qt::NoModifier);
     }
 
-    std::unique_ptr<QMimeData> dragged()
+    void dropSomething()
     {
         const char *const views[] = {"assetGrid", "folderTree", "sceneTree", "materialList", "plateTree"};
         auto &view = widget<QAbstractItemView>(oneOf(views));
         if (!view.model())
-            return nullptr;
+            return;
         const QAbstractItemModel &model = *view.model();
         QModelIndex index = model.index(below(std::max(1, model.rowCount())), 0);
         while (index.isValid() && model.rowCount(index) > 0 && below(2))
             index = model.index(below(model.rowCount(index)), 0, index);
-        const bool isDraggable = index.isValid() && (model.flags(index) & Qt::ItemIsDragEnabled) != 0;
-        return std::unique_ptr<QMimeData>(isDraggable ? model.mimeData({index}) : nullptr);
-    }
-    void dropSomething()
-    {
-        const std::unique_ptr<QMimeData> data = dragged();
-        QWidget *widget = target();
-        if (data)
-            dropQuickly(*widget, place, *data);
+        const QPoint from = placeOf(view, index);
+        const QPoint to = target();
+        const QPoint away(QApplication::startDragDistance() + 2, 2);
+        input.drag({from, from + away, (from + to) / 2, to - QPoint(1, 1), to}, Qt::LeftButton, Qt::NoModifier);
     }
 
     std::mt19937 random;
-    QPoint place;
     bool imports = false;
-    bool isDragging = false;
-    int dragTicks = 0;
 };
 
 TEST_F(MonkeyTest, LeavesTheWindowUsableAndTheLibraryWhole)
@@ -387,6 +367,8 @@ TEST_F(MonkeyTest, LeavesTheWindowUsableAndTheLibraryWhole)
 
     for (int i = 0; i < Events; ++i) {
         act();
+        if (i % 50 == 49)
+            tidyUp();
         if (i % 500 == 499)
             saveSomething();
     }

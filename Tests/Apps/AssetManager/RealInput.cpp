@@ -3,7 +3,7 @@
 
 #include <QApplication>
 #include <QCursor>
-#include <QTest>
+#include <QDeadlineTimer>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -134,6 +134,17 @@ void RealInput::drag(const std::vector<QPoint> &places, Qt::MouseButton button, 
     perform(std::move(steps));
 }
 
+void RealInput::hold(const QPoint &place)
+{
+    const SingleClicks single;
+    perform({[=, this] { fakeMove(place); }, [this] { fakeButton(Qt::LeftButton, true); }});
+}
+
+void RealInput::letGo()
+{
+    perform({[this] { fakeButton(Qt::LeftButton, false); }});
+}
+
 void RealInput::dragAndEscape(const std::vector<QPoint> &places)
 {
     const SingleClicks single;
@@ -200,7 +211,20 @@ void RealInput::perform(std::vector<Step> steps)
     _rounds = 0;
     _isDone = false;
     goOn();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return _isDone; }, Patience)) << "the program does not go on";
+    waitUntilDone();
+}
+
+/// Without the pauses of QTest::qWaitFor(), of which one for each step would be most of the time that tests take.
+void RealInput::waitUntilDone()
+{
+    const QDeadlineTimer patience(Patience);
+    QTimer reminder; // nothing else may wake the loop
+    reminder.start(Patience / 10);
+    while (!_isDone && !patience.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    EXPECT_TRUE(_isDone) << "the program does not go on";
     _isDone = true;
 }
 

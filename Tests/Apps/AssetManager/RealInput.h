@@ -30,7 +30,10 @@ public:
     void moveTo(const QPoint &place);
     /// Presses, moves over all of these, and lets go at the last one.
     void drag(const std::vector<QPoint> &places, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
-    /// The same, but presses Escape before letting go.
+    /// The parts of a drag out of another program, for which nobody here can wait: presses the left button, and lets go.
+    void hold(const QPoint &place);
+    void letGo();
+    /// Like drag(), but presses Escape before letting go.
     void dragAndEscape(const std::vector<QPoint> &places);
     /// Turns the wheel by so many notches, away from the person where that is positive.
     void turnWheel(const QPoint &place, int notches, Qt::KeyboardModifiers modifiers);
@@ -53,6 +56,7 @@ private:
     void perform(std::vector<Step> steps);
     std::vector<Step> pressAndMove(const std::vector<QPoint> &places, Qt::MouseButton button,
                                    Qt::KeyboardModifiers modifiers) const;
+    void waitUntilDone();
     void goOn();
     void fake(unsigned type, unsigned detail, const QPoint &place = {}) const;
     void fakeMove(const QPoint &place) const;

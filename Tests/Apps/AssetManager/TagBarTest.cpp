@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/TagBar.h"
 
+#include "RealInput.h"
+
 #include <QApplication>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 #include <gmock/gmock.h>
@@ -24,6 +28,7 @@ protected:
         bar.resize(width, bar.sizeHint().height());
         bar.setTags({{"wood", 5}, {"dark", 3}, {"matt", 1}});
         bar.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&bar));
         process();
     }
 
@@ -95,6 +100,34 @@ TEST_F(TagBarTest, AlwaysHasButtonsForWhatIsChosen)
 
     EXPECT_EQ(buttons().front(), "matt");
     EXPECT_EQ(bar.chosen(), QStringList("matt"));
+}
+
+TEST_F(TagBarTest, KeepsItsMenuOpenWhileTagsAreCounted)
+{
+    show(800);
+    bar.resize(60, bar.height());
+    process();
+    RealInput input;
+    QTimer helper; // the menu has a loop of its own
+    int seen = 0;
+    bool staysOpen = false;
+    QObject::connect(&helper, &QTimer::timeout, [&] {
+        if (!QApplication::activePopupWidget() || input.isBusy() || ++seen > 1)
+            return;
+        bar.setTags({{"wood", 6}});
+        process();
+        staysOpen = QApplication::activePopupWidget() == more()->menu();
+        input.press(Qt::Key_Escape, Qt::NoModifier);
+    });
+    helper.start(5);
+
+    input.click(more()->mapToGlobal(more()->rect().center()), Qt::LeftButton, Qt::NoModifier);
+    process();
+
+    EXPECT_EQ(seen, 1);
+    EXPECT_TRUE(staysOpen);
+    EXPECT_FALSE(QApplication::activePopupWidget());
+    EXPECT_THAT(buttons(), ElementsAre("wood (6)")) << "what is left needs no menu";
 }
 
 } // namespace

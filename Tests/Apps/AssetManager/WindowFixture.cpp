@@ -11,9 +11,12 @@
 #include "Kernel/kxModalQuestion.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
+#include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileInfo>
@@ -22,8 +25,21 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QSettings>
+#include <QTabBar>
 #include <QTest>
 #include <QTimer>
+
+namespace {
+
+QAction *actionIn(const QMenu &menu, const QString &text)
+{
+    for (QAction *action : menu.actions())
+        if (QString(action->text()).remove('&') == text)
+            return action;
+    return nullptr;
+}
+
+} // namespace
 
 WindowFixture::WindowFixture() : SceneFixture(kxAssetSession::MainView::Program)
 {
@@ -152,6 +168,16 @@ void WindowFixture::clickButton(const QString &name)
 
 void WindowFixture::openMenu(QWidget &target, const QPoint &place, const std::function<void(QMenu &)> &use)
 {
+    useMenu([&] { input.click(target.mapToGlobal(place), Qt::RightButton, Qt::NoModifier); }, use);
+}
+
+void WindowFixture::openMenuByKey(const std::function<void(QMenu &)> &use)
+{
+    useMenu([this] { input.press(Qt::Key_Menu, Qt::NoModifier); }, use);
+}
+
+void WindowFixture::useMenu(const std::function<void()> &open, const std::function<void(QMenu &)> &use)
+{
     QTimer helper; // the menu has a loop of its own
     int seen = 0;
     QObject::connect(&helper, &QTimer::timeout, [&] {
@@ -164,9 +190,56 @@ void WindowFixture::openMenu(QWidget &target, const QPoint &place, const std::fu
             menu->close();
     });
     helper.start(20);
-    input.click(target.mapToGlobal(place), Qt::RightButton, Qt::NoModifier);
+    open();
     EXPECT_TRUE(QTest::qWaitFor([&] { return seen > 0 && !QApplication::activePopupWidget(); }, Patience));
     process();
+}
+
+void WindowFixture::clickInMenu(QMenu &menu, const QString &text)
+{
+    QAction *action = actionIn(menu, text);
+    ASSERT_NE(action, nullptr) << text.toStdString();
+    input.click(menu.mapToGlobal(menu.actionGeometry(action).center()), Qt::LeftButton, Qt::NoModifier);
+}
+
+void WindowFixture::pressInMenu(QMenu &menu, const QString &text)
+{
+    const QAction *action = actionIn(menu, text);
+    ASSERT_NE(action, nullptr) << text.toStdString();
+    for (int i = 0; i < menu.actions().size() && menu.activeAction() != action; ++i)
+        input.press(Qt::Key_Down, Qt::NoModifier);
+    ASSERT_EQ(menu.activeAction(), action) << text.toStdString();
+    input.press(Qt::Key_Return, Qt::NoModifier);
+}
+
+void WindowFixture::clickInMenuBar(const char *menu, const QString &text)
+{
+    auto &opened = widget<QMenu>(menu);
+    QMenuBar &bar = *window->menuBar();
+    click(bar, bar.actionGeometry(opened.menuAction()).center());
+    ASSERT_TRUE(opened.isVisible());
+    clickInMenu(opened, text);
+    process();
+}
+
+void WindowFixture::showForInput(QDialog &dialog)
+{
+    dialog.show();
+    dialog.activateWindow(); // which a window manager does
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog, Patience));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !input.isBusy(); }, Patience));
+}
+
+void WindowFixture::raise(const char *dock)
+{
+    const QString title = widget<QDockWidget>(dock).windowTitle();
+    for (QTabBar *tabs : window->findChildren<QTabBar *>(QString(), Qt::FindDirectChildrenOnly))
+        for (int i = 0; i < tabs->count(); ++i)
+            if (tabs->tabText(i) == title) {
+                click(*tabs, tabs->tabRect(i).center());
+                return;
+            }
+    ADD_FAILURE() << "no tab: " << dock;
 }
 
 void WindowFixture::doubleClick(QWidget &target, const QPoint &place)
@@ -198,6 +271,12 @@ void WindowFixture::dragItem(QAbstractItemView &from, const QModelIndex &index, 
     ASSERT_TRUE(index.isValid());
     from.scrollTo(index);
     dragMouse(*from.viewport(), from.visualRect(index).center(), target, place);
+}
+
+QModelIndex WindowFixture::rowOf(const QAbstractItemView &view, const QString &name)
+{
+    const QAbstractItemModel &model = *view.model();
+    return model.match(model.index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly | Qt::MatchRecursive).value(0);
 }
 
 QPoint WindowFixture::placeOfFolder(const QString &directory)

@@ -8,8 +8,9 @@
 #include <functional>
 #include <memory>
 
-class QAction;
 class QAbstractItemView;
+class QAction;
+class QDialog;
 class QMenu;
 class QMimeData;
 
@@ -57,8 +58,21 @@ protected:
     void clickAsset(const std::string &uuid, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void clickFolder(const QString &directory);
     void clickButton(const QString &name);
+    /// Closes the menu that \a open leads to after \a use saw it.
+    void useMenu(const std::function<void()> &open, const std::function<void(QMenu &)> &use);
     /// Clicks with the right button, and closes the menu that opens after \a use saw it.
     void openMenu(QWidget &target, const QPoint &place, const std::function<void(QMenu &)> &use);
+    /// The same by the key for menus, of what has the focus.
+    void openMenuByKey(const std::function<void(QMenu &)> &use);
+    /// What a person chooses in an open menu, by its text without the mark of its letter.
+    void clickInMenu(QMenu &menu, const QString &text);
+    void pressInMenu(QMenu &menu, const QString &text);
+    /// Opens a menu of the bar by a click and clicks on what is in it.
+    void clickInMenuBar(const char *menu, const QString &text);
+    /// For an answerer of dialogs: shows it, and waits until what led to it is over and it has the keyboard.
+    void showForInput(QDialog &dialog);
+    /// By a click on its tab.
+    void raise(const char *dock);
     void doubleClick(QWidget &target, const QPoint &place);
     /// Presses a mouse button, moves there and lets go.
     void dragMouse(QWidget &from, const QPoint &begin, QWidget &to, const QPoint &end,
@@ -66,6 +80,8 @@ protected:
     /// Selects these and drags them there with the mouse.
     void dragAssets(const std::vector<std::string> &uuids, QWidget &target, const QPoint &place);
     void dragItem(QAbstractItemView &from, const QModelIndex &index, QWidget &target, const QPoint &place);
+    /// The first row with that name, wherever it is in a tree.
+    static QModelIndex rowOf(const QAbstractItemView &view, const QString &name);
     /// Where the folder is seen in the viewport of the tree.
     QPoint placeOfFolder(const QString &directory);
     /// To whatever has the focus.
