@@ -13,12 +13,11 @@
 #include "Kernel/kxSceneplateUtils.h"
 #include "WindowFixture.h"
 
+#include <QApplication>
 #include <QDir>
-#include <QDrag>
 #include <QFileInfo>
 #include <QListView>
-#include <QMimeData>
-#include <QMouseEvent>
+#include <QProcess>
 #include <QTest>
 #include <QTreeView>
 
@@ -32,29 +31,58 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
-/// A window of another program, out of which files are dragged.
-class FileManager final : public QWidget
+/// Another program, out of whose window files are dragged.
+class FileManager
 {
 public:
-    FileManager(const QStringList &files, const QRect &place)
+    FileManager(const QStringList &files, const QPoint &place) : _place(place)
     {
-        for (const QString &file : files)
-            _files.append(QUrl::fromLocalFile(file));
-        setGeometry(place);
-        show();
+        _program.start(QStringLiteral(KX_FILE_MANAGER),
+                       QStringList{QString::number(place.x()), QString::number(place.y())} + files);
+    }
+    ~FileManager()
+    {
+        _program.kill();
+        _program.waitForFinished();
+    }
+    FileManager(const FileManager &) = delete;
+    FileManager &operator=(const FileManager &) = delete;
+
+    /// Where a drag begins.
+    QPoint place() const { return _place + QPoint(20, 20); }
+    /// Waits until it has said so.
+    bool says(const QByteArray &what)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                _said += _program.readAllStandardOutput();
+                return _said.contains(what);
+            },
+            30000);
     }
 
 private:
-    void mousePressEvent(QMouseEvent * /*event*/) override
+    QProcess _program;
+    QPoint _place;
+    QByteArray _said;
+};
+
+/// Whether something is dragged over a widget that takes drops.
+class DragWatch final : public QObject
+{
+public:
+    DragWatch() { qApp->installEventFilter(this); }
+
+    bool isOver() const { return _isOver; }
+
+private:
+    bool eventFilter(QObject *watched, QEvent *event) override
     {
-        auto content = std::make_unique<QMimeData>();
-        content->setUrls(_files);
-        auto *drag = new QDrag(this);
-        drag->setMimeData(content.release()); // the drag's
-        drag->exec(Qt::CopyAction);
+        _isOver |= event->type() == QEvent::DragMove && watched->isWidgetType();
+        return QObject::eventFilter(watched, event);
     }
 
-    QList<QUrl> _files;
+    bool _isOver = false;
 };
 
 /// What is dragged with the mouse from where it is seen to where it shall go.
@@ -83,6 +111,25 @@ protected:
     void undo()
     {
         press(Qt::Key_Z, Qt::ControlModifier);
+        settle();
+    }
+    /// Drags its files there. The other program moves on in its own time.
+    void dragFrom(FileManager &program, QWidget &target, const QPoint &place)
+    {
+        ASSERT_TRUE(program.says("ready"));
+        input.hold(program.place());
+        ASSERT_TRUE(program.says("dragging"));
+        const DragWatch watch;
+        const QPoint end = target.mapToGlobal(place);
+        int step = 0;
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                input.moveTo(end - QPoint(++step % 2, 0));
+                return watch.isOver();
+            },
+            Patience));
+        input.letGo();
+        EXPECT_TRUE(program.says("taken"));
         settle();
     }
     QWidget &folderView() { return *window->folders().viewport(); }
@@ -271,20 +318,25 @@ TEST_F(MainWindowDragTest, MergesAFolderWithItsNamesakeAfterAsking)
     EXPECT_EQ(QFileInfo(directoryOf(ash)).path(), path("All/Wood"));
 }
 
-TEST_F(MainWindowDragTest, ImportsFilesThatComeFromAnotherWindow)
+TEST_F(MainWindowDragTest, ImportsFilesThatComeFromAnotherProgram)
 {
     ASSERT_TRUE(QDir().mkpath(path("Models")));
     open();
     kxModalQuestion::setDialogAnswerer([](QDialog &) { return QDialog::Accepted; });
-    FileManager box({QStringLiteral(KX_TEST_MODELS "/OBJ/box.obj")}, {1420, 100, 150, 150});
-    FileManager cube({QStringLiteral(KX_TEST_MODELS "/PLY/cube.ply")}, {1420, 300, 150, 150});
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&box) && QTest::qWaitForWindowExposed(&cube));
+    FileManager box({QStringLiteral(KX_TEST_MODELS "/OBJ/box.obj")}, {1420, 100});
+    FileManager cube({QStringLiteral(KX_TEST_MODELS "/PLY/cube.ply")}, {1420, 300});
     QWidget &shown = *window->browser().view().viewport();
+    const auto areImported = [this](std::size_t count) {
+        return QTest::qWaitFor([=, this] { return names().size() == count; }, Patience);
+    };
 
-    dragMouse(box, {20, 20}, shown, shown.rect().center());
-    dragMouse(cube, {20, 20}, folderView(), placeOfFolder(path("Models")));
+    dragFrom(box, shown, shown.rect().center());
+    EXPECT_TRUE(areImported(1));
+    dragFrom(cube, folderView(), placeOfFolder(path("Models")));
+    EXPECT_TRUE(areImported(2));
 
     EXPECT_THAT(names(), UnorderedElementsAre("box", "cube"));
+    activate();
     clickFolder(path("Models"));
     EXPECT_THAT(names(), ElementsAre("cube"));
     EXPECT_EQ(reported(), "");

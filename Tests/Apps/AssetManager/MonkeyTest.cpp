@@ -367,7 +367,7 @@ TEST_F(MonkeyTest, LeavesTheWindowUsableAndTheLibraryWhole)
 
     for (int i = 0; i < Events; ++i) {
         act();
-        if (i % 50 == 49)
+        if (i % 200 == 199)
             tidyUp();
         if (i % 500 == 499)
             saveSomething();
