@@ -27,7 +27,6 @@
 
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 

@@ -13,7 +13,6 @@
 #include <QFileInfo>
 #include <QMimeData>
 #include <QPushButton>
-#include <QTest>
 
 #include <gmock/gmock.h>
 
@@ -36,10 +35,11 @@ protected:
     {
         kxModalQuestion::setDialogAnswerer([this](QDialog &dialog) {
             ++dialogs;
-            dialog.show();
+            showForInput(dialog);
             if (fillIn)
                 fillIn(dialog);
-            QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(button), Qt::LeftButton);
+            QWidget &choice = *dialog.findChild<QDialogButtonBox *>()->button(button);
+            click(choice, choice.rect().center());
             return dialog.result();
         });
     }
@@ -130,10 +130,11 @@ TEST_F(MainWindowImportTest, MakesOfPicturesWhatIsChosenByTheKeyboard)
     EXPECT_THAT(kinds(), ElementsAre(Environment));
     press(Qt::Key_Z, Qt::ControlModifier);
     settle();
-    fillIn = [](QDialog &dialog) {
+    fillIn = [this](QDialog &dialog) {
         auto *pictures = dialog.findChild<QComboBox *>("pictures");
         EXPECT_FALSE(dialog.findChild<QComboBox *>("models")->isEnabled());
-        QTest::keyClick(pictures, Qt::Key_Down);
+        pictures->setFocus();
+        press(Qt::Key_Down);
     };
 
     dropFiles({model("OBJ/SpiderTex.jpg")});
@@ -143,7 +144,10 @@ TEST_F(MainWindowImportTest, MakesOfPicturesWhatIsChosenByTheKeyboard)
 
 TEST_F(MainWindowImportTest, TakesOnlyTheMaterialsWhereThatIsChosen)
 {
-    fillIn = [](QDialog &dialog) { QTest::keyClick(dialog.findChild<QComboBox *>("models"), Qt::Key_End); };
+    fillIn = [this](QDialog &dialog) {
+        dialog.findChild<QComboBox *>("models")->setFocus();
+        press(Qt::Key_End);
+    };
     open();
 
     dropFiles({model("OBJ/spider.obj")});

@@ -22,7 +22,6 @@
 #include <QMenuBar>
 #include <QScrollBar>
 #include <QTabBar>
-#include <QTest>
 
 #include <gmock/gmock.h>
 
@@ -139,11 +138,11 @@ TEST_F(MainWindowTest, ReachesEachMenuByTheKeyboard)
         const int place = title->text().indexOf('&');
         ASSERT_GE(place, 0) << title->text().toStdString();
 
-        QTest::keyClick(window.get(), title->text().at(place + 1).toLower().toLatin1(), Qt::AltModifier);
+        press(static_cast<Qt::Key>(title->text().at(place + 1).toUpper().unicode()), Qt::AltModifier);
 
         EXPECT_EQ(QApplication::activePopupWidget(), title->menu()) << title->text().toStdString();
-        while (QWidget *popup = QApplication::activePopupWidget())
-            QTest::keyClick(popup, Qt::Key_Escape);
+        while (QApplication::activePopupWidget())
+            press(Qt::Key_Escape);
     }
 }
 
@@ -153,9 +152,8 @@ TEST_F(MainWindowTest, GreetsOnceAndShowsAroundByTheKeyboard)
     EXPECT_TRUE(Settings::isFirstStart());
     kxModalQuestion::setDialogAnswerer([&](QDialog &dialog) {
         auto &welcome = dynamic_cast<WelcomeDialog &>(dialog);
-        welcome.show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&welcome, Patience));
-        QTest::keyClick(&welcome, Qt::Key_Escape);
+        showForInput(welcome);
+        press(Qt::Key_Escape);
         return welcome.result();
     });
 
