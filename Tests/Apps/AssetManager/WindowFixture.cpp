@@ -28,6 +28,7 @@
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 namespace {
 
@@ -226,8 +227,9 @@ void WindowFixture::showForInput(QDialog &dialog)
 {
     dialog.show();
     dialog.activateWindow(); // which a window manager does
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog, Patience));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !input.isBusy(); }, Patience));
+    // A dialog counts as active already while the window that it belongs to is.
+    const auto hasKeyboard = [&] { return QGuiApplication::focusWindow() == dialog.windowHandle(); };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return hasKeyboard() && !input.isBusy(); }, Patience));
 }
 
 void WindowFixture::raise(const char *dock)
