@@ -67,6 +67,7 @@ const std::vector<NameException> &sourcesWithoutHeader()
         {"Tests/Host/Kernel/ServiceTestLibrary.cpp", "a library that tests load and unload"},
         {"Tests/Install/Consumer/backEnd.cpp", "a foreign program"},
         {"Tests/Install/Consumer/use.cpp", "a foreign program"},
+        {"Tests/Apps/AssetManager/FileManager.cpp", "a program that tests drag files out of"},
         {"Tests/Support/EditAuditProbe.cpp", "a program of one test that has to fail"},
     };
     return table;

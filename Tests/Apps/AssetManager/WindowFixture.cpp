@@ -71,7 +71,8 @@ void WindowFixture::makeWindow()
 void WindowFixture::activate()
 {
     window->activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get(), Patience));
+    // A window counts as active also while a dialog of it is.
+    EXPECT_TRUE(QTest::qWaitFor([this] { return QGuiApplication::focusWindow() == window->windowHandle(); }, Patience));
 }
 
 QString WindowFixture::path(const QString &relative) const
