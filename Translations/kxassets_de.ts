@@ -883,6 +883,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>Restoring of &quot;%1&quot;</source>
         <translation>Zurücklegen von „%1“</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; was left as it is: its library is not open any more.</source>
+        <translation>„%1“ blieb, wie es ist: Die Bibliothek ist nicht mehr geöffnet.</translation>
+    </message>
 </context>
 <context>
     <name>LibraryScan</name>

@@ -100,8 +100,18 @@ std::vector<std::string> LibraryActions::assetsIn(const QString &path) const
     return _model.uuids([&](const AssetEntry &entry) { return AssetFilter::isIn(entry.directory, path); });
 }
 
+QString LibraryActions::obstacleOf(const QString &path) const
+{
+    if (!libraryOf(path).isEmpty())
+        return {};
+    return tr("\"%1\" was left as it is: its library is not open any more.").arg(nameOf(path));
+}
+
 QString LibraryActions::carryOut(const Move &move)
 {
+    for (const QString &path : {move.from, move.to})
+        if (QString reason = obstacleOf(path); !reason.isEmpty())
+            return reason;
     if (QFileInfo::exists(move.to))
         return tr("\"%1\" could not be put back: something else is at its place now.").arg(nameOf(move.from));
     if (QString reason = DirectoryMove::move(move.from, move.to); !reason.isEmpty())
@@ -291,7 +301,11 @@ void LibraryActions::removeEmptyFolders(const QStringList &paths)
 
 void LibraryActions::trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch)
 {
-    const osg::Result<QString> place = Trash(_folders.libraryOf(directory)).makePlaceFor(directory);
+    if (const QString reason = obstacleOf(directory); !reason.isEmpty()) {
+        batch.failures.append(reason);
+        return;
+    }
+    const osg::Result<QString> place = Trash(libraryOf(directory)).makePlaceFor(directory);
     if (place)
         perform(batch, {directory, place.value(), uuids});
     else

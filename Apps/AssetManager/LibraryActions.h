@@ -72,6 +72,8 @@ public:
     /// That another version of the asset is in this directory now.
     void noteReplaced(const std::string &uuid, const QString &directory);
     void report(const QStringList &failures);
+    /// Why nothing can be done with what is or was at the path, since its library was closed; "" where it is open.
+    QString obstacleOf(const QString &path) const;
     /// The open library that holds the path, "" for none.
     QString libraryOf(const QString &path) const;
 

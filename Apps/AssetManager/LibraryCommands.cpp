@@ -14,6 +14,8 @@ namespace {
 /// To the trash, where \a move has no place yet; "" or why not.
 QString takeBack(LibraryActions &actions, LibraryActions::Move &move)
 {
+    if (QString reason = actions.obstacleOf(move.to); !reason.isEmpty())
+        return reason;
     if (move.from.isEmpty()) {
         const osg::Result<QString> place = Trash(actions.libraryOf(move.to)).makePlaceFor(move.to);
         if (!place)
@@ -72,6 +74,10 @@ NewFolderCommand::NewFolderCommand(LibraryActions &actions, const QString &path)
 
 void NewFolderCommand::undo()
 {
+    if (const QString reason = _actions.obstacleOf(_path); !reason.isEmpty()) {
+        _actions.report({reason});
+        return;
+    }
     _actions.removeEmptyFolders({_path});
     if (QFileInfo(_path).isDir())
         _actions.report({LibraryActions::tr("\"%1\" was left: there is something in it, or it may not be removed.")
@@ -80,7 +86,11 @@ void NewFolderCommand::undo()
 
 void NewFolderCommand::redo()
 {
-    if (!std::exchange(_isDone, false))
+    if (std::exchange(_isDone, false))
+        return;
+    if (const QString reason = _actions.obstacleOf(_path); !reason.isEmpty())
+        _actions.report({reason});
+    else
         _actions.makeFolders({_path});
 }
 

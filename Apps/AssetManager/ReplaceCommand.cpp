@@ -7,6 +7,7 @@
 
 #include <QUrl>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -36,13 +37,21 @@ QString ReplaceCommand::keepFile(const std::string &uuid, const QString &file)
 
 QString ReplaceCommand::keep(const std::string &uuid, const QString &path, bool isDirectory)
 {
-    if (path.isEmpty())
+    if (path.isEmpty() || isKept(path))
         return {}; // nothing can replace what is not there
+    if (QString reason = _actions.obstacleOf(path); !reason.isEmpty())
+        return reason;
     KeptVersion version{Trash(_actions.libraryOf(path))};
     QString reason = version.keep(path);
     if (reason.isEmpty())
         _replaced.push_back({uuid, std::move(version), isDirectory});
     return reason;
+}
+
+bool ReplaceCommand::isKept(const QString &path) const
+{
+    return std::any_of(_replaced.begin(), _replaced.end(),
+                       [&](const Replaced &one) { return one.version.place() == path; });
 }
 
 void ReplaceCommand::settle()
@@ -62,7 +71,10 @@ void ReplaceCommand::exchange()
 {
     QStringList failures;
     for (Replaced &one : _replaced) {
-        if (const QString reason = one.version.exchange(); !reason.isEmpty())
+        QString reason = _actions.obstacleOf(one.version.place());
+        if (reason.isEmpty())
+            reason = one.version.exchange();
+        if (!reason.isEmpty())
             failures.append(reason);
         else
             _actions.noteReplaced(one.uuid, one.isDirectory ? one.version.place() : directoryOf(one.uuid));

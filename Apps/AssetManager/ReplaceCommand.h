@@ -38,6 +38,7 @@ private:
         bool isDirectory = true;
     };
     QString keep(const std::string &uuid, const QString &path, bool isDirectory);
+    bool isKept(const QString &path) const;
     void exchange();
 
     LibraryActions &_actions;

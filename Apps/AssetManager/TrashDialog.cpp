@@ -48,6 +48,8 @@ TrashDialog::TrashDialog(LibraryActions &actions, const QStringList &libraries, 
     _empty = buttons->addButton(tr("&Remove everything for good..."), QDialogButtonBox::DestructiveRole);
     _empty->setObjectName(QStringLiteral("empty"));
     _empty->setAutoDefault(false); // no key that was pressed too much begins this
+    connect(_list, &QTreeWidget::itemSelectionChanged, this,
+            [this] { _restore->setEnabled(!_list->selectedItems().isEmpty()); });
     connect(_restore, &QPushButton::clicked, this, &TrashDialog::restore);
     connect(_empty, &QPushButton::clicked, this, [this] {
         if (empty(_libraries, this))
@@ -63,7 +65,8 @@ TrashDialog::TrashDialog(LibraryActions &actions, const QStringList &libraries, 
 
 void TrashDialog::fill()
 {
-    _list->clear();
+    _list->clear(); // of which the selection says nothing
+    _restore->setEnabled(false);
     for (const QString &library : _libraries)
         for (const Trash::Entry &entry : Trash(library).entries()) {
             auto *item = new QTreeWidgetItem(_list);
@@ -73,9 +76,10 @@ void TrashDialog::fill()
             item->setData(0, PathRole, entry.path);
             item->setData(0, OriginRole, entry.origin);
         }
-    for (int column = 0; column < 3; ++column)
+    for (int column = 0; column < 3; ++column) {
         _list->resizeColumnToContents(column);
-    _restore->setEnabled(_list->topLevelItemCount() > 0);
+        _list->setColumnWidth(column, _list->columnWidth(column) + 2 * fontMetrics().averageCharWidth());
+    }
     _empty->setEnabled(_list->topLevelItemCount() > 0);
 }
 

@@ -292,6 +292,36 @@ TEST_F(LibrarySideTest, RestoresFromTheTrashLater)
     EXPECT_THAT(names(), ElementsAre("Oak"));
 }
 
+TEST_F(LibrarySideTest, LeavesWhatIsInAClosedLibraryAsItIs)
+{
+    const std::string oak = storeMaterial("Oak");
+    const std::string elm = storeMaterial("Elm");
+    open();
+    const QString directory = directoryOf(oak);
+    side.actions().remember({oak}, "Import"); // undo would put it into the trash
+    const QString folder = side.actions().createFolder(path());
+    side.actions().trashAssets({id(elm)});
+    const QString trashed = Trash(path()).entries().front().path;
+    finishScan();
+    side.close(path());
+
+    stack.undo();
+    stack.undo();
+    stack.undo();
+
+    EXPECT_EQ(reported, QStringList({"\"MAT_Elm\" was left as it is: its library is not open any more.",
+                                     "\"New folder\" was left as it is: its library is not open any more.",
+                                     "\"MAT_Oak\" was left as it is: its library is not open any more."}));
+    EXPECT_TRUE(QFileInfo(directory).isDir());
+    EXPECT_TRUE(QFileInfo(folder).isDir());
+    EXPECT_TRUE(QFileInfo(trashed).isDir());
+    EXPECT_FALSE(QFileInfo::exists(".kx-trash")) << "below wherever the program was started";
+    QDir().rmdir(folder);
+    stack.redo();
+    stack.redo();
+    EXPECT_FALSE(QFileInfo::exists(folder));
+}
+
 TEST_F(LibrarySideTest, PutsWhatWasRestoredIntoTheTrashAgain)
 {
     const std::string uuid = storeMaterial("Oak");

@@ -191,7 +191,7 @@ TEST_F(MainWindowBrowserTest, GoesThroughFoldersAndTheirMenuByTheKeyboard)
 
 TEST_F(MainWindowBrowserTest, LoadsPreviewsOfWhatTheWheelBringsIntoSight)
 {
-    for (int i = 0; i < 14; ++i)
+    for (int i = 0; i < 40; ++i)
         storeMaterial("Oak " + std::to_string(10 + i));
     window->resize(900, 600);
     open();

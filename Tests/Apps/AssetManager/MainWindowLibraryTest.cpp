@@ -437,6 +437,7 @@ TEST_F(MainWindowLibraryTest, PutsBackFromTheTrash)
         auto *list = dialog.findChild<QTreeWidget *>("deleted");
         EXPECT_EQ(list->topLevelItemCount(), 1);
         EXPECT_EQ(list->topLevelItem(0)->text(0), "Oak");
+        EXPECT_FALSE(dialog.findChild<QAbstractButton *>("restore")->isEnabled()) << "nothing is chosen";
         clickItem(*list, list->model()->index(0, 0));
         clickIn(dialog, "restore");
         EXPECT_EQ(list->topLevelItemCount(), 0);

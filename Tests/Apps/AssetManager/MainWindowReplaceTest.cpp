@@ -164,6 +164,22 @@ TEST_F(MainWindowReplaceTest, KeepsFormerVersionsOutOfSightAndOnlyAsLongAsTheyCa
     EXPECT_TRUE(QDir(path(".kx-trash")).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot));
 }
 
+TEST_F(MainWindowReplaceTest, LeavesAnAssetOfAClosedLibraryAsItIs)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    load(oak);
+    kxMaterials::setName(kxMaterials::findAssetMaterial(oak), "Bog oak", false);
+    saveOver(oak);
+    const auto after = content();
+    window->libraries().close(path());
+
+    undo();
+
+    EXPECT_EQ(content(), after);
+    EXPECT_EQ(reported(), "\"MAT_Bog oak\" was left as it is: its library is not open any more.");
+}
+
 TEST_F(MainWindowReplaceTest, SavesNothingOverWhatItCannotKeep)
 {
     const std::string oak = storeMaterial("Oak");

@@ -144,10 +144,19 @@ protected:
         QDirIterator files(path(), {QStringLiteral("*.xml")}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
         while (files.hasNext()) {
             QFile file(files.next());
+            if (isKeptVersion(file.fileName()))
+                continue;
             EXPECT_TRUE(file.open(QIODevice::ReadOnly));
             ++found[uuid.match(QString::fromUtf8(file.readAll())).captured(1)];
         }
         return found;
+    }
+
+    /// Whether it is in the trash without having been deleted, as what can come back by undo.
+    bool isKeptVersion(const QString &file) const
+    {
+        const QString place = QDir(path()).relativeFilePath(file).section('/', 0, 1);
+        return place.startsWith(".kx-trash/") && !QFileInfo::exists(path(place + "/.origin"));
     }
 
     /// Where the library was closed it is opened, and where the scene was emptied there is something again.

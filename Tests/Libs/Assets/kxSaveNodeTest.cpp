@@ -293,7 +293,7 @@ TEST_F(kxSaveNodeTest, RestoresThroughACopyAndThroughWhatItIsAssignedTo)
             kxSaveNode other(nullptr);
             other = original;
         } else {
-            const kxSaveNode other = original;
+            std::make_unique<kxSaveNode>(original).reset();
         }
 
         EXPECT_EQ(layer->getEnvironment(), before) << "since the other is gone";
