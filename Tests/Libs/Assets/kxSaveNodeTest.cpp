@@ -16,6 +16,7 @@
 #include "SceneGraph/UEnvironmentSwitchMaterial.h"
 #include "SceneGraph/UberMaterial.h"
 
+#include <memory>
 #include <optional>
 
 namespace {
