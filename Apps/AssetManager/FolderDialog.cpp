@@ -30,7 +30,7 @@ FolderDialog::FolderDialog(FolderModel &folders, const QString &folder, QWidget 
     layout->addWidget(_tree);
     layout->addWidget(buttons);
     _tree->setRowHidden(0, {}, true); // all libraries, where nothing can go
-    _tree->expandToDepth(0); // a library shows its folders at once
+    _tree->expandToDepth(0);          // a library shows its folders at once
     _tree->setCurrentIndex(folders.indexOf(folder));
     _tree->scrollTo(_tree->currentIndex());
     _choose->setEnabled(!this->folder().isEmpty());
