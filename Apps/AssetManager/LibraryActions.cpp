@@ -286,6 +286,8 @@ void LibraryActions::noteReplaced(const std::string &uuid, const QString &direct
 void LibraryActions::makeFolders(const QStringList &paths)
 {
     for (const QString &path : paths) {
+        if (!obstacleOf(path).isEmpty())
+            continue;
         QDir().mkpath(path); // where that fails, moving things into it says why
         emit foldersChanged({QFileInfo(path).path()});
     }
@@ -294,6 +296,8 @@ void LibraryActions::makeFolders(const QStringList &paths)
 void LibraryActions::removeEmptyFolders(const QStringList &paths)
 {
     for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
+        if (!obstacleOf(*path).isEmpty())
+            continue;
         QDir().rmdir(*path);
         emit foldersChanged({QFileInfo(*path).path()});
     }

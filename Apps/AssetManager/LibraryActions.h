@@ -65,7 +65,7 @@ public:
     /// Renames on the disk and in the registry; the answer says whether it worked.
     QString rename(const QString &uuid, const QString &name);
     QString retag(const QString &uuid, const QStringList &tags);
-    /// Each after the one that holds it.
+    /// Each after the one that holds it. Both leave closed libraries as they are.
     void makeFolders(const QStringList &paths);
     /// Those of them that are empty, the last first.
     void removeEmptyFolders(const QStringList &paths);

@@ -74,24 +74,21 @@ NewFolderCommand::NewFolderCommand(LibraryActions &actions, const QString &path)
 
 void NewFolderCommand::undo()
 {
-    if (const QString reason = _actions.obstacleOf(_path); !reason.isEmpty()) {
-        _actions.report({reason});
-        return;
-    }
     _actions.removeEmptyFolders({_path});
-    if (QFileInfo(_path).isDir())
-        _actions.report({LibraryActions::tr("\"%1\" was left: there is something in it, or it may not be removed.")
-                             .arg(QFileInfo(_path).fileName())});
+    if (!QFileInfo(_path).isDir())
+        return;
+    const QString obstacle = _actions.obstacleOf(_path);
+    const QString left = LibraryActions::tr("\"%1\" was left: there is something in it, or it may not be removed.");
+    _actions.report({obstacle.isEmpty() ? left.arg(QFileInfo(_path).fileName()) : obstacle});
 }
 
 void NewFolderCommand::redo()
 {
     if (std::exchange(_isDone, false))
         return;
-    if (const QString reason = _actions.obstacleOf(_path); !reason.isEmpty())
-        _actions.report({reason});
-    else
-        _actions.makeFolders({_path});
+    _actions.makeFolders({_path});
+    if (const QString obstacle = _actions.obstacleOf(_path); !obstacle.isEmpty())
+        _actions.report({obstacle});
 }
 
 RenameCommand::RenameCommand(LibraryActions &actions, const QString &uuid, const QString &former, const QString &name)

@@ -16,8 +16,7 @@ public:
     struct Options
     {
         QString file;
-        QString
-            view; ///< "tiles", "list", or "assets" or a panel, which alone is taken then; empty: the window as it opens
+        QString view;  ///< "tiles" or "list"; "assets" or a panel: that alone is taken; empty: the window as it opens
         QString asset; ///< the name of an asset to select, with what the scene has of it
     };
 

@@ -296,6 +296,8 @@ TEST_F(LibrarySideTest, LeavesWhatIsInAClosedLibraryAsItIs)
 {
     const std::string oak = storeMaterial("Oak");
     const std::string elm = storeMaterial("Elm");
+    const QString started = QDir::currentPath();
+    QDir::setCurrent(QString::fromStdString(folder.string())); // where nothing is left of others
     open();
     const QString directory = directoryOf(oak);
     side.actions().remember({oak}, "Import"); // undo would put it into the trash
@@ -316,6 +318,7 @@ TEST_F(LibrarySideTest, LeavesWhatIsInAClosedLibraryAsItIs)
     EXPECT_TRUE(QFileInfo(folder).isDir());
     EXPECT_TRUE(QFileInfo(trashed).isDir());
     EXPECT_FALSE(QFileInfo::exists(".kx-trash")) << "below wherever the program was started";
+    QDir::setCurrent(started);
     QDir().rmdir(folder);
     stack.redo();
     stack.redo();

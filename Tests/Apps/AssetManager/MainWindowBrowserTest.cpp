@@ -46,17 +46,6 @@ protected:
         type(tags);
         press(Qt::Key_Return);
     }
-    SceneView &view() { return window->scene().view(); }
-    static osg::UberCameraPtr camera()
-    {
-        return osg::CameraCorePtr::dcast(kxScenegraph::getCameraNode()->getCore())->getCamera();
-    }
-    static double distance()
-    {
-        const osg::Vec3d from = camera()->getFrom();
-        const osg::Vec3d at = camera()->getAt();
-        return std::hypot(from[0] - at[0], from[1] - at[1], from[2] - at[2]);
-    }
 };
 
 TEST_F(MainWindowBrowserTest, SelectsSeveralByMouseAndKeys)

@@ -89,7 +89,6 @@ private:
 class MainWindowDragTest : public WindowFixture
 {
 protected:
-    SceneView &view() { return window->scene().view(); }
     QPoint placeOf(const osg::NodePtr &node)
     {
         view().frameAll();

@@ -55,17 +55,6 @@ using testing::IsEmpty;
 class MainWindowMouseTest : public WindowFixture
 {
 protected:
-    SceneView &view() { return window->scene().view(); }
-    static osg::UberCameraPtr camera()
-    {
-        return osg::CameraCorePtr::dcast(kxScenegraph::getCameraNode()->getCore())->getCamera();
-    }
-    static double distance()
-    {
-        const osg::Vec3d from = camera()->getFrom();
-        const osg::Vec3d at = camera()->getAt();
-        return std::hypot(from[0] - at[0], from[1] - at[1], from[2] - at[2]);
-    }
     /// What appears beside the pointer on the tile, once it says so.
     bool showsTip(const std::string &uuid, const QString &sentence)
     {

@@ -39,7 +39,6 @@ using testing::Not;
 class MainWindowSceneTest : public WindowFixture
 {
 protected:
-    SceneView &view() { return window->scene().view(); }
     /// Waits for a picture of the scene as it is, seen as a whole.
     void look()
     {

@@ -9,6 +9,8 @@
 #include "AssetManager/SceneSide.h"
 #include "AssetManager/SceneView.h"
 #include "Kernel/kxModalQuestion.h"
+#include "Kernel/kxScenegraph.h"
+#include "SceneGraph/CameraCore.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -29,6 +31,8 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
+
+#include <cmath>
 
 namespace {
 
@@ -359,4 +363,16 @@ bool WindowFixture::dropOnFolder(const QString &directory, const QMimeData &data
     const QModelIndex index = window->libraries().folders().indexOf(directory);
     EXPECT_TRUE(index.isValid()) << directory.toStdString();
     return dropOnItem(window->folders(), index, data);
+}
+
+osg::UberCameraPtr WindowFixture::camera()
+{
+    return osg::CameraCorePtr::dcast(kxScenegraph::getCameraNode()->getCore())->getCamera();
+}
+
+double WindowFixture::distance()
+{
+    const osg::Vec3d from = camera()->getFrom();
+    const osg::Vec3d at = camera()->getAt();
+    return std::hypot(from[0] - at[0], from[1] - at[1], from[2] - at[2]);
 }

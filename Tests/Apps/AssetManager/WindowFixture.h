@@ -2,8 +2,10 @@
 #pragma once
 
 #include "AssetManager/MainWindow.h"
+#include "AssetManager/SceneSide.h"
 #include "RealInput.h"
 #include "SceneFixture.h"
+#include "SceneGraph/UberCamera.h"
 
 #include <functional>
 #include <memory>
@@ -97,6 +99,11 @@ protected:
     static bool dropQuickly(QWidget &target, const QPoint &place, const QMimeData &data);
     bool dropOnItem(QAbstractItemView &view, const QModelIndex &index, const QMimeData &data);
     bool dropOnFolder(const QString &directory, const QMimeData &data);
+
+    SceneView &view() { return window->scene().view(); }
+    static osg::UberCameraPtr camera();
+    /// Of the camera from what it looks at.
+    static double distance();
 
     static constexpr int Patience = 30000; // milliseconds
 
