@@ -111,7 +111,7 @@ bool kxAssetItemFactory::addItem(kxAssetItem *item)
 {
     if (!item)
         return false;
-    if (_items->contains(item)) {
+    if (_items->find(item->uuid()) == item) {
         kxLog::error("Item UUID already in use! %s", item->uuid().c_str());
         return false;
     }

@@ -71,7 +71,7 @@ private:
     /// library calls deleteAllItems() before.
     ~kxAssetItemFactory();
 
-    /// Takes ownership, but for null and an object that is registered already: false.
+    /// Takes ownership, but for null and the object that stands first of its UUID already: false.
     bool addItem(kxAssetItem *item);
     std::set<kxMaterialAssetItem *> materialItems();
     void sendSceneplatesChangeNotification();

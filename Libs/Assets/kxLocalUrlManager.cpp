@@ -71,19 +71,6 @@ template <class Names> std::vector<QUrl> urlsOf(const QString &directory, const 
     return urls;
 }
 
-bool hasUnreadableMetadata(const QString &directory)
-{
-    const QDir dir(directory);
-    const QStringList names = dir.entryList({QStringLiteral("*.xml")}, QDir::Files);
-    return std::any_of(names.begin(), names.end(), [&dir](const QString &name) {
-        QFile file(dir.absoluteFilePath(name));
-        if (!file.open(QIODevice::ReadOnly))
-            return true;
-        file.readAll();
-        return file.error() != QFileDevice::NoError;
-    });
-}
-
 } // namespace
 
 kxLocalUrlManager *kxLocalUrlManager::the()
@@ -222,15 +209,14 @@ QString kxLocalUrlManager::getUniqueDirectoryName(const QUrl &url, const QString
     return names.current();
 }
 
-/// Whether the registry knows the asset to be stored there, and a metadata file there could not be read just now: without
-/// this a disk that fails for a moment would give the asset a second directory. What can be read is believed.
-bool kxLocalUrlManager::isUnreadableHome(const QUrl &directory, kxAssetItem &item) const
+/// Asks again where the registry knows the asset to be: a disk that fails for a moment would give it a second directory.
+bool kxLocalUrlManager::isHomeOf(const QUrl &directory, kxAssetItem &item) const
 {
+    if (containsItem(directory, item.category(), item.uuid()))
+        return true;
     kxAssetItem *registered = kxAssetItemFactory::the().findItem(item.uuid());
-    if (!registered || !isSameDirectory(registered->directoryUrl(), directory))
-        return false;
-    return hasUnreadableMetadata(directory.toLocalFile()) ||
-           containsItem(directory, item.category(), item.uuid()); // it may have been for that moment only
+    return registered && isSameDirectory(registered->directoryUrl(), directory) &&
+           containsItem(directory, item.category(), item.uuid());
 }
 
 QUrl kxLocalUrlManager::makeUniqueDirectory(const QUrl &url, const QString &name, kxAssetItem *item)
@@ -241,7 +227,7 @@ QUrl kxLocalUrlManager::makeUniqueDirectory(const QUrl &url, const QString &name
     UniqueNames names(name, getNumberSuffix(name));
     for (; isTaken(directory, names.current()); names.advance()) {
         QUrl existing = QUrl::fromLocalFile(directory.absoluteFilePath(names.current()));
-        if (item && (containsItem(existing, item->category(), item->uuid()) || isUnreadableHome(existing, *item))) {
+        if (item && isHomeOf(existing, *item)) {
             printLine("[makeUniqueDirectory] - contains item with same uuid");
             return existing;
         }

@@ -81,7 +81,7 @@ protected:
 private:
     static QDir getDir(const QUrl &url);
     static bool ensureDirectoryExists(const QUrl &url);
-    bool isUnreadableHome(const QUrl &directory, kxAssetItem &item) const;
+    bool isHomeOf(const QUrl &directory, kxAssetItem &item) const;
     void saveImageFile(const QString &basePath, const osg::ImagePtr &image) const;
 
     /// As in the base, for operations of this class.

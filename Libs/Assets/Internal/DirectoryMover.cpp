@@ -71,8 +71,7 @@ bool DirectoryMover::move(const QUrl &source, const QUrl &targetDirectory, QUrl 
 
 bool DirectoryMover::merge(const QUrl &source, const QUrl &target)
 {
-    if (source.toLocalFile().isEmpty() || target.toLocalFile().isEmpty() ||
-        isSame(canonical(entryPath(source)), canonical(entryPath(target))))
+    if (source.toLocalFile().isEmpty() || target.toLocalFile().isEmpty())
         return false;
     const std::vector<QUrl> directories = _manager.subDirectories(source);
     const std::vector<QUrl> files = _manager.files(source, {}, QDir::NoSort);

@@ -49,15 +49,6 @@ kxAssetItem *RegisteredItems::find(const std::string &uuid) const
     return found->second.newest;
 }
 
-bool RegisteredItems::contains(kxAssetItem *item) const
-{
-    const auto found = _byUuid.find(item->uuid());
-    if (found == _byUuid.end())
-        return false;
-    const SameUuid &same = found->second;
-    return same.newest == item || std::find(same.older.begin(), same.older.end(), item) != same.older.end();
-}
-
 void RegisteredItems::insert(kxAssetItem *item)
 {
     const auto [entry, isNew] = _byUuid.try_emplace(item->uuid(), SameUuid{item, {}});
@@ -78,7 +69,7 @@ std::vector<kxAssetItem *> RegisteredItems::take(const std::vector<std::string> 
     if (taken.size() == 1) {
         const auto range = std::equal_range(_sorted.begin(), _sorted.end(), taken.front(),
                                             [](kxAssetItem *a, kxAssetItem *b) { return a->uuid() < b->uuid(); });
-        _sorted.erase(std::find(range.first, range.second, taken.front()));
+        _sorted.erase(std::remove(range.first, range.second, taken.front()), range.second);
     } else if (!taken.empty()) {
         const std::unordered_set<kxAssetItem *> gone(taken.begin(), taken.end());
         std::erase_if(_sorted, [&gone](kxAssetItem *item) { return gone.contains(item); });
@@ -93,6 +84,7 @@ kxAssetItem *RegisteredItems::takeNewest(const std::string &uuid)
         return nullptr;
     SameUuid &same = found->second;
     kxAssetItem *newest = same.newest;
+    same.older.remove(newest);
     if (same.older.empty()) {
         _byUuid.erase(found);
     } else {
@@ -106,7 +98,11 @@ std::vector<kxAssetItem *> RegisteredItems::takeAll()
 {
     sortIn();
     _byUuid.clear();
-    return std::exchange(_sorted, {});
+    std::vector<kxAssetItem *> items = std::exchange(_sorted, {});
+    std::unordered_set<kxAssetItem *> seen;
+    seen.reserve(items.size());
+    std::erase_if(items, [&seen](kxAssetItem *item) { return !seen.insert(item).second; });
+    return items;
 }
 
 const std::vector<kxAssetItem *> &RegisteredItems::sorted() const

@@ -15,19 +15,19 @@ namespace kxAssetsInternal {
 /// The registry's items: an array in ascending order of UUID, and a look-up by UUID that does not need the order.
 ///
 /// New items wait beside the array until somebody looks at it, so that filling it with a million costs one sort and not a
-/// million insertions. Of several items with one UUID the newest stands first, and is the one that look-ups find. Owns
-/// nothing; an item's UUID must not change while it is held.
+/// million insertions. Of several items with one UUID the newest stands first, and is the one that look-ups find. An object
+/// that is inserted again behind a newer one stands in the array twice, and is taken out as one. Owns nothing; an item's
+/// UUID must not change while it is held.
 class RegisteredItems
 {
 public:
     /// The newest item with this UUID; null when there is none.
     kxAssetItem *find(const std::string &uuid) const;
-    /// Whether this very object is held.
-    bool contains(kxAssetItem *item) const;
     void insert(kxAssetItem *item);
 
     /// Takes out the newest item of each UUID in turn, in one pass over the array, and returns those that there were.
     std::vector<kxAssetItem *> take(const std::vector<std::string> &uuids);
+    /// Each object once.
     std::vector<kxAssetItem *> takeAll();
 
     std::size_t size() const { return _sorted.size() + _waiting.size(); }

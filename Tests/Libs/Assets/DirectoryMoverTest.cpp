@@ -333,17 +333,52 @@ TEST_F(DirectoryMoverTest, MergesNothingIntoWhatIsNoOtherFolder)
 {
     writeMaterial("from/MAT_Red", First);
     writeFile("file", "x");
-    linkTo("from", "link");
 
-    EXPECT_FALSE(manager.merge(url("from"), url("from")));
-    EXPECT_FALSE(manager.merge(url("from"), url("link")));
     EXPECT_FALSE(manager.merge(url("from"), url("missing")));
     EXPECT_FALSE(manager.merge(url("from"), url("file")));
     EXPECT_FALSE(manager.merge(url("from"), QUrl()));
     EXPECT_FALSE(manager.merge(QUrl(), url("from")));
 
-    EXPECT_THAT(entries(""), UnorderedElementsAre("from", "file", "link"));
+    EXPECT_THAT(entries(""), UnorderedElementsAre("from", "file"));
     EXPECT_THAT(entries("from"), UnorderedElementsAre("MAT_Red"));
+}
+
+TEST_F(DirectoryMoverTest, NumbersAssetsAnewWhereAFolderIsMergedWithItself)
+{
+    writeMaterial("from/MAT_Red", First);
+    writeMaterial("from/deeper/MAT_Blue", Second);
+    writeFile("from/file", "x");
+    kxtest::CapturedOutput output;
+
+    EXPECT_FALSE(manager.merge(url("from"), url("from"))) << "plain folders and files are there already";
+
+    EXPECT_EQ(output.text(), "");
+    EXPECT_THAT(entries("from"), UnorderedElementsAre("MAT_Red0", "deeper", "file"));
+    EXPECT_TRUE(holds("from/MAT_Red0", First));
+    EXPECT_TRUE(holds("from/deeper/MAT_Blue", Second));
+    EXPECT_EQ(readFile("from/file"), "x");
+}
+
+TEST_F(DirectoryMoverTest, NumbersAssetsAnewWhereAFolderIsMergedWithALinkToIt)
+{
+    writeMaterial("from/MAT_Red", First);
+    linkTo("from", "link");
+
+    EXPECT_TRUE(manager.merge(url("from"), url("link")));
+    EXPECT_TRUE(manager.merge(url("link"), url("from")));
+
+    EXPECT_THAT(entries(""), UnorderedElementsAre("from", "link"));
+    EXPECT_THAT(entries("from"), UnorderedElementsAre("MAT_Red1"));
+    EXPECT_TRUE(holds("from/MAT_Red1", First));
+}
+
+TEST_F(DirectoryMoverTest, RemovesAnEmptyFolderThatIsMergedWithItself)
+{
+    _folder.makeFolder("from");
+
+    EXPECT_TRUE(manager.merge(url("from"), url("from")));
+
+    EXPECT_FALSE(_folder.contains("from"));
 }
 
 TEST_F(DirectoryMoverTest, GoesOnAfterAFolderThatCannotBeMoved)

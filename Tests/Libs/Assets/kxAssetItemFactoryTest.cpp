@@ -433,14 +433,39 @@ TEST_F(kxAssetItemFactoryTest, RefusesTheSameObjectTwice)
     EXPECT_EQ(_factory.itemCount(), 1);
 }
 
-TEST_F(kxAssetItemFactoryTest, RefusesTheSameObjectAlsoBehindANewerOneOfItsUuid)
+TEST_F(kxAssetItemFactoryTest, LooksForTheSameObjectInFrontOnly)
 {
     PlainItem *item = add(Material, "1");
+    PlainItem *newer = add(Material, "1");
+    const kxLogRecorder log;
+
+    EXPECT_TRUE(tryToAdd(item));
+
+    EXPECT_TRUE(log.lines().empty());
+    ASSERT_EQ(_factory.itemCount(), 3);
+    EXPECT_EQ(_factory.itemFromIndex(0), item);
+    EXPECT_EQ(_factory.itemFromIndex(1), newer);
+    EXPECT_EQ(_factory.itemFromIndex(2), item);
+    EXPECT_EQ(_factory.findItem("1"), item);
+    EXPECT_FALSE(tryToAdd(item)) << "now it is in front";
+}
+
+TEST_F(kxAssetItemFactoryTest, DeletesOnceWhatStandsThereTwice)
+{
+    PlainItem *item = add(Material, "1");
+    PlainItem *newer = add(Material, "1");
+    tryToAdd(item);
+
+    _factory.deleteItem("1");
+
+    EXPECT_EQ(_deaths, std::vector<std::string>{"1"});
+    ASSERT_EQ(_factory.itemCount(), 1) << "no place of it is left";
+    EXPECT_EQ(_factory.itemFromIndex(0), newer);
+
     add(Material, "1");
-
-    EXPECT_FALSE(tryToAdd(item));
-
-    EXPECT_EQ(_factory.itemCount(), 2) << "each is deleted once";
+    tryToAdd(newer);
+    _factory.deleteAllItems();
+    EXPECT_EQ(_deaths.size(), 3U) << "each once";
 }
 
 TEST_F(kxAssetItemFactoryTest, TellsTheHostNothingOfWhatItRefuses)

@@ -621,6 +621,17 @@ TEST_F(kxLocalUrlManagerTest, TakesAFileForATakenName)
     EXPECT_EQ(manager.getUniqueDirectoryName(url(), "MAT_Red"), "MAT_Red1");
 }
 
+TEST_F(kxLocalUrlManagerTest, BelievesNoDirectoryWhoseMetadataCannotBeRead)
+{
+    writeAsset("MAT_Red", content(First));
+    manager.collectItems(url(), Undefined, nullptr);
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(First);
+    ASSERT_TRUE(item);
+    writeFile("MAT_Red/asset.xml", "no metadata");
+
+    EXPECT_EQ(manager.makeUniqueDirectory(url(), "MAT_Red", item), url("MAT_Red0"));
+}
+
 TEST_F(kxLocalUrlManagerTest, FindsNoDirectoryOfAnAssetOfAnotherCategory)
 {
     writeAsset("MAT_Red", content(First));
