@@ -87,10 +87,8 @@ function(kx_add_tests name)
     "${PROJECT_SOURCE_DIR}/Apps"
   )
   _kx_apply_settings(${target})
-  if(KX_SANITIZE)
-    # Halves the time that they take to compile; what they test, and its speed, stays as it is.
-    set_source_files_properties(${arg_SOURCES} PROPERTIES COMPILE_OPTIONS -O0)
-  endif()
+  # Halves the time that they take to compile; what they test, and its speed, stays as it is.
+  set_source_files_properties(${arg_SOURCES} PROPERTIES COMPILE_OPTIONS -O0)
   if(arg_NO_QT)
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} kx::TestSupportNoQt)
   else()
