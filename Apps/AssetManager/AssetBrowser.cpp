@@ -258,6 +258,16 @@ int AssetBrowser::tileSize() const
     return _grid->tileSize();
 }
 
+void AssetBrowser::setColumnWidths(const QList<int> &widths)
+{
+    _table->setColumnWidths(widths);
+}
+
+QList<int> AssetBrowser::columnWidths() const
+{
+    return _table->columnWidths();
+}
+
 void AssetBrowser::setFolder(const QString &path)
 {
     _filter.folder = path;

@@ -44,6 +44,9 @@ public:
     Look look() const;
     void setTileSize(int size);
     int tileSize() const;
+    /// Of the list.
+    void setColumnWidths(const QList<int> &widths);
+    QList<int> columnWidths() const;
 
     /// What is said where there is nothing to show; an empty text lets the filter decide.
     void setEmptyText(const QString &text);

@@ -27,7 +27,8 @@ AssetModel::AssetModel(const AssetStates *states, QObject *parent)
     if (states)
         connect(states, &AssetStates::changed, this, [this] {
             if (!_rows.empty())
-                emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {StateRole, Qt::ToolTipRole});
+                emit dataChanged(index(0, 0), index(rowCount() - 1, 0),
+                                 {StateRole, Qt::ToolTipRole, Qt::AccessibleTextRole});
         });
 }
 
@@ -301,7 +302,10 @@ QVariant AssetModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return toolTip(shown);
     case Qt::AccessibleTextRole:
-        return QString(shown.name + ", " + shown.type);
+        if (index.column() == 0)
+            return spoken(shown);
+        role = Qt::DisplayRole; // in a list each cell is read for itself
+        break;
     case Qt::EditRole:
         return shown.name;
     case Qt::DisplayRole:
@@ -323,6 +327,17 @@ QString AssetModel::toolTip(const AssetEntry &entry) const
         for (const QString &reason : _states->reasonsOf(entry.uuid))
             lines.append(reason.toHtmlEscaped());
     return lines.join(QStringLiteral("<br>"));
+}
+
+/// What tiles show by their marks as well, for those who do not see them.
+QString AssetModel::spoken(const AssetEntry &entry) const
+{
+    QStringList parts{entry.name, entry.type};
+    if (entry.isFavourite)
+        parts.append(tr("favourite"));
+    const QStringList reasons = _states ? _states->reasonsOf(entry.uuid) : QStringList();
+    const QString asset = parts.join(QStringLiteral(", "));
+    return reasons.isEmpty() ? asset : asset + ". " + reasons.join(' ');
 }
 
 QVariant AssetModel::headerData(int section, Qt::Orientation orientation, int role) const

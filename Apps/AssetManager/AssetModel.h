@@ -80,6 +80,7 @@ private:
     void narrowRows();
     void updateRows(const std::function<void()> &change);
     QString toolTip(const AssetEntry &entry) const;
+    QString spoken(const AssetEntry &entry) const;
 
     const AssetStates *_states;
     AssetFilter _filter;

@@ -13,6 +13,8 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int RowHeight = 40;
@@ -31,14 +33,8 @@ public:
         QStyledItemDelegate::initStyleOption(option, index);
         option->features |= QStyleOptionViewItem::HasDecoration;
         option->decorationSize = {RowHeight - 4, RowHeight - 4};
-        const QString uuid = index.data(AssetModel::UuidRole).toString();
-        QPixmap preview = _previews.find(uuid);
-        if (preview.isNull())
-            return;
         const qreal ratio = option->widget ? option->widget->devicePixelRatioF() : 1.0;
-        preview = preview.scaled(option->decorationSize * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid.toStdString()))
-            item->addOverlayIcon(preview);
+        QPixmap preview = previewOf(index.data(AssetModel::UuidRole).toString(), option->decorationSize * ratio);
         preview.setDevicePixelRatio(ratio);
         paintMarks(preview, index);
         option->icon = QIcon(preview);
@@ -48,6 +44,20 @@ public:
     }
 
 private:
+    /// With what the item puts over it; empty where there is none, since marks have their place there too.
+    QPixmap previewOf(const QString &uuid, const QSize &size) const
+    {
+        QPixmap preview = _previews.find(uuid);
+        if (preview.isNull()) {
+            preview = QPixmap(size);
+            preview.fill(Qt::transparent);
+            return preview;
+        }
+        preview = preview.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid.toStdString()))
+            item->addOverlayIcon(preview);
+        return preview;
+    }
     static void paintMarks(QPixmap &preview, const QModelIndex &index)
     {
         const auto marks = StateMark::of(index.data(AssetModel::StateRole).toUInt());
@@ -57,6 +67,8 @@ private:
             StateMark::paint(
                 painter, QRectF(right - MarkSize, 2 + (MarkSize + 3.0) * static_cast<double>(i), MarkSize, MarkSize),
                 marks[i]);
+        if (index.data(AssetModel::FavouriteRole).toBool())
+            StateMark::paint(painter, QRectF(2, 2, MarkSize, MarkSize), StateMark::Kind::Favourite);
     }
 
     const PreviewCache &_previews;
@@ -87,6 +99,10 @@ AssetTable::AssetTable(PreviewCache &previews, QWidget *parent) : QTableView(par
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
     setSortingEnabled(true);
+    for (const int letters : {31, 17, 24, 24})
+        _widths.append(letters * fontMetrics().averageCharWidth());
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this](int column, int /*former*/, int width) { keepWidth(column, width); });
 }
 
 AssetTable::~AssetTable() = default;
@@ -102,9 +118,23 @@ void AssetTable::setModel(QAbstractItemModel *model)
 
 void AssetTable::layOutColumns()
 {
-    const int letters[] = {31, 17, 24, 24};
-    for (int column = 0; column < 4 && model() && column < model()->columnCount(); ++column)
-        setColumnWidth(column, letters[column] * fontMetrics().averageCharWidth());
+    for (int column = 0; column < _widths.size() && model() && column < model()->columnCount(); ++column)
+        setColumnWidth(column, _widths[column]);
+}
+
+void AssetTable::setColumnWidths(const QList<int> &widths)
+{
+    for (int column = 0; column < std::min(widths.size(), _widths.size()); ++column)
+        if (widths[column] >= horizontalHeader()->minimumSectionSize())
+            _widths[column] = widths[column];
+    layOutColumns();
+}
+
+/// The last column takes the room that is left, which nobody has chosen.
+void AssetTable::keepWidth(int column, int width)
+{
+    if (column < _widths.size() && column < horizontalHeader()->count() - 1)
+        _widths[column] = width;
 }
 
 void AssetTable::startDrag(Qt::DropActions /*actions*/)

@@ -16,6 +16,11 @@ public:
 
     void setModel(QAbstractItemModel *model) override;
 
+    /// Of the columns whose width a person can choose, also of those that the shown kind of assets does not have.
+    const QList<int> &columnWidths() const { return _widths; }
+    /// Those that are missing or too narrow to be grasped stay as they are.
+    void setColumnWidths(const QList<int> &widths);
+
 protected:
     void startDrag(Qt::DropActions actions) override;
 
@@ -23,6 +28,8 @@ private:
     class NameDelegate;
 
     void layOutColumns();
+    void keepWidth(int column, int width);
 
     PreviewCache &_previews;
+    QList<int> _widths; ///< pixels
 };

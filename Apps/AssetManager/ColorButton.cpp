@@ -62,6 +62,7 @@ void ColorButton::ask()
 {
     QColorDialog dialog(_color, window());
     dialog.setOption(QColorDialog::DontUseNativeDialog);
+    dialog.setWindowTitle(accessibleName()); // what it is the colour of
     if (kxModalQuestion::exec(dialog) == QDialog::Accepted)
         Q_EMIT colorEdited(dialog.currentColor());
 }

@@ -112,6 +112,7 @@ void DetailsPane::makeForm()
     _type = makeValue(_form);
     _type->setObjectName(QStringLiteral("type"));
     _modified = makeValue(_form);
+    _modified->setObjectName(QStringLiteral("modified"));
     _location = makeValue(_form);
     _location->setObjectName(QStringLiteral("location"));
     _uuid = new ElidedLine(_form); // it has no place to break
@@ -234,11 +235,12 @@ void DetailsPane::showTags()
     delete _tags->layout(); // NOLINT(cppcoreguidelines-owning-memory): a widget gives its layout up only like this
     auto *layout = new FlowLayout(_tags);
     const bool haveTags = std::all_of(_uuids.begin(), _uuids.end(), [this](const std::string &uuid) {
-        const kxAssetCategoryType category = _model.find(uuid)->category;
-        return category == Material || category == Environment;
+        return _model.find(uuid)->category == Material; // other items, those of environment materials too, answer none
     });
     _newTag->setEnabled(haveTags);
-    _newTag->setToolTip(haveTags ? QString() : tr("Only materials have tags."));
+    _newTag->setPlaceholderText(haveTags ? tr("Add a tag") : tr("Only materials have tags."));
+    if (!haveTags)
+        _newTag->clear(); // what was begun for a material would hide why it cannot go on
     int count = 0;
     for (const QString &tag : _model.find(_uuids.front())->tags.names()) {
         if (!std::all_of(_uuids.begin(), _uuids.end(),

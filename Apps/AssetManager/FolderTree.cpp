@@ -3,6 +3,7 @@
 
 #include "AssetManager/DragData.h"
 #include "AssetManager/FolderModel.h"
+#include "AssetManager/ItemDrag.h"
 
 #include <QDragMoveEvent>
 #include <QHeaderView>
@@ -65,6 +66,11 @@ void FolderTree::currentChanged(const QModelIndex &current, const QModelIndex &p
 {
     QTreeView::currentChanged(current, previous);
     emit folderChanged(current.data(FolderModel::PathRole).toString());
+}
+
+void FolderTree::startDrag(Qt::DropActions actions)
+{
+    ItemDrag::exec(*this, actions);
 }
 
 void FolderTree::dragMoveEvent(QDragMoveEvent *event)

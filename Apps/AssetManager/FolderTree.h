@@ -24,6 +24,7 @@ Q_SIGNALS:
 
 private:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void startDrag(Qt::DropActions actions) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 };

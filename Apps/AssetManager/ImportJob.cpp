@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QProgressBar>
 #include <QProgressDialog>
 
 namespace {
@@ -44,6 +45,7 @@ ImportJob::ImportJob(const QString &library, const QString &folder, const Import
 ImportJob::Outcome ImportJob::run(const QStringList &files, QWidget *window)
 {
     QProgressDialog progress(tr("Importing"), tr("Cancel"), 0, files.size(), window);
+    progress.findChild<QProgressBar *>()->setAccessibleName(progress.labelText());
     progress.setObjectName(QStringLiteral("importProgress"));
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(0);

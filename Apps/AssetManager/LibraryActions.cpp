@@ -28,6 +28,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
+#include <QProgressBar>
 #include <QProgressDialog>
 #include <QUndoStack>
 #include <QUrl>
@@ -382,7 +383,7 @@ QString LibraryActions::retag(const QString &uuid, const QStringList &tags)
     if (!item)
         return tr("An asset's tags were not changed: it is not in an open library any more.");
     const QString name = QString::fromStdString(item->name());
-    if (!dynamic_cast<kxMaterialAssetItem *>(item))
+    if (item->category() != Material) // items of environment materials show none that they may keep
         return tr("\"%1\" has no tags: only materials have them.").arg(name);
     kxAssetOperations::TagEdit edit;
     edit.clears = true;
@@ -400,6 +401,7 @@ void LibraryActions::renderPreviews(const QStringList &uuids, QWidget *window)
 {
     QProgressDialog progress(tr("Rendering previews"), tr("Cancel"), 0, uuids.size(), window);
     progress.setObjectName(QStringLiteral("previewProgress"));
+    progress.findChild<QProgressBar *>()->setAccessibleName(progress.labelText());
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(0);
     auto renewal = std::make_unique<ReplaceCommand>(*this, tr("New previews of %n asset(s)", nullptr, uuids.size()));

@@ -72,6 +72,7 @@ MainWindow::MainWindow(kxAssetManagerModule &manager) : _libraries(std::make_uni
     connectOutcomes();
     connectManager(manager);
     _browser->setTileSize(Settings::tileSize());
+    _browser->setColumnWidths(Settings::columnWidths());
     _browser->setLook(Settings::showsLines() ? AssetBrowser::Look::Lines : AssetBrowser::Look::Tiles);
     resize(QSize(1440, 900).boundedTo(screen()->availableSize()));
     layOutDocks();
@@ -371,6 +372,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     _libraries->scan().cancel();
     Settings::setWindow(saveGeometry(), saveState());
     Settings::setTileSize(_browser->tileSize());
+    Settings::setColumnWidths(_browser->columnWidths());
     Settings::setShowsLines(_browser->look() == AssetBrowser::Look::Lines);
     event->accept();
 }

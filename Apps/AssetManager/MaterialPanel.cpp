@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/MaterialPanel.h"
 
+#include "AssetManager/DragView.h"
 #include "AssetManager/EmptyHint.h"
 #include "AssetManager/MaterialListModel.h"
 #include "AssetManager/SceneActions.h"
@@ -15,7 +16,7 @@
 #include <QVBoxLayout>
 
 MaterialPanel::MaterialPanel(SceneActions &actions, QWidget *parent)
-    : QWidget(parent), _model(new MaterialListModel(actions, this)), _view(new QListView(this))
+    : QWidget(parent), _model(new MaterialListModel(actions, this)), _view(new DragView<QListView>(this))
 {
     setObjectName("materialPanel");
     setAccessibleName(tr("Materials"));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/NodeTreePanel.h"
 
+#include "AssetManager/DragView.h"
 #include "AssetManager/OwnKeys.h"
 #include "AssetManager/SceneActions.h"
 #include "AssetManager/SceneNodes.h"
@@ -30,7 +31,7 @@ constexpr int Indentation = 2; // letters, too: imported models are deep
 
 NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidget *parent)
     : QWidget(parent), _actions(actions), _model(model), _filtered(new QSortFilterProxyModel(this)),
-      _view(new QTreeView(this)), _filterLine(new QLineEdit(this))
+      _view(new DragView<QTreeView>(this)), _filterLine(new QLineEdit(this))
 {
     _model->setParent(this);
     _filtered->setRecursiveFilteringEnabled(true);

@@ -74,6 +74,22 @@ void Settings::setTileSize(int size)
     setValue("tileSize", size);
 }
 
+QList<int> Settings::columnWidths()
+{
+    QList<int> widths;
+    for (const QVariant &width : value("columnWidths").toList())
+        widths.append(width.toInt());
+    return widths;
+}
+
+void Settings::setColumnWidths(const QList<int> &widths)
+{
+    QVariantList values;
+    for (const int width : widths)
+        values.append(width);
+    setValue("columnWidths", values);
+}
+
 bool Settings::showsLines()
 {
     return value("showsLines", false).toBool();

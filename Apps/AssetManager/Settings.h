@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QStringList>
 
 /// What the program remembers from one start to the next. Main thread only.
@@ -24,6 +25,9 @@ public:
 
     static int tileSize();
     static void setTileSize(int size);
+    /// Of the list of assets; empty where nobody has chosen any.
+    static QList<int> columnWidths();
+    static void setColumnWidths(const QList<int> &widths);
     static bool showsLines();
     static void setShowsLines(bool shows);
 

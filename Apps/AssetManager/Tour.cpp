@@ -111,6 +111,7 @@ void Tour::show(int station)
     _station = station;
     _text->setText(_stations[static_cast<std::size_t>(station)].text);
     _next->setText(station + 1 == static_cast<int>(_stations.size()) ? tr("Done") : tr("Next"));
+    _next->setAccessibleDescription(_text->text()); // which is read with the button that has the keyboard
     _card->setFixedHeight(_card->layout()->heightForWidth(CardWidth));
     _card->move(placeOfCard());
     _next->setFocus();
