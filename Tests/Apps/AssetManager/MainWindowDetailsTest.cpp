@@ -6,7 +6,6 @@
 #include "AssetManager/LibrarySide.h"
 #include "Assets/kxMaterialAssetItem.h"
 #include "Kernel/kxMaterials.h"
-#include "SceneGraph/FCRef.h"
 #include "SceneGraph/USkyEnvironmentMaterial.h"
 #include "WindowFixture.h"
 
