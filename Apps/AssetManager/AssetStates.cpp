@@ -95,6 +95,14 @@ unsigned AssetStates::stateOf(const std::string &uuid) const
     return _broken.count(uuid) != 0 ? state | Broken : state;
 }
 
+std::vector<std::string> AssetStates::used() const
+{
+    std::vector<std::string> uuids;
+    for (const auto &[uuid, state] : _states)
+        uuids.push_back(uuid);
+    return uuids;
+}
+
 QStringList AssetStates::reasonsOf(const std::string &uuid) const
 {
     const unsigned state = stateOf(uuid);

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 /// How stored assets stand to the scene (the AssetState of all their copies there), and which of them are damaged. Main thread only.
 ///
@@ -31,6 +32,8 @@ public:
     unsigned stateOf(const std::string &uuid) const;
     /// The same in sentences.
     QStringList reasonsOf(const std::string &uuid) const;
+    /// Those that the scene has copies of.
+    std::vector<std::string> used() const;
 
     /// Says what is wrong with an asset; with an empty reason, nothing.
     void setBroken(const std::string &uuid, const QString &reason);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/FolderDialog.h"
 
+#include "AssetManager/AssetFilter.h"
 #include "AssetManager/FolderModel.h"
 
 #include <QDialogButtonBox>
@@ -8,8 +9,10 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
-FolderDialog::FolderDialog(FolderModel &folders, const QString &folder, QWidget *parent)
-    : QDialog(parent), _tree(new QTreeView(this))
+#include <algorithm>
+
+FolderDialog::FolderDialog(FolderModel &folders, const QString &folder, const QStringList &moved, QWidget *parent)
+    : QDialog(parent), _moved(moved), _tree(new QTreeView(this))
 {
     setObjectName(QStringLiteral("folderDialog"));
     setWindowTitle(tr("Move to folder"));
@@ -38,5 +41,8 @@ FolderDialog::FolderDialog(FolderModel &folders, const QString &folder, QWidget 
 
 QString FolderDialog::folder() const
 {
-    return _tree->currentIndex().data(FolderModel::PathRole).toString();
+    QString chosen = _tree->currentIndex().data(FolderModel::PathRole).toString();
+    const bool isMoved =
+        std::any_of(_moved.begin(), _moved.end(), [&](const QString &path) { return AssetFilter::isIn(chosen, path); });
+    return isMoved ? QString() : chosen;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QStringList>
 
 class FolderModel;
 class QPushButton;
@@ -13,13 +14,14 @@ class FolderDialog final : public QDialog
     Q_OBJECT
 
 public:
-    /// The model has to live longer. \a folder is chosen at first.
-    FolderDialog(FolderModel &folders, const QString &folder, QWidget *parent);
+    /// The model has to live longer. \a folder is chosen at first. The folders \a moved cannot be chosen, nor what is in them.
+    FolderDialog(FolderModel &folders, const QString &folder, const QStringList &moved, QWidget *parent);
 
-    /// "" where none is chosen.
+    /// "" where none is chosen that will do.
     QString folder() const;
 
 private:
+    const QStringList _moved;
     QTreeView *_tree;
     QPushButton *_choose;
 };

@@ -94,11 +94,17 @@ QString FolderModel::libraryOf(const QString &path) const
 void FolderModel::setProblem(const QString &library, const QString &reason)
 {
     QStandardItem *item = itemOf(library);
-    if (!item)
+    if (!item || !item->data(LibraryRole).toBool() || item->data(ProblemRole).toString() == reason)
         return;
     const auto icon = reason.isEmpty() ? QStyle::SP_DriveHDIcon : QStyle::SP_MessageBoxWarning;
     item->setIcon(QApplication::style()->standardIcon(icon));
     item->setToolTip(reason.isEmpty() ? QDir::toNativeSeparators(library) : reason);
+    item->setData(reason, ProblemRole);
+}
+
+QString FolderModel::problemOf(const QString &library) const
+{
+    return indexOf(library).data(ProblemRole).toString();
 }
 
 /// From the library down: folders are shown before what they hold.
@@ -156,13 +162,27 @@ QStringList FolderModel::mimeTypes() const
     return types;
 }
 
-QMimeData *FolderModel::mimeData(const QModelIndexList &indexes) const
+QStringList FolderModel::movable(const QModelIndexList &indexes)
 {
     QStringList paths;
     for (const QModelIndex &index : indexes)
-        paths.append(index.data(PathRole).toString());
+        if (index.parent().isValid()) // all libraries, and each of them, are at the top
+            paths.append(index.data(PathRole).toString());
+    QStringList outer;
+    for (const QString &path : paths) {
+        const bool goesWithOther = std::any_of(paths.begin(), paths.end(), [&](const QString &other) {
+            return other != path && AssetFilter::isIn(path, other);
+        });
+        if (!goesWithOther && !outer.contains(path))
+            outer.append(path);
+    }
+    return outer;
+}
+
+QMimeData *FolderModel::mimeData(const QModelIndexList &indexes) const
+{
     auto data = std::make_unique<QMimeData>();
-    DragData::setFolders(*data, paths);
+    DragData::setFolders(*data, movable(indexes));
     return data.release(); // the caller's
 }
 

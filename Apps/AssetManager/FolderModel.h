@@ -15,7 +15,7 @@ class FolderModel final : public QStandardItemModel
     Q_OBJECT
 
 public:
-    enum Role { PathRole = Qt::UserRole + 1, LibraryRole };
+    enum Role { PathRole = Qt::UserRole + 1, LibraryRole, ProblemRole };
 
     explicit FolderModel(QObject *parent = nullptr);
 
@@ -26,11 +26,15 @@ public:
     QString libraryOf(const QString &path) const;
     /// Marks a library as unreadable, with the reason as its tool tip; "" takes that back.
     void setProblem(const QString &library, const QString &reason);
+    /// The reason, "" where it can be read.
+    QString problemOf(const QString &library) const;
 
     /// Shows a folder in one that is shown.
     void addFolder(const QString &parent, const QString &folder);
     /// Shows exactly these folders in a folder that is shown; others, and what is below them, go.
     void setSubFolders(const QString &path, const QStringList &subFolders);
+    /// The folders among these that can go elsewhere, each once: no libraries, and none that goes with another one.
+    static QStringList movable(const QModelIndexList &indexes);
     /// Invalid for what is not shown. The empty path is that of all libraries together.
     QModelIndex indexOf(const QString &path) const;
 

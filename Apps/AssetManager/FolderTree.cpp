@@ -22,6 +22,7 @@ FolderTree::FolderTree(FolderModel &model, QWidget *parent) : QTreeView(parent)
     setModel(&model);
     header()->hide();
     setUniformRowHeights(true);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::EditKeyPressed);
     setDragEnabled(true);
     setAcceptDrops(true);
@@ -35,10 +36,10 @@ FolderTree::FolderTree(FolderModel &model, QWidget *parent) : QTreeView(parent)
             [this](const QPoint &position) { emit menuRequested(viewport()->mapToGlobal(position)); });
     setFrameShape(QFrame::NoFrame);
     setMinimumWidth(LeastLetters * fontMetrics().averageCharWidth());
-    // A library shows its folders at once.
-    connect(&model, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &parent, int first, int last) {
-        for (int row = first; !parent.isValid() && row <= last; ++row)
-            expand(this->model()->index(row, 0));
+    connect(&model, &QAbstractItemModel::rowsRemoved, this, [this] {
+        _isRemoving = false;
+        if (!selectionModel()->hasSelection() && currentIndex().isValid())
+            choose(currentIndex()); // what is shown is to be seen
     });
 }
 
@@ -50,10 +51,45 @@ QString FolderTree::folder() const
 void FolderTree::setFolder(const QString &path)
 {
     const QModelIndex index = static_cast<const FolderModel *>(model())->indexOf(path);
-    if (!index.isValid())
-        return;
-    setCurrentIndex(index);
+    if (index.isValid())
+        choose(index);
+    _awaited = index.isValid() ? QString() : path;
+}
+
+/// Whatever keys are held down meanwhile.
+void FolderTree::choose(const QModelIndex &index)
+{
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     scrollTo(index);
+}
+
+QString FolderTree::wantedFolder() const
+{
+    return _awaited.isEmpty() ? folder() : _awaited;
+}
+
+void FolderTree::rowsInserted(const QModelIndex &parent, int first, int last)
+{
+    QTreeView::rowsInserted(parent, first, last);
+    // A library shows its folders at once.
+    for (int row = first; !parent.isValid() && row <= last; ++row)
+        expand(model()->index(row, 0));
+    if (!_awaited.isEmpty() && static_cast<const FolderModel *>(model())->indexOf(_awaited).isValid())
+        setFolder(_awaited);
+}
+
+void FolderTree::rowsAboutToBeRemoved(const QModelIndex &parent, int first, int last)
+{
+    _isRemoving = true;
+    for (QModelIndex index = currentIndex(); index.isValid(); index = index.parent())
+        if (index.parent() == parent && index.row() >= first && index.row() <= last && _awaited.isEmpty())
+            _awaited = folder();
+    QTreeView::rowsAboutToBeRemoved(parent, first, last);
+}
+
+QStringList FolderTree::selectedFolders() const
+{
+    return FolderModel::movable(selectedIndexes());
 }
 
 void FolderTree::editName()
@@ -65,6 +101,8 @@ void FolderTree::editName()
 void FolderTree::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTreeView::currentChanged(current, previous);
+    if (!_isRemoving)
+        _awaited.clear();
     emit folderChanged(current.data(FolderModel::PathRole).toString());
 }
 

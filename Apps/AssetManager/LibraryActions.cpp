@@ -325,13 +325,19 @@ void LibraryActions::trashAssets(const QStringList &uuids)
     finish(batch);
 }
 
-void LibraryActions::trashFolder(const QString &path)
+void LibraryActions::trashFolders(const QStringList &paths)
 {
-    const QString library = _folders.libraryOf(path);
-    if (library.isEmpty() || library == path)
+    QStringList folders;
+    for (const QString &path : paths)
+        if (const QString library = _folders.libraryOf(path); !library.isEmpty() && library != path)
+            folders.append(path);
+    if (folders.isEmpty())
         return;
-    Batch batch{tr("Deletion of \"%1\"").arg(nameOf(path)), 1, {}, {}};
-    trash(path, assetsIn(path), batch);
+    const QString text = folders.size() == 1 ? tr("Deletion of \"%1\"").arg(nameOf(folders.first()))
+                                             : tr("Deletion of %n folder(s)", nullptr, folders.size());
+    Batch batch{text, folders.size(), {}, {}};
+    for (const QString &folder : folders)
+        trash(folder, assetsIn(folder), batch);
     finish(batch);
 }
 

@@ -39,7 +39,7 @@ public:
     /// Asks whether to merge where the target has a folder of that name.
     void moveFolders(const QStringList &paths, const QString &folder);
     void trashAssets(const QStringList &uuids);
-    void trashFolder(const QString &path);
+    void trashFolders(const QStringList &paths);
     void restore(const QString &trashed, const QString &origin);
     void editTags(const QStringList &uuids, const QStringList &added, const QStringList &removed);
     /// With progress and a way to stop above the window.

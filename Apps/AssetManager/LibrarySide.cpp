@@ -21,24 +21,19 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     connect(&_scan, &LibraryScan::folderRead, this, [this](const QString &folder, const QStringList &subFolders) {
         _folders.setSubFolders(folder, subFolders);
         _watcher.watch(folder);
+        if (const QFileInfo info(folder); info.isDir() && info.isReadable() && info.isExecutable())
+            _folders.setProblem(folder, {});
     });
-    connect(&_scan, &LibraryScan::folderFailed, this, [this](const QString &folder, const QString &reason) {
-        const QFileInfo info(folder);
-        const bool isLibrary = _folders.libraryOf(folder) == folder;
-        if (!isLibrary && !info.exists() && QFileInfo(info.path()).isDir()) {
-            _scan.refresh(info.path()); // it was moved or removed before its turn came, as folders may be
-            return;
-        }
-        if (isLibrary)
-            _folders.setProblem(folder, reason);
-        emit failed({reason});
-    });
+    connect(&_scan, &LibraryScan::folderFailed, this, &LibrarySide::noteFailure);
     connect(&_watcher, &LibraryWatcher::changed, this, [this](const QString &folder) {
+        const QString library = _folders.libraryOf(folder);
         if (QFileInfo(folder).isDir())
             _scan.refresh(folder);
-        else if (const QString library = _folders.libraryOf(folder); !library.isEmpty() && library != folder)
-            _scan.refresh(library);
+        else if (!library.isEmpty())
+            _scan.refresh(library); // which may have gone itself, with its drive
     });
+    connect(this, &LibrarySide::librariesChanged, &_watcher, &LibraryWatcher::setLibraries);
+    connect(&_states, &AssetStates::changed, this, &LibrarySide::watchUsed);
     connect(&_watcher, &LibraryWatcher::assetChanged, &_scan, &LibraryScan::refreshAsset);
     connect(&_actions, &LibraryActions::assetsChanged, this, &LibrarySide::refreshAssets);
     connect(&_actions, &LibraryActions::foldersChanged, this, [this](const QStringList &paths) {
@@ -58,13 +53,39 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
 
 LibrarySide::~LibrarySide() = default;
 
+void LibrarySide::noteFailure(const QString &folder, const QString &reason)
+{
+    const QFileInfo info(folder);
+    const bool isLibrary = _folders.libraryOf(folder) == folder;
+    if (!isLibrary && !info.exists() && QFileInfo(info.path()).isDir()) {
+        _scan.refresh(info.path()); // it was moved or removed before its turn came, as folders may be
+        return;
+    }
+    if (isLibrary && _folders.problemOf(folder) == reason)
+        return; // it was said already, and is still to be seen
+    if (isLibrary)
+        _folders.setProblem(folder, reason);
+    emit failed({reason});
+}
+
 void LibrarySide::refreshAssets(const std::vector<std::string> &uuids)
 {
     for (const std::string &uuid : uuids)
         _previews.forget(QString::fromStdString(uuid));
     _assets.refresh(uuids);
     _states.updateSoon();
+    watchUsed();
     emit assetsChanged();
+}
+
+/// The marks of the scene's objects tell whether the stored assets are newer, whatever is shown of the libraries.
+void LibrarySide::watchUsed()
+{
+    QStringList directories;
+    for (const std::string &uuid : _states.used())
+        if (const AssetEntry *entry = _assets.find(uuid))
+            directories.append(entry->directory);
+    _watcher.setUsed(directories);
 }
 
 QString LibrarySide::open(const QString &path)
@@ -98,11 +119,8 @@ void LibrarySide::close(const QString &path)
 
 void LibrarySide::refresh()
 {
-    for (const QString &library : _folders.libraries()) {
-        if (QFileInfo(library).isDir())
-            _folders.setProblem(library, {});
+    for (const QString &library : _folders.libraries())
         _scan.refresh(library);
-    }
 }
 
 void LibrarySide::setFavourite(const QStringList &uuids, bool isFavourite)

@@ -48,6 +48,8 @@ Q_SIGNALS:
     void assetsChanged();
 
 private:
+    void watchUsed();
+    void noteFailure(const QString &folder, const QString &reason);
     void refreshAssets(const std::vector<std::string> &uuids);
 
     AssetStates _states;

@@ -3,7 +3,12 @@
 
 #include "AssetManager/AssetFilter.h"
 
+#include <QFile>
 #include <QFileInfo>
+
+#include <utility>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -38,29 +43,80 @@ void LibraryWatcher::forget(const QString &folder)
             _watcher.removePath(path);
 }
 
+LibraryWatcher::Place::Place(const QString &path)
+{
+    struct stat status = {};
+    if (stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return;
+    device = status.st_dev;
+    file = status.st_ino;
+}
+
 void LibraryWatcher::setSeen(const QStringList &directories)
 {
-    QMap<QString, DirectoryStamp> seen;
+    replace(_seen, directories);
+    lookWhileNeeded();
+}
+
+void LibraryWatcher::setUsed(const QStringList &directories)
+{
+    replace(_used, directories);
+    lookWhileNeeded();
+}
+
+void LibraryWatcher::replace(Stamps &assets, const QStringList &directories)
+{
+    Stamps all;
     for (const QString &directory : directories.mid(0, MaxSeen)) {
-        const auto known = _seen.constFind(directory);
-        seen.insert(directory, known != _seen.constEnd() ? *known : DirectoryStamp(directory));
+        const auto known = assets.constFind(directory);
+        all.insert(directory, known != assets.constEnd() ? *known : DirectoryStamp(directory));
     }
-    _seen = seen;
-    if (_seen.isEmpty())
+    assets = all;
+}
+
+void LibraryWatcher::setLibraries(const QStringList &libraries)
+{
+    std::map<QString, Place> places;
+    for (const QString &library : libraries) {
+        const auto known = _libraries.find(library);
+        places.emplace(library, known != _libraries.end() ? known->second : Place(library));
+    }
+    _libraries = std::move(places);
+    lookWhileNeeded();
+}
+
+void LibraryWatcher::lookWhileNeeded()
+{
+    if (_seen.isEmpty() && _used.isEmpty() && _libraries.empty())
         _lookTimer.stop();
     else if (!_lookTimer.isActive())
         _lookTimer.start();
 }
 
-/// Also where something was only saved by this program: it is read once more then.
 void LibraryWatcher::look()
 {
-    for (auto seen = _seen.begin(); seen != _seen.end(); ++seen) {
-        const DirectoryStamp now(seen.key());
-        if (now == *seen)
+    for (auto &[library, place] : _libraries) {
+        const Place now(library);
+        if (!(now != place))
             continue;
-        *seen = now;
-        _changedAssets.insert(seen.key());
+        place = now;
+        forget(library); // what was watched is not what lies there now
+        _changed.insert(library);
+        _timer.start();
+    }
+    lookAt(_seen);
+    lookAt(_used);
+}
+
+/// Also where something was only saved by this program: it is read once more then.
+void LibraryWatcher::lookAt(Stamps &assets)
+{
+    for (auto asset = assets.begin(); asset != assets.end(); ++asset) {
+        const DirectoryStamp now(asset.key());
+        if (now == *asset)
+            continue;
+        *asset = now;
+        _changedAssets.insert(asset.key());
         _timer.start();
     }
 }

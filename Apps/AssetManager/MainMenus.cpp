@@ -163,17 +163,18 @@ void MainMenus::showFolderMenu(const QPoint &position)
 {
     FolderTree &folders = _window.folders();
     const bool isLibrary = _window.libraries().folders().libraries().contains(folders.folder());
-    const bool isFolder = !isLibrary && !folders.folder().isEmpty();
+    const QStringList selected = folders.selectedFolders();
     QMenu menu(&_window);
     menu.addAction(tr("Add &library..."), &_window, &MainWindow::addLibrary);
     if (isLibrary)
         menu.addAction(tr("&Close library"), &_window, &MainWindow::removeLibrary)
             ->setToolTip(tr("Its files stay as they are"));
     menu.addAction(tr("&New folder"), &_window, &MainWindow::createFolder);
-    if (isFolder) {
+    if (selected == QStringList{folders.folder()})
         menu.addAction(tr("Re&name"), &folders, &FolderTree::editName);
-        menu.addAction(tr("&Delete"), this,
-                       [this, &folders] { _window.libraries().actions().trashFolder(folders.folder()); });
+    if (!selected.isEmpty()) {
+        menu.addAction(tr("&Move to folder..."), &_window, &MainWindow::moveFolders);
+        menu.addAction(tr("&Delete"), this, [this, selected] { _window.libraries().actions().trashFolders(selected); });
     }
     menu.addSeparator();
     menu.addAction(tr("&Import files..."), &_window, &MainWindow::chooseFilesToImport);

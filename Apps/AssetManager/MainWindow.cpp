@@ -28,6 +28,7 @@
 #include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMimeData>
 #include <QScreen>
@@ -117,6 +118,7 @@ void MainWindow::connectBrowser()
 {
     connect(_folders, &FolderTree::folderChanged, this, [this](const QString &path) {
         _browser->setFolder(path);
+        showEmptyText();
         updateStatus();
     });
     connect(_folders, &FolderTree::menuRequested, _menus, &MainMenus::showFolderMenu);
@@ -165,8 +167,7 @@ void MainWindow::connectOutcomes()
         if (paths.isEmpty())
             showEmptyText();
     });
-    connect(&_libraries->scan(), &LibraryScan::started, this,
-            [this] { _browser->setEmptyText(tr("Reading the libraries...")); });
+    connect(&_libraries->scan(), &LibraryScan::started, this, &MainWindow::showEmptyText);
     connect(&_libraries->scan(), &LibraryScan::finished, this, [this] {
         showEmptyText();
         for (NodeTreeModel *tree : findChildren<NodeTreeModel *>())
@@ -181,11 +182,31 @@ void MainWindow::connectOutcomes()
             });
 }
 
+/// Where there is nothing to show because it cannot be read, that is said as long as it is so.
 void MainWindow::showEmptyText()
 {
-    _browser->setEmptyText(_libraries->folders().libraries().isEmpty()
-                               ? tr("No library is open.\nThe File menu adds a folder as a library.")
-                               : QString());
+    if (_libraries->scan().isRunning()) {
+        _browser->setEmptyText(tr("Reading the libraries..."));
+        return;
+    }
+    const FolderModel &folders = _libraries->folders();
+    QStringList libraries = folders.libraries();
+    if (libraries.isEmpty()) {
+        _browser->setEmptyText(tr("No library is open.\nThe File menu adds a folder as a library."));
+        return;
+    }
+    if (const QString chosen = folders.libraryOf(_folders->folder()); !chosen.isEmpty())
+        libraries = QStringList{chosen};
+    QString text;
+    for (const QString &library : libraries) {
+        const QString problem = folders.problemOf(library);
+        if (problem.isEmpty()) {
+            text.clear();
+            break;
+        }
+        text = problem + '\n' + tr("It is read as soon as that is possible.");
+    }
+    _browser->setEmptyText(text);
 }
 
 void MainWindow::connectManager(kxAssetManagerModule &manager)
@@ -207,7 +228,10 @@ void MainWindow::openLibraries(const QStringList &paths)
             failures.append(reason);
     if (!failures.isEmpty())
         report(failures);
-    _folders->setCurrentIndex(_libraries->folders().index(0, 0));
+    const QString last = Settings::folder();
+    _folders->setFolder({});
+    if (!_libraries->folders().libraryOf(last).isEmpty())
+        _folders->setFolder(last); // once it is read
 }
 
 void MainWindow::welcome()
@@ -307,7 +331,7 @@ void MainWindow::renameChosen()
 void MainWindow::deleteChosen()
 {
     if (_folders->hasFocus())
-        _libraries->actions().trashFolder(_folders->folder());
+        _libraries->actions().trashFolders(_folders->selectedFolders());
     else if (isDoneByScene("delete"))
         return;
     else if (const QStringList uuids = selectedIds(); !uuids.isEmpty())
@@ -316,14 +340,31 @@ void MainWindow::deleteChosen()
 
 void MainWindow::moveChosen()
 {
-    const bool isFolder = _folders->hasFocus();
-    FolderDialog dialog(_libraries->folders(), targetFolder(), this);
-    if (kxModalQuestion::exec(dialog) != QDialog::Accepted || dialog.folder().isEmpty())
+    if (_folders->hasFocus()) {
+        moveFolders();
         return;
-    if (isFolder && !_libraries->folders().libraries().contains(_folders->folder()))
-        _libraries->actions().moveFolders({_folders->folder()}, dialog.folder());
-    else if (!isFolder)
-        _libraries->actions().moveAssets(selectedIds(), dialog.folder());
+    }
+    const QStringList uuids = selectedIds();
+    if (uuids.isEmpty())
+        return;
+    if (const QString target = chooseTarget({}); !target.isEmpty())
+        _libraries->actions().moveAssets(uuids, target);
+}
+
+void MainWindow::moveFolders()
+{
+    const QStringList folders = _folders->selectedFolders();
+    if (folders.isEmpty())
+        return;
+    if (const QString target = chooseTarget(folders); !target.isEmpty())
+        _libraries->actions().moveFolders(folders, target);
+}
+
+QString MainWindow::chooseTarget(const QStringList &moved)
+{
+    const QString shown = moved.isEmpty() ? targetFolder() : QFileInfo(moved.first()).path();
+    FolderDialog dialog(_libraries->folders(), shown, moved, this);
+    return kxModalQuestion::exec(dialog) == QDialog::Accepted ? dialog.folder() : QString();
 }
 
 void MainWindow::showTrash()
@@ -371,6 +412,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     }
     _libraries->scan().cancel();
     Settings::setWindow(saveGeometry(), saveState());
+    Settings::setFolder(_folders->wantedFolder());
     Settings::setTileSize(_browser->tileSize());
     Settings::setColumnWidths(_browser->columnWidths());
     Settings::setShowsLines(_browser->look() == AssetBrowser::Look::Lines);

@@ -62,8 +62,9 @@ public Q_SLOTS:
     void renameChosen();
     void deleteChosen();
     void loadChosen();
-    /// The selected assets, or the chosen folder where the folders have the focus; to a folder that a person chooses.
+    /// The selected assets, or the selected folders where the folders have the focus; to a folder that a person chooses.
     void moveChosen();
+    void moveFolders();
     void showTrash();
 
 private:
@@ -73,6 +74,8 @@ private:
     void connectActions();
     void connectOutcomes();
     void connectManager(kxAssetManagerModule &manager);
+    /// That a person chooses for these folders, or for assets where there are none; "" for no folder.
+    QString chooseTarget(const QStringList &moved);
     void updateStatus();
     void showEmptyText();
     bool isDoneByScene(const char *action);
