@@ -11,6 +11,7 @@
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/MainMenus.h"
 #include "AssetManager/NodeTreeModel.h"
+#include "AssetManager/SampleLibrary.h"
 #include "AssetManager/ScanProgress.h"
 #include "AssetManager/SceneActions.h"
 #include "AssetManager/SceneSide.h"
@@ -236,16 +237,25 @@ void MainWindow::openLibraries(const QStringList &paths)
 
 void MainWindow::welcome()
 {
-    const QString sample = WelcomeDialog::findSampleLibrary();
+    const QString sample = SampleLibrary::find();
     WelcomeDialog dialog(sample, this);
     kxModalQuestion::exec(dialog);
     Settings::setWelcomed();
     if (dialog.choice() == WelcomeDialog::Choice::SampleLibrary)
-        openLibraries({sample});
+        openSampleLibrary(sample);
     else if (dialog.choice() == WelcomeDialog::Choice::OwnLibrary)
         addLibrary();
     if (dialog.choice() != WelcomeDialog::Choice::Nothing && dialog.wantsTour())
         startTour();
+}
+
+void MainWindow::openSampleLibrary(const QString &found)
+{
+    QString trouble;
+    if (const QString own = SampleLibrary::prepare(found, trouble); !own.isEmpty())
+        openLibraries({own});
+    else
+        report({trouble});
 }
 
 void MainWindow::startTour()

@@ -78,6 +78,7 @@ private:
     QString chooseTarget(const QStringList &moved);
     void updateStatus();
     void showEmptyText();
+    void openSampleLibrary(const QString &found);
     bool isDoneByScene(const char *action);
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;

@@ -111,6 +111,10 @@ void Screenshot::select()
         for (const kxNodePtr &node : kxScenegraph::getAssetNodes(kxScenegraph::getRoot(), uuids.back(), -1))
             nodes.emplace_back(node);
     }
+    if (uuids.empty()) {
+        std::fprintf(stderr, "No asset is named \"%s\"\n", qPrintable(_options.asset));
+        _exitCode = _exitCode == 0 ? 1 : _exitCode;
+    }
     _window.browser().select(uuids);
     kxSelectionManager::selectNodes(nodes);
 }

@@ -3,10 +3,7 @@
 
 #include <QCheckBox>
 #include <QCommandLinkButton>
-#include <QCoreApplication>
 #include <QDialogButtonBox>
-#include <QDir>
-#include <QFileInfo>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -49,14 +46,4 @@ void WelcomeDialog::choose(Choice choice)
 bool WelcomeDialog::wantsTour() const
 {
     return _tour->isChecked();
-}
-
-QString WelcomeDialog::findSampleLibrary()
-{
-    // Where the build leaves it, seen from the program or from where it was started.
-    for (const QString &folder : {QDir::currentPath() + QStringLiteral("/sample-library"),
-                                  QCoreApplication::applicationDirPath() + QStringLiteral("/../../../sample-library")})
-        if (QFileInfo(folder).isDir())
-            return QDir(folder).canonicalPath();
-    return {};
 }

@@ -19,9 +19,6 @@ public:
     Choice choice() const { return _choice; }
     bool wantsTour() const;
 
-    /// The sample library that belongs to the program, "" where there is none.
-    static QString findSampleLibrary();
-
 private:
     void choose(Choice choice);
 

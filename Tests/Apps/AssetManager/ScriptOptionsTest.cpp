@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/ScriptOptions.h"
 
-#include "Support/TemporaryFolder.h"
+#include "HeadlessProgram.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
-#include <QProcessEnvironment>
 
 #include <gmock/gmock.h>
 
@@ -15,18 +13,13 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 
-constexpr int Patience = 120000; // milliseconds
+constexpr int Patience = HeadlessProgram::Patience;
 
 /// The program as a person starts it, with settings of its own.
 class ScriptOptionsTest : public testing::Test
 {
 protected:
-    struct Result
-    {
-        int code = -1;
-        std::string output;
-        std::string errors;
-    };
+    using Result = HeadlessProgram::Result;
 
     QString write(const std::string &name, const char *text) const
     {
@@ -36,29 +29,10 @@ protected:
         return file.fileName();
     }
 
-    void start(QProcess &process, const QStringList &arguments) const
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QT_QPA_PLATFORM", "offscreen");
-        environment.insert("HOME", QString::fromStdString(folder.path().string()));
-        environment.insert("XDG_CONFIG_HOME", QString::fromStdString(folder.path().string()));
-        environment.remove("PYTHONPATH");
-        process.setProcessEnvironment(environment);
-        process.setWorkingDirectory(QString::fromStdString(folder.path().string()));
-        process.start(QCoreApplication::applicationDirPath() + "/asset-manager", arguments);
-    }
-
-    Result run(const QStringList &arguments) const
-    {
-        QProcess process;
-        start(process, arguments);
-        EXPECT_TRUE(process.waitForFinished(Patience));
-        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return {process.exitCode(), process.readAllStandardOutput().toStdString(),
-                process.readAllStandardError().toStdString()};
-    }
+    Result run(const QStringList &arguments) const { return program.run(arguments); }
 
     kxtest::TemporaryFolder folder;
+    const HeadlessProgram program{folder};
 };
 
 #if defined(KX_WITH_PYTHON)
@@ -120,7 +94,7 @@ TEST_F(ScriptOptionsTest, StaysWhenItIsToldTo)
     // Only a program that goes on after the script lets the thread get that far.
     write("hello.py", "import os, threading\nthreading.Timer(1, os.write, (1, b'still there')).start()\n");
     QProcess process;
-    start(process, {"--script", "hello.py", "--keep-open"});
+    program.start(process, {"--script", "hello.py", "--keep-open"});
 
     QByteArray output;
     while (!output.contains("still there")) {
