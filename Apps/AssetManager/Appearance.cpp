@@ -2,20 +2,32 @@
 #include "AssetManager/Appearance.h"
 
 #include <QApplication>
+#include <QMainWindow>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QStyleOption>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace {
 
 constexpr double HintOpacity = 0.6;
+constexpr int TabSpace = 12; // pixels on both sides of a name together
 
-/// The arrow of a selected row is as bright as the row's text.
-class TreeStyle : public QProxyStyle
+/// The arrow of a selected row is as bright as the row's text, and the tabs of panels leave room for their names.
+class PanelStyle : public QProxyStyle
 {
 public:
     using QProxyStyle::QProxyStyle;
+
+    int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+    {
+        const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+        if (metric != PM_TabBarTabHSpace || !widget || !qobject_cast<const QMainWindow *>(widget->parentWidget()))
+            return usual;
+        return std::min(usual, TabSpace);
+    }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override
@@ -32,10 +44,10 @@ public:
 };
 
 /// Other styles draw with colours of the desktop.
-class PlainStyle final : public TreeStyle
+class PlainStyle final : public PanelStyle
 {
 public:
-    PlainStyle() : TreeStyle(QStringLiteral("fusion")) {}
+    PlainStyle() : PanelStyle(QStringLiteral("fusion")) {}
 
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *returned) const override
@@ -112,7 +124,7 @@ Appearance::Kind Appearance::byName(const QString &name)
 void Appearance::apply(Kind kind)
 {
     if (kind == Kind::Desktop) {
-        QApplication::setStyle(new TreeStyle);
+        QApplication::setStyle(new PanelStyle);
         makeHintsVisible();
         QObject::connect(qApp, &QGuiApplication::paletteChanged, qApp, makeHintsVisible);
         return;

@@ -84,6 +84,7 @@ DetailsPane::DetailsPane(const AssetModel &model, const AssetStates &states, con
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setAccessibleName(accessibleName());
     scroll->setMinimumWidth(LeastLetters * fontMetrics().averageCharWidth());
     auto *all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);

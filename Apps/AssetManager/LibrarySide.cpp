@@ -5,11 +5,24 @@
 #include "AssetManager/Trash.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
+#include "Assets/kxMaterialAssetItem.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <set>
+
+namespace {
+
+/// Composites are made of others.
+bool needsPayload(const std::string &uuid)
+{
+    kxAssetItem *item = kxAssetItemFactory::the().findItem(uuid);
+    const auto *material = dynamic_cast<kxMaterialAssetItem *>(item);
+    return item && (!material || material->subMaterialUUIDs().empty());
+}
+
+} // namespace
 
 LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     : QObject(parent), _assets(&_states), _actions(_assets, _folders, undo)
@@ -44,10 +57,9 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     });
     connect(&_actions, &LibraryActions::failed, this, &LibrarySide::failed);
     connect(&_previews, &PreviewCache::brokenFound, this, [this](const QString &uuid, bool isBroken) {
-        const AssetEntry *entry = _assets.find(uuid.toStdString());
-        const bool needsPayload = entry && entry->category != Material; // composites are made of others
+        const bool isUnusable = isBroken && needsPayload(uuid.toStdString());
         _states.setBroken(uuid.toStdString(),
-                          isBroken && needsPayload ? tr("Its file is missing: it cannot be loaded.") : QString());
+                          isUnusable ? tr("Its file is missing: it cannot be loaded.") : QString());
     });
 }
 

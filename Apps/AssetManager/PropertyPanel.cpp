@@ -74,6 +74,7 @@ PropertyPanel::PropertyPanel(SceneActions &actions, QWidget *parent)
 {
     setObjectName("propertyPanel");
     setAccessibleName(tr("Properties"));
+    _scroll->setAccessibleName(accessibleName());
     _timer->setSingleShot(true);
     _timer->setInterval(0);
     _hint->setText(tr("Select an object or a material to see its properties here."));

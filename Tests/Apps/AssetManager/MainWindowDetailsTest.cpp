@@ -4,9 +4,6 @@
 #include "AssetManager/ElidedLine.h"
 #include "AssetManager/LibraryActions.h"
 #include "AssetManager/LibrarySide.h"
-#include "Assets/kxMaterialAssetItem.h"
-#include "Kernel/kxMaterials.h"
-#include "SceneGraph/USkyEnvironmentMaterial.h"
 #include "WindowFixture.h"
 
 #include <QAbstractButton>
@@ -50,16 +47,6 @@ protected:
         type(tag);
         press(Qt::Key_Return);
     }
-    std::string storeEnvironmentMaterial(const std::string &name)
-    {
-        const osg::FCRef<osg::Material> material(osg::USkyEnvironmentMaterial::create());
-        kxMaterials::setName(material, name, false);
-        kxMaterialAssetItem item;
-        item.initFrom(material.get(), {}, true);
-        std::string uuid = item.uuid();
-        EXPECT_TRUE(item.save(library()));
-        return uuid;
-    }
 };
 
 TEST_F(MainWindowDetailsTest, TellsEverythingThatIsKnownOfAnAsset)
@@ -93,7 +80,7 @@ TEST_F(MainWindowDetailsTest, TellsOfSeveralAssetsWhatIsTheSame)
 {
     const std::string oak = storeMaterial("Oak");
     const std::string ash = storeMaterial("Ash");
-    const std::string chair = storeGeometry("Chair");
+    const std::string logo = storePlate("Logo");
     ASSERT_TRUE(QDir().mkpath(path("Wood")) && QDir().rename(path("MAT_Ash"), path("Wood/MAT_Ash")));
     open();
     window->libraries().actions().editTags({id(oak)}, {"wood", "dark"}, {});
@@ -106,7 +93,7 @@ TEST_F(MainWindowDetailsTest, TellsOfSeveralAssetsWhatIsTheSame)
     EXPECT_EQ(text("type"), "BRDF Material");
     EXPECT_EQ(text("location"), "(different)");
     EXPECT_EQ(shownTags(), QStringList{"wood"});
-    selectBoth(oak, chair);
+    selectBoth(oak, logo);
 
     EXPECT_EQ(text("type"), "(different)");
     EXPECT_EQ(text("location"), path());

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/Appearance.h"
 #include "AssetManager/AssetBrowser.h"
 #include "AssetManager/FolderTree.h"
 #include "AssetManager/LibrarySide.h"
@@ -6,8 +7,10 @@
 #include "WindowFixture.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QDockWidget>
 #include <QHeaderView>
+#include <QStyle>
 #include <QTabBar>
 #include <QTableView>
 
@@ -53,6 +56,30 @@ protected:
         click(tabs, tabs.tabRect(tab).center());
     }
 };
+
+TEST_F(MainWindowLayoutTest, ShowsTheNamesOfPanelsWholeInASmallWindow)
+{
+    const QString style = QApplication::style()->objectName();
+    const QPalette palette = QApplication::palette();
+    Appearance::apply(Appearance::Kind::Light);
+    for (const auto &[name, title] :
+         {std::pair("materialDock", "Materialien"), {"environmentDock", "Umgebungen"}, {"plateDock", "Platten"}})
+        dock(name).setWindowTitle(title); // as another language has them
+    window->resize(900, 600);
+    process();
+
+    int tabs = 0;
+    for (const QTabBar *bar : window->findChildren<QTabBar *>(QString(), Qt::FindDirectChildrenOnly))
+        if (bar->isVisible()) {
+            EXPECT_LE(bar->sizeHint().width(), bar->width());
+            tabs += bar->count();
+        }
+
+    EXPECT_EQ(tabs, 5);
+    window.reset();
+    QApplication::setStyle(style);
+    QApplication::setPalette(palette);
+}
 
 TEST_F(MainWindowLayoutTest, KeepsItsSize)
 {
@@ -112,7 +139,7 @@ TEST_F(MainWindowLayoutTest, KeepsWhichPanelsAreWindowsOfTheirOwn)
 TEST_F(MainWindowLayoutTest, KeepsTheWidthsOfColumns)
 {
     storeMaterial("Oak");
-    storeGeometry("Chair");
+    storePlate("Logo");
     open();
     press(Qt::Key_2, Qt::ControlModifier);
     widenColumn(0, 33);
@@ -121,7 +148,7 @@ TEST_F(MainWindowLayoutTest, KeepsTheWidthsOfColumns)
     const int type = table().columnWidth(1);
     const int place = table().columnWidth(3);
 
-    showKind(3); // whose last column is the fourth one, as wide as there is room
+    showKind(4); // whose last column is the fourth one, as wide as there is room
     EXPECT_EQ(table().columnWidth(0), name);
     EXPECT_EQ(table().columnWidth(1), type);
     restart();

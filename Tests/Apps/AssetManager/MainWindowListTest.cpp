@@ -108,13 +108,13 @@ TEST_F(MainWindowListTest, HasTheColumnsAndCellsOfEachKind)
 TEST_F(MainWindowListTest, HasTheColumnsOfAllKindsWhereAllAreShown)
 {
     const std::string oak = storeMaterial("Oak");
-    storeGeometry("Chair");
+    storePlate("Logo");
     openAsList();
     tag(oak, {"dark"});
 
     EXPECT_EQ(headers(), (QStringList{"Name", "Type", "Modified on", "Storage Location", "Tags"}));
-    EXPECT_EQ(cells(0)[0], "Chair");
-    EXPECT_EQ(cells(0)[1], "Node");
+    EXPECT_EQ(cells(0)[0], "Logo");
+    EXPECT_EQ(cells(0)[1], "Frontplate");
     EXPECT_EQ(cells(0)[4], "");
     EXPECT_EQ(cells(1)[0], "Oak");
     EXPECT_EQ(cells(1)[1], "BRDF Material");
@@ -126,11 +126,11 @@ TEST_F(MainWindowListTest, SortsByEachColumnBothWays)
     // No two columns have the same order.
     const std::string ash = storeMaterial("Ash");
     const std::string oak = storeMaterial("Oak");
-    storeGeometry("Beam");
+    storeEnvironmentMaterial("Beam");
     storePlate("Card");
     put("MAT_Ash", "d", day(3));
     put("MAT_Oak", "a", day(2));
-    put("GEO_Beam", "b", day(4));
+    put("ENV_Beam", "b", day(4));
     put("SCP_Card", "c", day(1));
     openAsList();
     tag(ash, {"wood"});
@@ -143,10 +143,10 @@ TEST_F(MainWindowListTest, SortsByEachColumnBothWays)
     EXPECT_THAT(names(), ElementsAre("Ash", "Beam", "Card", "Oak"));
     clickHeader(0);
     EXPECT_THAT(names(), ElementsAre("Oak", "Card", "Beam", "Ash"));
-    clickHeader(1); // BRDF Material, Frontplate, Node
-    EXPECT_THAT(names(), ElementsAre("Ash", "Oak", "Card", "Beam"));
+    clickHeader(1); // BRDF Material, Environment Material, Frontplate
+    EXPECT_THAT(names(), ElementsAre("Ash", "Oak", "Beam", "Card"));
     clickHeader(1);
-    EXPECT_THAT(names(), ElementsAre("Beam", "Card", "Oak", "Ash"));
+    EXPECT_THAT(names(), ElementsAre("Card", "Beam", "Oak", "Ash"));
     clickHeader(2);
     EXPECT_THAT(names(), ElementsAre("Card", "Oak", "Ash", "Beam"));
     clickHeader(2);

@@ -4,7 +4,7 @@
 #include "AssetManager/AssetStates.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/PreviewCache.h"
-#include "Kernel/kxScenegraph.h"
+#include "Kernel/kxMaterials.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
 #include "WindowFixture.h"
@@ -97,7 +97,7 @@ protected:
     }
     static osg::AssetAttachmentPtr attachment()
     {
-        return osg::AssetAttachment::getAssetAttachment(kxScenegraph::getAssetNodes(root()).front());
+        return osg::AssetAttachment::getAssetAttachment(kxMaterials::getAllAssetMaterials().front());
     }
     void editCopy(const std::string &uuid) const
     {
@@ -145,95 +145,95 @@ private:
 TEST_F(MainWindowTileTest, DrawsTheIconsThatItemsPutOverTheirPreviews)
 {
     const std::string sky = storeEnvironment("Sky");
-    const std::string chair = storeGeometry("Chair");
-    openWithPlainPreviews({sky, chair});
+    const std::string oak = storeMaterial("Oak");
+    openWithPlainPreviews({sky, oak});
 
-    EXPECT_EQ(foreign(chair, {0.1, 0.1, 0.8, 0.8}), 0);
+    EXPECT_EQ(foreign(oak, {0.1, 0.1, 0.8, 0.8}), 0);
     EXPECT_THAT(foreign(sky, {0.1, 0.5, 0.4, 0.4}), Gt(10));
     EXPECT_EQ(foreign(sky, {0.1, 0.1, 0.8, 0.1}), 0);
 }
 
 TEST_F(MainWindowTileTest, MarksWhatIsInTheSceneAndWhatBecameOfIt)
 {
-    const std::string chair = storeGeometry("Chair");
-    const std::string stool = storeGeometry("Stool");
-    openWithPlainPreviews({chair, stool});
-    EXPECT_EQ(count(chair, Green), 0);
+    const std::string oak = storeMaterial("Oak");
+    const std::string ash = storeMaterial("Ash");
+    openWithPlainPreviews({oak, ash});
+    EXPECT_EQ(count(oak, Green), 0);
 
-    load(chair);
-    EXPECT_THAT(count(chair, Green, UpperRight), Gt(Some));
-    editCopy(chair);
-    EXPECT_THAT(count(chair, Blue, UpperRight), Gt(Some));
-    EXPECT_EQ(count(chair, Green), 0);
-    makeStoredNewer(chair);
-    EXPECT_THAT(count(chair, Orange, UpperRight), Gt(Some));
-    EXPECT_THAT(count(chair, Blue), Gt(Some)); // beside it
+    load(oak);
+    EXPECT_THAT(count(oak, Green, UpperRight), Gt(Some));
+    editCopy(oak);
+    EXPECT_THAT(count(oak, Blue, UpperRight), Gt(Some));
+    EXPECT_EQ(count(oak, Green), 0);
+    makeStoredNewer(oak);
+    EXPECT_THAT(count(oak, Orange, UpperRight), Gt(Some));
+    EXPECT_THAT(count(oak, Blue), Gt(Some)); // beside it
 
     for (const QRgb color : {Green, Blue, Orange, Red, Yellow})
-        EXPECT_EQ(count(stool, color), 0);
+        EXPECT_EQ(count(ash, color), 0);
 }
 
 TEST_F(MainWindowTileTest, MarksTheSameInTheList)
 {
-    const std::string chair = storeGeometry("Chair");
-    openWithPlainPreviews({chair});
+    const std::string oak = storeMaterial("Oak");
+    openWithPlainPreviews({oak});
     showList();
-    EXPECT_EQ(foreign(chair), 0);
+    EXPECT_EQ(foreign(oak), 0);
 
-    load(chair);
-    EXPECT_THAT(count(chair, Green), Gt(Some));
-    editCopy(chair);
-    EXPECT_THAT(count(chair, Blue), Gt(Some));
-    makeStoredNewer(chair);
-    EXPECT_THAT(count(chair, Orange), Gt(Some));
-    EXPECT_THAT(count(chair, Blue), Gt(Some));
+    load(oak);
+    EXPECT_THAT(count(oak, Green), Gt(Some));
+    editCopy(oak);
+    EXPECT_THAT(count(oak, Blue), Gt(Some));
+    makeStoredNewer(oak);
+    EXPECT_THAT(count(oak, Orange), Gt(Some));
+    EXPECT_THAT(count(oak, Blue), Gt(Some));
 }
 
 TEST_F(MainWindowTileTest, MarksWhatIsBroken)
 {
-    const std::string chair = storeGeometry("Chair");
-    openWithPlainPreviews({chair});
-    const QDir directory(directoryOf(chair));
+    const std::string oak = storeMaterial("Oak");
+    openWithPlainPreviews({oak});
+    const QDir directory(directoryOf(oak));
     ASSERT_TRUE(QFile::remove(directory.filePath(directory.entryList({"*.osb"}, QDir::Files).value(0))));
     press(Qt::Key_F5);
     settle();
-    waitForState(chair, AssetStates::Broken);
+    waitForState(oak, AssetStates::Broken);
 
-    EXPECT_THAT(count(chair, Red, UpperRight), Gt(Some));
+    EXPECT_THAT(count(oak, Red, UpperRight), Gt(Some));
     showList();
-    EXPECT_THAT(count(chair, Red), Gt(Some));
+    EXPECT_THAT(count(oak, Red), Gt(Some));
 }
 
 TEST_F(MainWindowTileTest, MarksFavourites)
 {
-    const std::string chair = storeGeometry("Chair");
-    openWithPlainPreviews({chair});
-    EXPECT_EQ(count(chair, Yellow), 0);
+    const std::string oak = storeMaterial("Oak");
+    openWithPlainPreviews({oak});
+    EXPECT_EQ(count(oak, Yellow), 0);
 
-    clickAsset(chair);
+    clickAsset(oak);
     press(Qt::Key_D, Qt::ControlModifier);
 
-    EXPECT_THAT(count(chair, Yellow, UpperLeft), Gt(Some));
+    EXPECT_THAT(count(oak, Yellow, UpperLeft), Gt(Some));
     showList();
-    EXPECT_THAT(count(chair, Yellow), Gt(Some));
+    EXPECT_THAT(count(oak, Yellow), Gt(Some));
 }
 
 TEST_F(MainWindowTileTest, SaysWhatTheMarksShow)
 {
-    const std::string chair = storeGeometry("Chair");
+    const std::string oak = storeMaterial("Oak");
     open();
     const auto spoken = [&] {
-        return window->libraries().assets().indexOf(chair).data(Qt::AccessibleTextRole).toString();
+        return window->libraries().assets().indexOf(oak).data(Qt::AccessibleTextRole).toString();
     };
-    EXPECT_EQ(spoken(), "Chair, Node");
+    EXPECT_EQ(spoken(), "Oak, BRDF Material");
 
-    clickAsset(chair);
+    clickAsset(oak);
     press(Qt::Key_D, Qt::ControlModifier);
-    EXPECT_EQ(spoken(), "Chair, Node, favourite");
-    load(chair);
-    EXPECT_EQ(spoken(), "Chair, Node, favourite. It is used in the scene.");
-    editCopy(chair);
-    EXPECT_EQ(spoken(), "Chair, Node, favourite. It is used in the scene. "
+    EXPECT_EQ(spoken(), "Oak, BRDF Material, favourite");
+    load(oak);
+    EXPECT_EQ(spoken(), "Oak, BRDF Material, favourite. It is used in the scene.");
+    editCopy(oak);
+    EXPECT_EQ(spoken(), "Oak, BRDF Material, favourite. It is used in the scene. "
                         "The copy in the scene was changed and differs from the stored asset.");
 }
 

@@ -41,6 +41,17 @@ std::string store(const osg::NodePtr &node, const QUrl &library)
     return uuid;
 }
 
+std::string store(const osg::MaterialPtr &created, const std::string &name, const QUrl &library)
+{
+    const osg::FCRef<osg::Material> material(created);
+    kxMaterials::setName(material, name, false);
+    kxMaterialAssetItem item;
+    item.initFrom(material.get(), {}, true);
+    std::string uuid = item.uuid();
+    EXPECT_TRUE(item.save(library));
+    return uuid;
+}
+
 } // namespace
 
 SceneFixture::SceneFixture(kxAssetSession::MainView mainView) : session(mainView)
@@ -119,13 +130,12 @@ void SceneFixture::process()
 
 std::string SceneFixture::storeMaterial(const std::string &name)
 {
-    const osg::FCRef<osg::Material> material(osg::UBRDFMaterial::create());
-    kxMaterials::setName(material, name, false);
-    kxMaterialAssetItem item;
-    item.initFrom(material.get(), {}, true);
-    std::string uuid = item.uuid();
-    EXPECT_TRUE(item.save(library()));
-    return uuid;
+    return store(osg::UBRDFMaterial::create(), name, library());
+}
+
+std::string SceneFixture::storeEnvironmentMaterial(const std::string &name)
+{
+    return store(osg::USkyEnvironmentMaterial::create(), name, library());
 }
 
 std::string SceneFixture::storeGeometry(const std::string &name)

@@ -39,6 +39,7 @@ protected:
     std::string storeMaterial(const std::string &name);
     std::string storeGeometry(const std::string &name);
     std::string storeEnvironment(const std::string &name);
+    std::string storeEnvironmentMaterial(const std::string &name);
     std::string storePlate(const std::string &name);
     QUrl library() const;
 
