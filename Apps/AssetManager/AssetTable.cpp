@@ -81,6 +81,7 @@ AssetTable::AssetTable(PreviewCache &previews, QWidget *parent) : QTableView(par
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::EditKeyPressed);
+    setTabKeyNavigation(false); // which leads to the next control, as everywhere
     setDragEnabled(true);
     setDragDropMode(QAbstractItemView::DragOnly);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);

@@ -40,7 +40,7 @@ EnvironmentPanel::EnvironmentPanel(SceneActions &actions, QWidget *parent)
     remove->setShortcut(QKeySequence::Delete);
     remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(remove, &QAction::triggered, this, &EnvironmentPanel::removeCurrent);
-    _view->addActions({use, remove});
+    _view->addActions({use, rename, remove});
     new OwnKeys(*_view);
     connect(_view, &QListView::activated, this, &EnvironmentPanel::switchTo);
 }

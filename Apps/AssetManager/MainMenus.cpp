@@ -83,6 +83,9 @@ void MainMenus::makeAssetMenu()
     QMenu *menu = addMenu(tr("&Asset"), "assetMenu");
     LibraryActions &actions = _window.libraries().actions();
     menu->addAction(tr("&Load into the scene"), &_window, &MainWindow::loadChosen, QStringLiteral("Ctrl+Return"));
+    menu->addAction(
+        tr("Load &below the selected object"), this, [this] { _window.scene().loadBelow(_window.selectedIds()); },
+        QStringLiteral("Ctrl+Shift+Return"));
     menu->addAction(tr("Save the scene's copy &over it..."), this,
                     [this, &actions] { _window.scene().overwrite(_window.selectedIds(), actions); });
     menu->addAction(tr("&Favourite"), this, &MainMenus::toggleFavourite, QStringLiteral("Ctrl+D"));

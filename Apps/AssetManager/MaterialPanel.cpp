@@ -4,6 +4,7 @@
 #include "AssetManager/DragView.h"
 #include "AssetManager/EmptyHint.h"
 #include "AssetManager/MaterialListModel.h"
+#include "AssetManager/OwnKeys.h"
 #include "AssetManager/SceneActions.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraph.h"
@@ -16,7 +17,8 @@
 #include <QVBoxLayout>
 
 MaterialPanel::MaterialPanel(SceneActions &actions, QWidget *parent)
-    : QWidget(parent), _model(new MaterialListModel(actions, this)), _view(new DragView<QListView>(this))
+    : QWidget(parent), _actions(actions), _model(new MaterialListModel(actions, this)),
+      _view(new DragView<QListView>(this))
 {
     setObjectName("materialPanel");
     setAccessibleName(tr("Materials"));
@@ -44,14 +46,7 @@ MaterialPanel::MaterialPanel(SceneActions &actions, QWidget *parent)
     new EmptyHint(tr("Drag a material asset here, or onto an object of the scene."), *_view,
                   [this] { return _model->rowCount() == 0; });
 
-    auto *rename = new QAction(tr("Rename"), this);
-    rename->setObjectName("rename");
-    connect(rename, &QAction::triggered, this, [this] { _view->edit(_view->currentIndex()); });
-    auto *users = new QAction(tr("Select Users"), this);
-    users->setObjectName("selectUsers");
-    users->setToolTip(tr("Selects the objects that have the selected materials"));
-    connect(users, &QAction::triggered, this, &MaterialPanel::selectUsers);
-    _view->addAction(users);
+    addActions();
     connect(_view, &QListView::customContextMenuRequested, this, &MaterialPanel::showMenu);
     connect(_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { Q_EMIT materialsSelected(selectedMaterials()); });
@@ -59,12 +54,42 @@ MaterialPanel::MaterialPanel(SceneActions &actions, QWidget *parent)
 
 MaterialPanel::~MaterialPanel() = default;
 
+void MaterialPanel::addActions()
+{
+    auto *assign = new QAction(tr("Assign to the Selected Objects"), this);
+    assign->setObjectName("assign");
+    assign->setShortcut(QKeySequence(QStringLiteral("Ctrl+Return"))); // as assets are loaded
+    assign->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(assign, &QAction::triggered, this, &MaterialPanel::assignToSelection);
+    auto *users = new QAction(tr("Select Users"), this);
+    users->setObjectName("selectUsers");
+    users->setToolTip(tr("Selects the objects that have the selected materials"));
+    connect(users, &QAction::triggered, this, &MaterialPanel::selectUsers);
+    auto *rename = new QAction(tr("Rename"), this);
+    rename->setObjectName("rename");
+    rename->setShortcut(Qt::Key_F2);
+    rename->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(rename, &QAction::triggered, this, [this] { _view->edit(_view->currentIndex()); });
+    _view->addActions({assign, users, rename});
+    new OwnKeys(*_view);
+}
+
 QVector<quint32> MaterialPanel::selectedMaterials() const
 {
     QVector<quint32> ids;
     for (const QModelIndex &index : _view->selectionModel()->selectedIndexes())
         ids.append(_model->materialIdAt(index));
     return ids;
+}
+
+void MaterialPanel::assignToSelection()
+{
+    const std::vector<osg::NodePtr> objects = kxSelectionManager::getSelectedNodes();
+    const std::uint32_t material = _model->materialIdAt(_view->currentIndex());
+    if (objects.empty())
+        Q_EMIT _actions.failed({tr("No object is selected that could take the material.")});
+    else if (material != 0)
+        _actions.assignMaterial(material, objects);
 }
 
 void MaterialPanel::selectUsers()
@@ -81,9 +106,11 @@ void MaterialPanel::selectUsers()
 
 void MaterialPanel::showMenu(const QPoint &place)
 {
-    auto *users = findChild<QAction *>("selectUsers");
-    users->setEnabled(_view->selectionModel()->hasSelection());
+    for (QAction *action : _view->actions())
+        action->setEnabled(_view->selectionModel()->hasSelection());
     QMenu menu(this);
-    menu.addAction(users);
+    menu.addActions(_view->actions());
     menu.exec(_view->viewport()->mapToGlobal(place));
+    for (QAction *action : _view->actions())
+        action->setEnabled(true); // for their keys
 }

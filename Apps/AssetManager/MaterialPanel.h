@@ -21,6 +21,8 @@ public:
     QListView &view() const { return *_view; }
     /// The ids of what is selected.
     QVector<quint32> selectedMaterials() const;
+    /// Gives the current material to the selected objects.
+    void assignToSelection();
     /// Selects the objects that use the selected materials.
     void selectUsers();
 
@@ -28,8 +30,10 @@ Q_SIGNALS:
     void materialsSelected(const QVector<quint32> &materialIds);
 
 private:
+    void addActions();
     void showMenu(const QPoint &place);
 
+    SceneActions &_actions;
     MaterialListModel *_model;
     QListView *_view;
 };

@@ -10,7 +10,9 @@
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/NameAttachment.h"
 
+#include <QGuiApplication>
 #include <QMimeData>
+#include <QPalette>
 #include <QTimer>
 
 #include <algorithm>
@@ -63,6 +65,14 @@ void NodeTreeModel::refresh()
     update();
 }
 
+void NodeTreeModel::setCut(const std::vector<std::uint32_t> &nodeIds)
+{
+    const std::vector<std::uint32_t> before = std::exchange(_cut, nodeIds);
+    for (const auto &ids : {before, _cut})
+        for (const std::uint32_t id : ids)
+            announce(id);
+}
+
 void NodeTreeModel::refreshAssetStates()
 {
     std::vector<std::uint32_t> known;
@@ -102,6 +112,8 @@ int NodeTreeModel::columnCount(const QModelIndex & /*parent*/) const
 QVariant NodeTreeModel::data(const QModelIndex &index, int role) const
 {
     const osg::NodePtr node = nodeAt(index);
+    if (node && role == Qt::ForegroundRole && std::count(_cut.begin(), _cut.end(), node.getFieldContainerId()) != 0)
+        return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
     return node ? nodeData(node, index.column(), role) : QVariant();
 }
 
@@ -247,6 +259,7 @@ void NodeTreeModel::reset()
     _ownerOf.clear();
     _changed.clear();
     _states.clear();
+    _cut.clear();
     const osg::NodePtr node = rootNode();
     _root = node ? addItem(node.getFieldContainerId(), nullptr, 0) : nullptr;
     if (_root)

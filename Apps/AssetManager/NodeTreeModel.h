@@ -37,6 +37,9 @@ public:
 
     /// Brings everything up to date now.
     void refresh();
+    /// By id, those that are to go elsewhere, which are shown faintly.
+    void setCut(const std::vector<std::uint32_t> &nodeIds);
+    const std::vector<std::uint32_t> &cut() const { return _cut; }
     /// Looks again at how the nodes stand to their assets.
     void refreshAssetStates();
 
@@ -102,6 +105,7 @@ private:
     Item *_root = nullptr;
     std::unordered_map<std::uint32_t, std::uint32_t> _ownerOf; ///< of names and asset attachments: the node
     std::set<std::uint32_t> _changed;                          ///< nodes whose children are to be looked at
+    std::vector<std::uint32_t> _cut;
     QTimer *_timer;
     mutable std::unordered_map<std::uint32_t, AssetState> _states; ///< by node; asking costs a look at the disk
 };

@@ -30,8 +30,8 @@ constexpr int Indentation = 2; // letters, too: imported models are deep
 } // namespace
 
 NodeTreePanel::NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidget *parent)
-    : QWidget(parent), _actions(actions), _model(model), _filtered(new QSortFilterProxyModel(this)),
-      _view(new DragView<QTreeView>(this)), _filterLine(new QLineEdit(this))
+    : QWidget(parent), _actions(actions), _model(model), _mover(actions, *model),
+      _filtered(new QSortFilterProxyModel(this)), _view(new DragView<QTreeView>(this)), _filterLine(new QLineEdit(this))
 {
     _model->setParent(this);
     _filtered->setRecursiveFilteringEnabled(true);
@@ -111,22 +111,36 @@ QModelIndex NodeTreePanel::viewIndexOf(std::uint32_t nodeId) const
 
 void NodeTreePanel::addActions()
 {
-    addAction(tr("Frame in View"), "frame", Qt::Key_F, &NodeTreePanel::frameSelected);
-    addAction(tr("Rename"), "rename", Qt::Key_F2, &NodeTreePanel::renameCurrent);
-    addAction(tr("Group"), "group", QKeySequence(QStringLiteral("Ctrl+G")), &NodeTreePanel::groupSelected);
-    addAction(tr("Delete"), "delete", QKeySequence::Delete, &NodeTreePanel::deleteSelected);
+    addAction(tr("Frame in View"), "frame", Qt::Key_F, [this] { frameSelected(); });
+    addAction(tr("Rename"), "rename", Qt::Key_F2, [this] { renameCurrent(); });
+    addAction(tr("Group"), "group", QKeySequence(QStringLiteral("Ctrl+G")), [this] { groupSelected(); });
+    addMoves();
+    addAction(tr("Delete"), "delete", QKeySequence::Delete, [this] { deleteSelected(); });
+}
+
+/// What dragging does, by keys.
+void NodeTreePanel::addMoves()
+{
+    addAction(tr("Move Up"), "moveUp", QKeySequence(QStringLiteral("Alt+Up")),
+              [this] { _mover.move(viewSelection(), -1); });
+    addAction(tr("Move Down"), "moveDown", QKeySequence(QStringLiteral("Alt+Down")),
+              [this] { _mover.move(viewSelection(), 1); });
+    addAction(tr("Move Out of Its Parent"), "moveOut", QKeySequence(QStringLiteral("Alt+Left")),
+              [this] { _mover.moveOut(viewSelection()); });
+    addAction(tr("Cut"), "cut", QKeySequence::Cut, [this] { _mover.cut(viewSelection()); });
+    addAction(tr("Paste Below"), "paste", QKeySequence::Paste, [this] { paste(); });
 }
 
 QAction *NodeTreePanel::addAction(const QString &text, const char *name, const QKeySequence &shortcut,
-                                  void (NodeTreePanel::*slot)())
+                                  const std::function<void()> &action)
 {
-    auto *action = new QAction(text, this);
-    action->setObjectName(name);
-    action->setShortcut(shortcut);
-    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    connect(action, &QAction::triggered, this, slot);
-    _view->addAction(action);
-    return action;
+    auto *added = new QAction(text, this);
+    added->setObjectName(name);
+    added->setShortcut(shortcut);
+    added->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(added, &QAction::triggered, this, action);
+    _view->addAction(added);
+    return added;
 }
 
 void NodeTreePanel::showMenu(const QPoint &place)
@@ -158,6 +172,16 @@ void NodeTreePanel::deleteSelected()
     _actions.removeNodes(viewSelection());
 }
 
+/// What was pasted is selected, so that it is seen where it went.
+void NodeTreePanel::paste()
+{
+    const std::vector<osg::NodePtr> chosen = viewSelection();
+    const std::vector<osg::NodePtr> moved = _mover.paste(chosen.empty() ? osg::NodePtr() : chosen.front());
+    _model->refresh();
+    kxSelectionManager::clear();
+    kxSelectionManager::selectNodes(moved);
+}
+
 void NodeTreePanel::frameSelected()
 {
     if (!viewSelection().empty())
@@ -177,9 +201,13 @@ void NodeTreePanel::filter(const QString &text)
 
 void NodeTreePanel::enableActions()
 {
-    const bool hasSelection = !viewSelection().empty();
+    const std::vector<osg::NodePtr> selected = viewSelection();
     for (QAction *action : _view->actions())
-        action->setEnabled(hasSelection);
+        action->setEnabled(!selected.empty());
+    findChild<QAction *>("moveUp")->setEnabled(_mover.canMove(selected, -1));
+    findChild<QAction *>("moveDown")->setEnabled(_mover.canMove(selected, 1));
+    findChild<QAction *>("moveOut")->setEnabled(_mover.canMoveOut(selected));
+    findChild<QAction *>("paste")->setEnabled(_mover.canPaste());
     const QModelIndex current = _view->currentIndex().siblingAtColumn(NodeTreeModel::NameColumn);
     findChild<QAction *>("rename")->setEnabled((_filtered->flags(current) & Qt::ItemIsEditable) != 0);
 }

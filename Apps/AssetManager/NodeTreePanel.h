@@ -2,9 +2,13 @@
 #pragma once
 
 #include "AssetManager/NodeTreeModel.h"
+#if !defined(Q_MOC_RUN)
+#include "AssetManager/NodeMover.h"
+#endif
 
 #include <QWidget>
 
+#include <functional>
 #include <set>
 
 class QAction;
@@ -14,7 +18,7 @@ class QSortFilterProxyModel;
 class QTreeView;
 class SceneActions;
 
-/// A tree of nodes whose selection is the program's: renaming, grouping, deleting, framing, and a line that filters.
+/// A tree of nodes whose selection is the program's: renaming, grouping, moving, deleting, framing, and a line that filters.
 class NodeTreePanel : public QWidget
 {
     Q_OBJECT
@@ -35,17 +39,20 @@ protected:
     NodeTreePanel(SceneActions &actions, NodeTreeModel *model, QWidget *parent);
 
     SceneActions &actions() const { return _actions; }
+    /// One of the tree's menu, with a key that works while the tree has the focus.
+    QAction *addAction(const QString &text, const char *name, const QKeySequence &shortcut,
+                       const std::function<void()> &action);
 
 private:
     void layOutColumns();
     bool eventFilter(QObject *watched, QEvent *event) override;
     void addActions();
-    QAction *addAction(const QString &text, const char *name, const QKeySequence &shortcut,
-                       void (NodeTreePanel::*slot)());
+    void addMoves();
     void showMenu(const QPoint &place);
     void renameCurrent();
     void groupSelected();
     void deleteSelected();
+    void paste();
     void frameSelected();
     void filter(const QString &text);
     void enableActions();
@@ -56,6 +63,7 @@ private:
 
     SceneActions &_actions;
     NodeTreeModel *_model;
+    NodeMover _mover;
     QSortFilterProxyModel *_filtered;
     QTreeView *_view;
     QLineEdit *_filterLine;

@@ -3,6 +3,7 @@
 
 #include "AssetManager/DragData.h"
 #include "AssetManager/SceneActions.h"
+#include "AssetManager/SceneNodes.h"
 #include "Kernel/kxScenegraph.h"
 #include "SceneGraph/Sceneplate.h"
 
@@ -57,12 +58,16 @@ bool PlateModel::setData(const QModelIndex &index, const QVariant &value, int ro
     const osg::NodePtr node = nodeAt(index);
     const osg::SceneplatePtr plate = plateOf(node);
     if (plate && index.column() == NameColumn && role == Qt::CheckStateRole) {
-        actions().setVisible({node}, value.toInt() == Qt::Checked);
+        actions().setVisible(SceneNodes::meantBy(node), value.toInt() == Qt::Checked);
         return true;
     }
     if (plate && index.column() == OpacityColumn && role == Qt::EditRole) {
         const float share = static_cast<float>(std::clamp(value.toInt(), 0, 100)) / 100.0F;
-        actions().setField({plate.getFieldContainerId()}, "Opacity", share, tr("Opacity"));
+        std::vector<std::uint32_t> meant;
+        for (const osg::NodePtr &other : SceneNodes::meantBy(node))
+            if (const osg::SceneplatePtr its = plateOf(other))
+                meant.push_back(its.getFieldContainerId());
+        actions().setField(meant, "Opacity", share, tr("Opacity"));
         return true;
     }
     return NodeTreeModel::setData(index, value, role);
@@ -97,8 +102,7 @@ bool PlateModel::takes(const QMimeData &data, const osg::NodePtr & /*target*/, b
 
 void PlateModel::take(const QMimeData &data, const osg::NodePtr &target, bool /*isOnNode*/)
 {
-    // A plate holds no plates: what is dropped on one goes beside it.
-    actions().loadPlates(DragData::assets(data, Sceneplate), plateOf(target) ? target->getParent() : target);
+    actions().loadPlates(DragData::assets(data, Sceneplate), target);
 }
 
 void PlateModel::noticeChange(osg::FieldContainer &container)

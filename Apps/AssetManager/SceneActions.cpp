@@ -256,12 +256,16 @@ void SceneActions::loadMaterials(const Uuids &uuids)
 
 void SceneActions::loadGeometry(const Uuids &uuids, const osg::NodePtr &parent)
 {
-    loadNodes(uuids, takesChildren(parent) ? parent : kxScenegraph::getRoot(), Geometry);
+    const bool isPlace = takesChildren(parent) && !SceneNodes::isPlate(parent);
+    loadNodes(uuids, isPlace ? parent : kxScenegraph::getRoot(), Geometry);
 }
 
 void SceneActions::loadPlates(const Uuids &uuids, const osg::NodePtr &parent)
 {
-    loadNodes(uuids, parent && SceneNodes::isPlate(parent) ? parent : kxScenegraph::getSceneplateRoot(), Sceneplate);
+    const bool isOnPlate = parent && isOfType(parent->getCore(), osg::Sceneplate::getClassType());
+    const osg::NodePtr holder = isOnPlate ? parent->getParent() : parent; // a plate holds no plates
+    const bool isPlace = holder && SceneNodes::isPlate(holder);
+    loadNodes(uuids, isPlace ? holder : kxScenegraph::getSceneplateRoot(), Sceneplate);
 }
 
 void SceneActions::loadNodes(const Uuids &uuids, const osg::NodePtr &parent, int category)

@@ -49,10 +49,11 @@ public:
     void assignMaterial(std::uint32_t materialId, const Nodes &nodes);
     /// Into the scene's material pool.
     void loadMaterials(const Uuids &uuids);
-    /// New copies as the last children of \a parent, or of the root for null.
+    /// New copies as the last children of \a parent, or of the root for null and for plates.
     void loadGeometry(const Uuids &uuids, const osg::NodePtr &parent);
     /// Each becomes one of those that can be switched between, and the last one is current.
     void loadEnvironment(const Uuids &uuids);
+    /// Below \a parent, or beside it where it is a plate; among the outermost plates for null and for objects.
     void loadPlates(const Uuids &uuids, const osg::NodePtr &parent);
     void switchEnvironment(int index);
 

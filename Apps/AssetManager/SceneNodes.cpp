@@ -3,6 +3,7 @@
 
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
+#include "Kernel/kxSelectionManager.h"
 #include "SceneGraph/CameraCore.h"
 #include "SceneGraph/Environment.h"
 #include "SceneGraph/Geometry.h"
@@ -95,6 +96,20 @@ osg::NodePtr SceneNodes::overridingNode(osg::NodePtr node)
             found = node;
     }
     return found;
+}
+
+std::vector<osg::NodePtr> SceneNodes::meantBy(const osg::NodePtr &node)
+{
+    return kxSelectionManager::isSelected(node) ? kxSelectionManager::getSelectedNodes() : std::vector{node};
+}
+
+std::vector<osg::NodePtr> SceneNodes::meantInPicture(const osg::NodePtr &seen)
+{
+    const std::vector<osg::NodePtr> selected = kxSelectionManager::getSelectedNodes();
+    const bool isOneOfSeveral =
+        selected.size() > 1 && std::any_of(selected.begin(), selected.end(),
+                                           [&seen](const osg::NodePtr &node) { return isAtOrBelow(seen, node); });
+    return isOneOfSeveral ? selected : std::vector{seen};
 }
 
 QString SceneNodes::label(const osg::NodePtr &node)

@@ -29,6 +29,10 @@ public:
     static std::vector<osg::NodePtr> materialTargets(const osg::NodePtr &node);
     /// The topmost node at or above that puts a material over all that lies below it; null when there is none.
     static osg::NodePtr overridingNode(osg::NodePtr node);
+    /// What is meant by pointing at a node: all that is selected, where it is one of several, else the node alone.
+    static std::vector<osg::NodePtr> meantBy(const osg::NodePtr &node);
+    /// The same in the picture, where what is seen of a selected node may lie below it.
+    static std::vector<osg::NodePtr> meantInPicture(const osg::NodePtr &seen);
     /// What people call it: the name, or what it is where it has none.
     static QString label(const osg::NodePtr &node);
     /// "Geometry", "Group", "Light" ... in words.

@@ -92,6 +92,21 @@ std::vector<std::uint32_t> SceneSide::selectedMaterials() const
 
 void SceneSide::load(const QStringList &uuids)
 {
+    loadBelow(uuids, nullptr);
+}
+
+void SceneSide::loadBelow(const QStringList &uuids)
+{
+    const std::vector<osg::NodePtr> selected = kxSelectionManager::getSelectedNodes();
+    if (selected.empty())
+        Q_EMIT _actions->failed({tr("No object is selected that something could be loaded below.")});
+    else
+        loadBelow(uuids, selected.back());
+}
+
+/// Null: into the scene as a whole.
+void SceneSide::loadBelow(const QStringList &uuids, const osg::NodePtr &parent)
+{
     std::map<kxAssetCategoryType, std::vector<std::string>> byCategory;
     for (const QString &uuid : uuids)
         if (const AssetEntry *entry = _assets.find(uuid.toStdString()))
@@ -102,11 +117,11 @@ void SceneSide::load(const QStringList &uuids)
     else if (!materials.empty())
         _actions->loadMaterials(materials);
     if (!byCategory[Geometry].empty())
-        _actions->loadGeometry(byCategory[Geometry], nullptr);
+        _actions->loadGeometry(byCategory[Geometry], parent);
     if (!byCategory[Environment].empty())
         _actions->loadEnvironment(byCategory[Environment]);
     if (!byCategory[Sceneplate].empty())
-        _actions->loadPlates(byCategory[Sceneplate], nullptr);
+        _actions->loadPlates(byCategory[Sceneplate], parent);
 }
 
 void SceneSide::overwrite(const QStringList &uuids, LibraryActions &library)

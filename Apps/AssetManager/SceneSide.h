@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#if !defined(Q_MOC_RUN)
+#include "SceneGraph/Node.h"
+#endif
+
 #include <QObject>
 #include <QStringList>
 
@@ -36,6 +40,8 @@ public:
 
     /// Brings assets into the scene: materials onto the selected nodes, or into the scene's materials where none is.
     void load(const QStringList &uuids);
+    /// The same, but geometry below the selected object and plates beside or below the selected plate.
+    void loadBelow(const QStringList &uuids);
     /// Saves what the scene has of these assets over them, after asking.
     void overwrite(const QStringList &uuids, LibraryActions &library);
     /// Whether the scene may go; asks where it was changed.
@@ -58,6 +64,7 @@ private:
     QDockWidget *addDock(const QString &title, const char *name, QWidget *widget, Qt::DockWidgetArea area);
     void makeDocks();
     void updateTitle();
+    void loadBelow(const QStringList &uuids, const osg::NodePtr &parent);
 
     QMainWindow &_window;
     const AssetModel &_assets;

@@ -3,6 +3,7 @@
 
 #include "AssetManager/DragData.h"
 #include "AssetManager/SceneActions.h"
+#include "AssetManager/SceneNodes.h"
 #include "Kernel/kxScenegraph.h"
 
 SceneTreeModel::SceneTreeModel(SceneActions &actions, QObject *parent) : NodeTreeModel(actions, parent)
@@ -46,7 +47,7 @@ void SceneTreeModel::take(const QMimeData &data, const osg::NodePtr &target, boo
         return;
     // Of several materials the first is meant: a node has one.
     if (const auto assets = DragData::assets(data, Material); !assets.empty())
-        actions().assignMaterial(assets.front(), {target});
+        actions().assignMaterial(assets.front(), SceneNodes::meantBy(target));
     else if (const auto materials = DragData::materials(data); !materials.empty())
-        actions().assignMaterial(materials.front(), {target});
+        actions().assignMaterial(materials.front(), SceneNodes::meantBy(target));
 }

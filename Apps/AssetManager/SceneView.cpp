@@ -4,6 +4,8 @@
 #include "AssetManager/DragData.h"
 #include "AssetManager/OwnKeys.h"
 #include "AssetManager/SceneActions.h"
+#include "AssetManager/SceneNodes.h"
+#include "AssetManager/StepPause.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxSelectionManager.h"
 
@@ -16,6 +18,7 @@ SceneView::SceneView(SceneActions &actions, QWidget *parent) : kxViewport(parent
 {
     setObjectName(QStringLiteral("sceneView"));
     setAcceptDrops(true);
+    new StepPause(*this);
     auto *remove = new QAction(tr("Delete"), this);
     remove->setObjectName(QStringLiteral("delete"));
     remove->setShortcut(QKeySequence::Delete);
@@ -42,6 +45,13 @@ void SceneView::dragEnterEvent(QDragEnterEvent *event)
         return;
     event->setDropAction(Qt::CopyAction); // the asset stays where it is
     event->accept();
+    setRefinementPaused(true); // the pointer is to move smoothly
+}
+
+void SceneView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    setRefinementPaused(false);
+    kxViewport::dragLeaveEvent(event);
 }
 
 void SceneView::dragMoveEvent(QDragMoveEvent *event)
@@ -54,12 +64,13 @@ void SceneView::dragMoveEvent(QDragMoveEvent *event)
 
 void SceneView::dropEvent(QDropEvent *event)
 {
+    setRefinementPaused(false);
     const QMimeData &dragged = *event->mimeData();
     const osg::NodePtr node = nodeAt(event->pos());
     if (const auto materials = DragData::assets(dragged, Material); !materials.empty() && node)
-        _actions.assignMaterial(materials.front(), {node});
+        _actions.assignMaterial(materials.front(), SceneNodes::meantInPicture(node));
     if (const auto materials = DragData::materials(dragged); !materials.empty() && node)
-        _actions.assignMaterial(materials.front(), {node});
+        _actions.assignMaterial(materials.front(), SceneNodes::meantInPicture(node));
     if (const auto geometries = DragData::assets(dragged, Geometry); !geometries.empty())
         _actions.loadGeometry(geometries, nullptr);
     if (const auto environments = DragData::assets(dragged, Environment); !environments.empty())

@@ -9,7 +9,7 @@ class SceneActions;
 
 /// The picture of the scene, in which objects are picked and onto which assets are dropped.
 ///
-/// A material goes to the object under the pointer, geometry and plates into the scene, an environment around it.
+/// A material goes to the object under the pointer, or to all that are selected where it is one of them, geometry and plates into the scene, an environment around it.
 class SceneView final : public kxViewport
 {
     Q_OBJECT
@@ -21,6 +21,7 @@ public:
 
 private:
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 

@@ -64,6 +64,11 @@ void kxProgressiveRendering::cancel()
     _private->current = 0;
 }
 
+void kxProgressiveRendering::setPaused(bool paused)
+{
+    _private->worker->setPaused(paused);
+}
+
 bool kxProgressiveRendering::isRunning() const
 {
     return _private->current != 0;

@@ -45,6 +45,8 @@ public:
     quint64 start(const osg::UberCameraPtr &camera, const QSize &size, int samples);
     /// No picture comes any more until the next start(). Returns at once.
     void cancel();
+    /// While it is paused, a picture gets no better than that of the next samples; it goes on from there afterwards.
+    void setPaused(bool paused);
     /// Whether there are pictures to come.
     bool isRunning() const;
 

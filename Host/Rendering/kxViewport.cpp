@@ -158,6 +158,11 @@ bool kxViewport::isRefining() const
     return _private->rendering.isRunning();
 }
 
+void kxViewport::setRefinementPaused(bool paused)
+{
+    _private->rendering.setPaused(paused);
+}
+
 osg::NodePtr kxViewport::nodeAt(const QPoint &place) const
 {
     if (!rect().contains(place))

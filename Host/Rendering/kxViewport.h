@@ -43,6 +43,10 @@ public:
     /// Whether better pictures are still to come.
     bool isRefining() const;
 
+    /// Has refinement stand still while something is being done for which the machine is needed, such as a drag: what changes
+    /// is shown, but gets no better until the pause is over.
+    void setRefinementPaused(bool paused);
+
     /// The node whose surface is seen at a place of the widget; null for the background, and where it is gone meanwhile. Of a
     /// large scene that changed a moment ago it may have to wait for the triangles to be put in order.
     osg::NodePtr nodeAt(const QPoint &place) const;

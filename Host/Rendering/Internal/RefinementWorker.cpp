@@ -72,7 +72,15 @@ std::uint64_t RefinementWorker::cancel()
     const std::lock_guard lock(_mutex);
     _next.reset();
     _oldestWanted = ++_newest;
+    _hasWork.notify_one(); // it may be waiting in the middle of a job
     return _newest;
+}
+
+void RefinementWorker::setPaused(bool paused)
+{
+    const std::lock_guard lock(_mutex);
+    _isPaused = paused;
+    _hasWork.notify_one();
 }
 
 void RefinementWorker::run()
@@ -144,11 +152,18 @@ void RefinementWorker::renderFull(const Job &job)
         batch = static_cast<int>(
             std::clamp(count * BatchSeconds / std::max(1e-6, secondsSince(begin)), 1.0, static_cast<double>(MaxBatch)));
         const bool isComplete = done == job.samples;
-        if (!isComplete && secondsSince(delivered) < DeliverySeconds)
+        if (!isComplete && !_isPaused && secondsSince(delivered) < DeliverySeconds)
             continue;
         _deliver({_running, pictureOf(film, SceneSnapshot::Exposure), done, nodes, isComplete});
+        waitWhilePaused();
         delivered = Clock::now();
     }
+}
+
+void RefinementWorker::waitWhilePaused()
+{
+    std::unique_lock lock(_mutex);
+    _hasWork.wait(lock, [this] { return !_isPaused || isSuperseded() || _isStopping; });
 }
 
 } // namespace kxRender

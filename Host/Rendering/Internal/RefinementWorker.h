@@ -55,6 +55,8 @@ public:
     /// Nothing more of the jobs that were started is begun; what is on its way may still be delivered. Answers the number that
     /// later jobs exceed.
     std::uint64_t cancel();
+    /// While it is paused, no job goes beyond its next picture of the full resolution; afterwards it goes on from there.
+    void setPaused(bool paused);
 
 private:
     void run();
@@ -62,6 +64,7 @@ private:
     void refine(const Job &job);
     bool renderCoarse(const Job &job, int divisor, const std::function<bool()> &isStopped);
     void renderFull(const Job &job);
+    void waitWhilePaused();
     bool isSuperseded() const { return _running != _newest; }
     bool isCancelled() const { return _running < _oldestWanted; }
 
@@ -70,6 +73,7 @@ private:
     std::condition_variable _hasWork;
     std::optional<Job> _next;
     bool _isStopping = false;
+    std::atomic<bool> _isPaused = false;
     std::atomic<std::uint64_t> _newest = 0;       ///< job
     std::atomic<std::uint64_t> _oldestWanted = 1; ///< older jobs were cancelled
     std::atomic<std::uint64_t> _running = 0;

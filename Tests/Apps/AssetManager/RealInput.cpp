@@ -154,6 +154,15 @@ void RealInput::dragAndEscape(const std::vector<QPoint> &places)
     perform(std::move(steps));
 }
 
+void RealInput::dragAndDo(const std::vector<QPoint> &places, const std::function<void()> &meanwhile)
+{
+    const SingleClicks single;
+    std::vector<Step> steps = pressAndMove(places, Qt::LeftButton, Qt::NoModifier);
+    steps.emplace_back(meanwhile);
+    steps.emplace_back([this] { fakeButton(Qt::LeftButton, false); });
+    perform(std::move(steps));
+}
+
 std::vector<RealInput::Step> RealInput::pressAndMove(const std::vector<QPoint> &places, Qt::MouseButton button,
                                                      Qt::KeyboardModifiers modifiers) const
 {
@@ -188,6 +197,16 @@ void RealInput::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
     if (key == Qt::Key_Backtab)
         modifiers |= Qt::ShiftModifier;
     perform({[=, this] { fakeStroke(stroke, modifiers); }});
+}
+
+void RealInput::holdKey(Qt::Key key)
+{
+    perform({[=, this] { fake(XCB_KEY_PRESS, strokeOf(symbolOf(key)).code); }});
+}
+
+void RealInput::letGoKey(Qt::Key key)
+{
+    perform({[=, this] { fake(XCB_KEY_RELEASE, strokeOf(symbolOf(key)).code); }});
 }
 
 bool RealInput::type(const QString &text)

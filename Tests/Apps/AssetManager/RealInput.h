@@ -35,9 +35,14 @@ public:
     void letGo();
     /// Like drag(), but presses Escape before letting go.
     void dragAndEscape(const std::vector<QPoint> &places);
+    /// Like drag(), but before letting go, and within the drag, this happens.
+    void dragAndDo(const std::vector<QPoint> &places, const std::function<void()> &meanwhile);
     /// Turns the wheel by so many notches, away from the person where that is positive.
     void turnWheel(const QPoint &place, int notches, Qt::KeyboardModifiers modifiers);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers);
+    /// The parts of a stroke, between which the server repeats it.
+    void holdKey(Qt::Key key);
+    void letGoKey(Qt::Key key);
     /// Whether it still goes on; only a loop in which the program waits for something may ask.
     bool isBusy() const { return !_isDone; }
     /// Whether the keyboard has all the letters; otherwise nothing is typed.
