@@ -21,10 +21,10 @@ void FailureBox::add(const QStringList &messages)
     _messages += messages;
     _messages.removeDuplicates();
     QStringList shown = _messages.mid(0, MaxShownMessages);
-    if (_messages.size() > MaxShownMessages) {
-        shown.append(tr("... and %n more.", nullptr, _messages.size() - MaxShownMessages));
-        setDetailedText(_messages.join('\n'));
-    }
+    const int more = _messages.size() - MaxShownMessages;
+    if (more > 0)
+        shown.append(tr("... and %n more.", nullptr, more));
+    setDetailedText(more > 0 ? _messages.join('\n') : QString());
     setText(shown.join(QStringLiteral("\n\n")));
     show();
 }

@@ -7,10 +7,11 @@
 #include "AssetManager/DiskTrouble.h"
 #include "AssetManager/FolderMerge.h"
 #include "AssetManager/FolderModel.h"
+#include "AssetManager/LastingCommand.h"
 #include "AssetManager/LibraryCommands.h"
 #include "AssetManager/ReplaceCommand.h"
 #include "AssetManager/SceneCommand.h"
-#include "AssetManager/Trash.h"
+#include "AssetSession/kxAssetManagerModule.h"
 #include "AssetSession/kxAssetOperations.h"
 #include "AssetSession/kxNodeSaving.h"
 #include "Assets/kxAssetItem.h"
@@ -18,7 +19,6 @@
 #include "Assets/kxMaterialAssetItem.h"
 #include "Assets/kxUrlManager.h"
 #include "Kernel/kxController.h"
-#include "Kernel/kxMessage.h"
 #include "Kernel/kxNodeUtils.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/FieldContainerFactory.h"
@@ -28,8 +28,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
-#include <QProgressBar>
-#include <QProgressDialog>
 #include <QUndoStack>
 #include <QUrl>
 
@@ -127,25 +125,62 @@ QString LibraryActions::carryOut(const Move &move)
     return {};
 }
 
+bool LibraryActions::waits(std::function<void()> action)
+{
+    if (!_progress)
+        return false;
+    _waiting.push_back(std::move(action));
+    return true;
+}
+
+void LibraryActions::begin(const QString &text, int total, const BatchProgress::Look &look)
+{
+    _progress = std::make_unique<BatchProgress>(text, total, kxController::getMainWindow(), look);
+}
+
+void LibraryActions::begin(const Batch &batch)
+{
+    begin(batch.text(batch.total), batch.total, _look);
+}
+
+bool LibraryActions::end()
+{
+    const bool isWhole = !_progress->isCanceled();
+    _progress.reset();
+    if (!_waiting.empty())
+        QMetaObject::invokeMethod(this, &LibraryActions::doWaiting, Qt::QueuedConnection);
+    return isWhole;
+}
+
+void LibraryActions::doWaiting()
+{
+    while (!_progress && !_waiting.empty()) {
+        const std::function<void()> next = std::move(_waiting.front());
+        _waiting.erase(_waiting.begin());
+        next();
+    }
+}
+
 void LibraryActions::perform(Batch &batch, const Move &move)
 {
     if (const QString reason = carryOut(move); !reason.isEmpty())
         batch.failures.append(reason);
     else
         batch.done.push_back(move);
-    emit progressed(static_cast<int>(batch.done.size()) + batch.failures.size(), batch.total, batch.text);
 }
 
 void LibraryActions::finish(Batch batch)
 {
-    emit progressed(batch.total, batch.total, batch.text);
+    const int count = end() ? batch.total : static_cast<int>(batch.done.size());
     if (!batch.done.empty())
-        _undo.push(std::make_unique<MoveCommand>(*this, batch.text, std::move(batch.done)).release()); // the stack's
+        _undo.push(std::make_unique<MoveCommand>(*this, batch.text(count), std::move(batch.done)).release()); // its own
     report(batch.failures);
 }
 
 void LibraryActions::renameAsset(const QString &uuid, const QString &name)
 {
+    if (waits([this, uuid, name] { renameAsset(uuid, name); }))
+        return;
     kxAssetItem *item = itemOf(uuid);
     if (!item)
         return;
@@ -172,13 +207,16 @@ QString LibraryActions::rename(const QString &uuid, const QString &name)
 
 void LibraryActions::renameFolder(const QString &path, const QString &name)
 {
+    if (waits([this, path, name] { renameFolder(path, name); }))
+        return;
     const QString to = QFileInfo(path).path() + '/' + name;
     if (name.contains('/') || name.startsWith('.'))
         report({tr("A folder cannot be called \"%1\".").arg(name)});
     else if (QFileInfo::exists(to))
         report({tr("There is something called \"%1\" already.").arg(name)});
     else {
-        Batch batch{tr("Rename of \"%1\"").arg(nameOf(path)), 1, {}, {}};
+        Batch batch{[path](int) { return tr("Rename of \"%1\"").arg(nameOf(path)); }, 1, {}, {}};
+        begin(batch);
         perform(batch, {path, to, assetsIn(path)});
         finish(batch);
     }
@@ -237,24 +275,31 @@ void LibraryActions::moveInto(const QString &folder, const QString &directory, c
 
 void LibraryActions::moveAssets(const QStringList &uuids, const QString &folder)
 {
-    Batch batch{tr("Move of %n asset(s)", nullptr, uuids.size()), uuids.size(), {}, {}};
-    for (const auto &[directory, assets] : directoriesOf(uuids))
-        moveInto(folder, directory, assets, batch);
-    finish(batch);
+    if (waits([this, uuids, folder] { moveAssets(uuids, folder); }))
+        return;
+    const auto directories = directoriesOf(uuids);
+    Batch batch{[](int count) { return tr("Move of %n asset(s)", nullptr, count); }, uuids.size(), {}, {}};
+    begin(batch);
+    for (auto next = directories.begin(); next != directories.end() && _progress->goesOn(); ++next)
+        moveInto(folder, next->first, next->second, batch);
+    finish(std::move(batch));
 }
 
 void LibraryActions::moveFolders(const QStringList &paths, const QString &folder)
 {
-    Batch batch{tr("Move of %n folder(s)", nullptr, paths.size()), paths.size(), {}, {}};
-    for (const QString &path : paths) {
-        if (AssetFilter::isIn(folder, path))
-            batch.failures.append(tr("\"%1\" cannot be moved into itself.").arg(nameOf(path)));
-        else if (QFileInfo(path).path() != folder && QFileInfo::exists(folder + '/' + nameOf(path)))
-            mergeFolder(path, folder, batch.failures);
+    if (waits([this, paths, folder] { moveFolders(paths, folder); }))
+        return;
+    Batch batch{[](int count) { return tr("Move of %n folder(s)", nullptr, count); }, paths.size(), {}, {}};
+    begin(batch);
+    for (auto path = paths.begin(); path != paths.end() && _progress->goesOn(); ++path) {
+        if (AssetFilter::isIn(folder, *path))
+            batch.failures.append(tr("\"%1\" cannot be moved into itself.").arg(nameOf(*path)));
+        else if (QFileInfo(*path).path() != folder && QFileInfo::exists(folder + '/' + nameOf(*path)))
+            mergeFolder(*path, folder, batch.failures);
         else
-            moveInto(folder, path, assetsIn(path), batch);
+            moveInto(folder, *path, assetsIn(*path), batch);
     }
-    finish(batch);
+    finish(std::move(batch));
 }
 
 void LibraryActions::mergeFolder(const QString &path, const QString &folder, QStringList &failures)
@@ -319,65 +364,100 @@ void LibraryActions::trash(const QString &directory, const std::vector<std::stri
 
 void LibraryActions::trashAssets(const QStringList &uuids)
 {
-    Batch batch{tr("Deletion of %n asset(s)", nullptr, uuids.size()), uuids.size(), {}, {}};
-    for (const auto &[directory, assets] : directoriesOf(uuids))
-        trash(directory, assets, batch);
-    finish(batch);
+    if (waits([this, uuids] { trashAssets(uuids); }))
+        return;
+    const auto directories = directoriesOf(uuids);
+    Batch batch{[](int count) { return tr("Deletion of %n asset(s)", nullptr, count); }, uuids.size(), {}, {}};
+    begin(batch);
+    for (auto next = directories.begin(); next != directories.end() && _progress->goesOn(); ++next)
+        trash(next->first, next->second, batch);
+    finish(std::move(batch));
 }
 
 void LibraryActions::trashFolders(const QStringList &paths)
 {
+    if (waits([this, paths] { trashFolders(paths); }))
+        return;
     QStringList folders;
     for (const QString &path : paths)
         if (const QString library = _folders.libraryOf(path); !library.isEmpty() && library != path)
             folders.append(path);
     if (folders.isEmpty())
         return;
-    const QString text = folders.size() == 1 ? tr("Deletion of \"%1\"").arg(nameOf(folders.first()))
-                                             : tr("Deletion of %n folder(s)", nullptr, folders.size());
+    const QString first = nameOf(folders.first());
+    const auto text = [first](int count) {
+        return count == 1 ? tr("Deletion of \"%1\"").arg(first) : tr("Deletion of %n folder(s)", nullptr, count);
+    };
     Batch batch{text, folders.size(), {}, {}};
-    for (const QString &folder : folders)
-        trash(folder, assetsIn(folder), batch);
-    finish(batch);
+    begin(batch);
+    for (auto folder = folders.begin(); folder != folders.end() && _progress->goesOn(); ++folder)
+        trash(*folder, assetsIn(*folder), batch);
+    finish(std::move(batch));
 }
 
-void LibraryActions::restore(const QString &trashed, const QString &origin)
+void LibraryActions::putBack(const Trash::Entry &entry, Batch &batch)
 {
-    QDir().mkpath(origin);
-    kxUrlManager *manager = kxUrlManager::getUrlManager(QUrl::fromLocalFile(origin));
-    if (!manager)
-        return;
-    const QString name = manager->getUniqueDirectoryName(QUrl::fromLocalFile(origin), nameOf(trashed));
-    Batch batch{tr("Restoring of \"%1\"").arg(nameOf(trashed)), 1, {}, {}};
-    perform(batch, {trashed, origin + '/' + name, {}});
-    finish(batch);
+    const QUrl origin = QUrl::fromLocalFile(entry.origin);
+    kxUrlManager *manager = kxUrlManager::getUrlManager(origin);
+    if (!manager || !QDir().mkpath(entry.origin))
+        batch.failures.append(
+            tr("\"%1\" could not be put back: \"%2\" cannot be made.").arg(nameOf(entry.path), entry.origin));
+    else
+        perform(batch,
+                {entry.path, entry.origin + '/' + manager->getUniqueDirectoryName(origin, nameOf(entry.path)), {}});
 }
+
+void LibraryActions::restore(const std::vector<Trash::Entry> &entries)
+{
+    if (entries.empty() || waits([this, entries] { restore(entries); }))
+        return;
+    const QString first = nameOf(entries.front().path);
+    const auto text = [first](int count) {
+        return count == 1 ? tr("Restoring of \"%1\"").arg(first)
+                          : tr("Restoring of %n deleted thing(s)", nullptr, count);
+    };
+    Batch batch{text, static_cast<int>(entries.size()), {}, {}};
+    begin(batch);
+    for (auto entry = entries.begin(); entry != entries.end() && _progress->goesOn(); ++entry)
+        putBack(*entry, batch);
+    finish(std::move(batch));
+}
+
+namespace {
+
+QStringList edited(const QStringList &tags, const QStringList &added, const QStringList &removed)
+{
+    QStringList result;
+    for (const QString &tag : tags)
+        if (!removed.contains(tag))
+            result.append(tag);
+    for (const QString &tag : added)
+        if (!result.contains(tag))
+            result.append(tag);
+    return result;
+}
+
+} // namespace
 
 void LibraryActions::editTags(const QStringList &uuids, const QStringList &added, const QStringList &removed)
 {
+    if (waits([this, uuids, added, removed] { editTags(uuids, added, removed); }))
+        return;
     std::vector<RetagCommand::Change> changes;
     QStringList failures;
-    for (const QString &uuid : uuids) {
-        const AssetEntry *entry = _model.find(uuid.toStdString());
-        if (!entry)
+    begin(tr("Tags of %n asset(s)", nullptr, uuids.size()), uuids.size(), _look);
+    for (auto uuid = uuids.begin(); uuid != uuids.end() && _progress->goesOn(); ++uuid) {
+        const AssetEntry *entry = _model.find(uuid->toStdString());
+        const QStringList before = entry ? QStringList(entry->tags) : QStringList();
+        const QStringList after = edited(before, added, removed);
+        if (!entry || after == before)
             continue;
-        const QStringList before = entry->tags;
-        QStringList after;
-        for (const QString &tag : before)
-            if (!removed.contains(tag))
-                after.append(tag);
-        for (const QString &tag : added)
-            if (!after.contains(tag))
-                after.append(tag);
-        if (after == before)
-            continue;
-        if (const QString reason = retag(uuid, after); !reason.isEmpty())
+        if (const QString reason = retag(*uuid, after); !reason.isEmpty())
             failures.append(reason);
         else
-            changes.push_back({uuid, before, after});
-        emit progressed(static_cast<int>(changes.size()) + failures.size(), uuids.size(), tr("Tags"));
+            changes.push_back({*uuid, before, after});
     }
-    emit progressed(uuids.size(), uuids.size(), tr("Tags"));
+    end();
     if (!changes.empty())
         _undo.push(std::make_unique<RetagCommand>(*this, std::move(changes)).release());
     report(failures);
@@ -403,22 +483,17 @@ QString LibraryActions::retag(const QString &uuid, const QStringList &tags)
     return QString(tr("The tags of \"%1\" could not be changed.").arg(name) + ' ' + reason).trimmed();
 }
 
-void LibraryActions::renderPreviews(const QStringList &uuids, QWidget *window)
+void LibraryActions::renderPreviews(const QStringList &uuids)
 {
-    QProgressDialog progress(tr("Rendering previews"), tr("Cancel"), 0, uuids.size(), window);
-    progress.setObjectName(QStringLiteral("previewProgress"));
-    progress.findChild<QProgressBar *>()->setAccessibleName(progress.labelText());
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(0);
+    if (waits([this, uuids] { renderPreviews(uuids); }))
+        return;
     auto renewal = std::make_unique<ReplaceCommand>(*this, tr("New previews of %n asset(s)", nullptr, uuids.size()));
     QStringList failures;
-    for (int i = 0; i < uuids.size() && !progress.wasCanceled(); ++i) {
-        progress.setValue(i);
-        QCoreApplication::processEvents();
-        if (const QString reason = renderPreview(uuids[i].toStdString(), *renewal); !reason.isEmpty())
+    begin(tr("Rendering previews"), uuids.size(), {"previewProgress", 0});
+    for (auto uuid = uuids.begin(); uuid != uuids.end() && _progress->goesOn(); ++uuid)
+        if (const QString reason = renderPreview(uuid->toStdString(), *renewal); !reason.isEmpty())
             failures.append(reason);
-    }
-    progress.reset();
+    end();
     renewal->settle();
     if (!renewal->isEmpty())
         _undo.push(renewal.release()); // the stack's
@@ -438,22 +513,39 @@ QString LibraryActions::renderPreview(const std::string &uuid, ReplaceCommand &r
     return isRendered ? QString() : tr("No new preview could be made of \"%1\".").arg(name);
 }
 
+namespace {
+
+/// Without what the sentence begins with anyway.
+QString causeOf(const std::string &reason)
+{
+    const QString text = QString::fromStdString(reason);
+    const QString introduction = QStringLiteral(" was not saved: ");
+    const int end = text.indexOf(introduction);
+    return end < 0 ? text : text.mid(end + introduction.size());
+}
+
+} // namespace
+
 void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder)
 {
+    if (waits([this, ids, folder] { saveNodes(ids, folder); }))
+        return;
+    const auto total = static_cast<int>(ids.size());
     std::vector<std::string> saved;
     QStringList failures;
-    for (const std::uint32_t id : ids) {
-        const osg::NodePtr node = kxNodeUtils::getNodeFromId(id);
+    begin(tr("Saving of %n object(s)", nullptr, total), total, _look);
+    for (auto id = ids.begin(); id != ids.end() && _progress->goesOn(); ++id) {
+        const osg::NodePtr node = kxNodeUtils::getNodeFromId(*id);
         if (!node)
             continue;
         const auto result = kxNodeSaving({}).save(node, {}, QUrl::fromLocalFile(folder));
         if (result)
             saved.push_back(result.value().uuid);
         else
-            failures.append(
-                tr("\"%1\" was not saved: %2")
-                    .arg(QString::fromStdString(osg::getName(node)), QString::fromStdString(result.reason())));
+            failures.append(tr("\"%1\" was not saved: %2")
+                                .arg(QString::fromStdString(osg::getName(node)), causeOf(result.reason())));
     }
+    end();
     emit foldersChanged({folder});
     remember(saved, tr("Saving of %n object(s)", nullptr, static_cast<int>(saved.size())));
     report(failures);
@@ -461,10 +553,14 @@ void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QStr
 
 void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const QString &folder)
 {
+    if (waits([this, ids, folder] { saveMaterials(ids, folder); }))
+        return;
+    const auto total = static_cast<int>(ids.size());
     std::vector<std::string> saved;
     QStringList failures;
-    for (const std::uint32_t id : ids) {
-        const auto material = osg::MaterialPtr::dcast(osg::FieldContainerFactory::the().getContainer(id));
+    begin(tr("Saving of %n material(s)", nullptr, total), total, _look);
+    for (auto id = ids.begin(); id != ids.end() && _progress->goesOn(); ++id) {
+        const auto material = osg::MaterialPtr::dcast(osg::FieldContainerFactory::the().getContainer(*id));
         if (!material)
             continue;
         const QString name = QString::fromStdString(osg::getName(material));
@@ -476,6 +572,7 @@ void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const 
         else
             failures.append(tr("The material \"%1\" could not be saved.").arg(name));
     }
+    end();
     emit foldersChanged({folder});
     remember(saved, tr("Saving of %n material(s)", nullptr, static_cast<int>(saved.size())));
     report(failures);
@@ -483,6 +580,14 @@ void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const 
 
 void LibraryActions::overwrite(const std::vector<std::uint32_t> &ids)
 {
+    if (!waits([this, ids] { overwrite(ids); }))
+        report(replace(ids));
+}
+
+QStringList LibraryActions::replace(const std::vector<std::uint32_t> &ids)
+{
+    if (_progress)
+        return {tr("Nothing was saved: something else is being done to the libraries.")};
     auto replacing =
         std::make_unique<ReplaceCommand>(*this, tr("Saving over %n asset(s)", nullptr, static_cast<int>(ids.size())));
     QStringList failures;
@@ -495,12 +600,12 @@ void LibraryActions::overwrite(const std::vector<std::uint32_t> &ids)
             failures.append(reason);
     }
     const AttachmentChanges attachments(saved);
-    kxMessage message;
-    message.set("containerIds", saved);
-    kxController::call("overwriteAssets", message);
-    failures += message.get<QStringList>("failures").value_or(QStringList());
+    failures += kxAssetManagerModule::saveOver(saved);
+    for (const std::uint32_t id : saved)
+        if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuidOf(id)))
+            noteReplaced(uuidOf(id), item->directoryUrl().toLocalFile());
     finish(std::move(replacing), attachments);
-    report(failures);
+    return failures;
 }
 
 /// What became of the disk and of the scene is one step.
@@ -515,10 +620,11 @@ void LibraryActions::finish(std::unique_ptr<ReplaceCommand> replacing, const Att
             self->report(reasons);
     });
     attachments.adoptInto(*marks);
-    _undo.beginMacro(replacing->text());
-    _undo.push(replacing.release()); // the stack's
-    _undo.push(marks.release());
-    _undo.endMacro();
+    const QString text = replacing->text();
+    LastingCommand::Parts parts;
+    parts.push_back(std::move(replacing));
+    parts.push_back(std::move(marks));
+    _undo.push(std::make_unique<LastingCommand>(text, std::move(parts)).release()); // the stack's
 }
 
 void LibraryActions::remember(const std::vector<std::string> &uuids, const QString &text)

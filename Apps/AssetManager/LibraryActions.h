@@ -2,6 +2,8 @@
 #pragma once
 
 #include "AssetManager/AssetFilter.h"
+#include "AssetManager/BatchProgress.h"
+#include "AssetManager/Trash.h"
 
 #include <QObject>
 #include <QStringList>
@@ -17,11 +19,11 @@ class AttachmentChanges;
 class FolderModel;
 class ReplaceCommand;
 class QUndoStack;
-class QWidget;
 
 /// What a person does to libraries. Everything but emptying the trash can be undone. Main thread only.
 ///
-/// A batch goes on when one of its assets fails, and reports all failures together at its end.
+/// A batch goes on when one of its assets fails, and reports all failures together at its end. One that takes long shows its
+/// progress and can be stopped: what was done by then is one step for undo. What is asked for meanwhile is done after it.
 class LibraryActions final : public QObject
 {
     Q_OBJECT
@@ -40,16 +42,18 @@ public:
     void moveFolders(const QStringList &paths, const QString &folder);
     void trashAssets(const QStringList &uuids);
     void trashFolders(const QStringList &paths);
-    void restore(const QString &trashed, const QString &origin);
+    /// Puts back from the trash where they were, as one step.
+    void restore(const std::vector<Trash::Entry> &entries);
     void editTags(const QStringList &uuids, const QStringList &added, const QStringList &removed);
-    /// With progress and a way to stop above the window.
-    void renderPreviews(const QStringList &uuids, QWidget *window);
+    void renderPreviews(const QStringList &uuids);
 
     void saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder);
     void saveMaterials(const std::vector<std::uint32_t> &ids, const QString &folder);
     /// Saves objects of the scene over the assets that they came from. What an asset was is kept for undo; one of which it
     /// cannot be kept is not saved.
     void overwrite(const std::vector<std::uint32_t> &ids);
+    /// The same without a report: the answer is what failed, in sentences.
+    QStringList replace(const std::vector<std::uint32_t> &ids);
     /// Lets undo move into the trash what an import or a save has made.
     void remember(const std::vector<std::string> &uuids, const QString &text);
 
@@ -77,29 +81,40 @@ public:
     /// The open library that holds the path, "" for none.
     QString libraryOf(const QString &path) const;
 
+    /// How many milliseconds go by before something that goes on shows its progress.
+    void setPatience(int patience) { _look.patience = patience; }
+
 Q_SIGNALS:
     void assetsChanged(const std::vector<std::string> &uuids);
     /// What lies in these folders is not as it was.
     void foldersChanged(const QStringList &paths);
     /// Sentences for people.
     void failed(const QStringList &messages);
-    /// \a done of \a total parts of something that takes time; equal when it has ended.
+    /// \a done of \a total parts of an undo or redo, which cannot be stopped; equal when it has ended.
     void progressed(int done, int total, const QString &what);
 
 private:
     /// Moves that are one step for undo.
     struct Batch
     {
-        QString text;
+        std::function<QString(int count)> text;
         int total = 1;
         std::vector<Move> done;
         QStringList failures;
     };
+    /// Whether something goes on, and \a action will be carried out after it.
+    bool waits(std::function<void()> action);
+    void begin(const QString &text, int total, const BatchProgress::Look &look);
+    /// Whether all was done that was asked for.
+    bool end();
+    void doWaiting();
+    void begin(const Batch &batch);
     void perform(Batch &batch, const Move &move);
     void finish(Batch batch);
     void finish(std::unique_ptr<ReplaceCommand> replacing, const AttachmentChanges &attachments);
     void moveInto(const QString &folder, const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
+    void putBack(const Trash::Entry &entry, Batch &batch);
     QString renderPreview(const std::string &uuid, ReplaceCommand &renewal);
     void mergeFolder(const QString &path, const QString &folder, QStringList &failures);
     std::vector<std::string> assetsIn(const QString &path) const;
@@ -109,4 +124,7 @@ private:
     AssetModel &_model;
     FolderModel &_folders;
     QUndoStack &_undo;
+    BatchProgress::Look _look;
+    std::unique_ptr<BatchProgress> _progress; ///< while something goes on
+    std::vector<std::function<void()>> _waiting;
 };

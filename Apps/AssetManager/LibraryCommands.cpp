@@ -28,15 +28,29 @@ QString takeBack(LibraryActions &actions, LibraryActions::Move &move)
 } // namespace
 
 MoveCommand::MoveCommand(LibraryActions &actions, const QString &text, std::vector<LibraryActions::Move> moves)
-    : QUndoCommand(text), _actions(actions), _moves(std::move(moves))
-{}
+    : QUndoCommand(text), _actions(actions)
+{
+    for (LibraryActions::Move &move : moves)
+        _steps.push_back({std::move(move)});
+}
+
+void MoveCommand::tellProgress(int done) const
+{
+    emit _actions.progressed(done, static_cast<int>(_steps.size()), text());
+}
 
 void MoveCommand::undo()
 {
     QStringList failures;
-    for (auto move = _moves.rbegin(); move != _moves.rend(); ++move)
-        if (const QString reason = takeBack(_actions, *move); !reason.isEmpty())
+    int done = 0;
+    for (auto step = _steps.rbegin(); step != _steps.rend(); ++step, tellProgress(++done)) {
+        if (!step->isDone)
+            continue;
+        const QString reason = takeBack(_actions, step->move);
+        step->isDone = !reason.isEmpty();
+        if (step->isDone)
             failures.append(reason);
+    }
     _actions.report(failures);
 }
 
@@ -45,9 +59,15 @@ void MoveCommand::redo()
     if (std::exchange(_isDone, false))
         return;
     QStringList failures;
-    for (const LibraryActions::Move &move : _moves)
-        if (const QString reason = _actions.carryOut(move); !reason.isEmpty())
+    int done = 0;
+    for (auto step = _steps.begin(); step != _steps.end(); ++step, tellProgress(++done)) {
+        if (step->isDone)
+            continue;
+        const QString reason = _actions.carryOut(step->move);
+        step->isDone = reason.isEmpty();
+        if (!step->isDone)
             failures.append(reason);
+    }
     _actions.report(failures);
 }
 

@@ -16,8 +16,16 @@ public:
     void redo() override;
 
 private:
+    /// One that fails stays as it is, for the next time.
+    struct Step
+    {
+        LibraryActions::Move move;
+        bool isDone = true;
+    };
+    void tellProgress(int done) const;
+
     LibraryActions &_actions;
-    std::vector<LibraryActions::Move> _moves;
+    std::vector<Step> _steps;
     bool _isDone = true;
 };
 

@@ -5,6 +5,7 @@
 #include "AssetManager/FolderTree.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/MainWindow.h"
+#include "AssetManager/MenuTip.h"
 #include "AssetManager/SceneSide.h"
 #include "AssetManager/ScriptSide.h"
 #include "Kernel/kxModalQuestion.h"
@@ -35,6 +36,7 @@ QMenu *MainMenus::addMenu(const QString &title, const char *name)
 {
     QMenu *menu = _window.menuBar()->addMenu(title);
     menu->setObjectName(QLatin1String(name));
+    menu->setToolTipsVisible(true);
     return menu;
 }
 
@@ -47,7 +49,8 @@ void MainMenus::makeFileMenu()
     menu->addAction(tr("&Import files..."), &_window, &MainWindow::chooseFilesToImport, QStringLiteral("Ctrl+I"));
     menu->addAction(tr("&New folder"), &_window, &MainWindow::createFolder, QStringLiteral("Ctrl+Shift+N"));
     menu->addAction(tr("&Read libraries again"), &_window.libraries(), &LibrarySide::refresh, QKeySequence::Refresh);
-    menu->addAction(tr("&Deleted assets..."), &_window, &MainWindow::showTrash);
+    MenuTip::add(*menu->addAction(tr("&Deleted assets..."), &_window, &MainWindow::showTrash),
+                 tr("Puts deleted assets and folders back, or removes them for good."));
     menu->addSeparator();
     menu->addAction(tr("&Quit"), &_window, &QWidget::close, QStringLiteral("Ctrl+Q"));
 }
@@ -89,9 +92,11 @@ void MainMenus::makeAssetMenu()
     menu->addAction(tr("Save the scene's copy &over it..."), this,
                     [this, &actions] { _window.scene().overwrite(_window.selectedIds(), actions); });
     menu->addAction(tr("&Favourite"), this, &MainMenus::toggleFavourite, QStringLiteral("Ctrl+D"));
-    menu->addAction(
-        tr("Render &previews anew"), this,
-        [this, &actions] { actions.renderPreviews(_window.selectedIds(), &_window); }, QStringLiteral("Ctrl+P"));
+    QAction *render = menu->addAction(
+        tr("Render &previews anew"), this, [this, &actions] { actions.renderPreviews(_window.selectedIds()); },
+        QStringLiteral("Ctrl+P"));
+    MenuTip::add(*render, tr("Replaces the previews that are there, also those that were painted by hand. Undo brings "
+                             "them back."));
     menu->addAction(tr("&Move to folder..."), &_window, &MainWindow::moveChosen, QStringLiteral("Ctrl+M"));
     menu->addSeparator();
     menu->addAction(
@@ -154,6 +159,7 @@ void MainMenus::showAssetMenu(const QPoint &position)
     if (_window.selectedIds().isEmpty())
         return;
     QMenu menu(&_window);
+    menu.setToolTipsVisible(true);
     for (const char *name : {"assetMenu", "editMenu"}) {
         for (QAction *action : _window.menuBar()->findChild<QMenu *>(QLatin1String(name))->actions())
             menu.addAction(action);
@@ -168,10 +174,11 @@ void MainMenus::showFolderMenu(const QPoint &position)
     const bool isLibrary = _window.libraries().folders().libraries().contains(folders.folder());
     const QStringList selected = folders.selectedFolders();
     QMenu menu(&_window);
+    menu.setToolTipsVisible(true);
     menu.addAction(tr("Add &library..."), &_window, &MainWindow::addLibrary);
     if (isLibrary)
-        menu.addAction(tr("&Close library"), &_window, &MainWindow::removeLibrary)
-            ->setToolTip(tr("Its files stay as they are"));
+        MenuTip::add(*menu.addAction(tr("&Close library"), &_window, &MainWindow::removeLibrary),
+                     tr("Its files stay as they are. What was done in it can be undone only while it is open."));
     menu.addAction(tr("&New folder"), &_window, &MainWindow::createFolder);
     if (selected == QStringList{folders.folder()})
         menu.addAction(tr("Re&name"), &folders, &FolderTree::editName);

@@ -25,6 +25,7 @@
 #include "Kernel/kxModalQuestion.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -32,6 +33,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QMimeData>
+#include <QPointer>
 #include <QScreen>
 #include <QStatusBar>
 #include <QUrl>
@@ -180,6 +182,7 @@ void MainWindow::connectOutcomes()
                     statusBar()->showMessage(tr("%1: %2 of %3").arg(what).arg(done).arg(total));
                 else
                     statusBar()->clearMessage();
+                statusBar()->repaint(); // no events are handled before the end
             });
 }
 
@@ -217,6 +220,9 @@ void MainWindow::connectManager(kxAssetManagerModule &manager)
             _browser->select(manager.selection());
     });
     connect(&manager, &kxAssetManagerModule::assetsSaved, this, [this] { _libraries->refresh(); });
+    manager.setOverwriting([actions = QPointer<LibraryActions>(&_libraries->actions())](const auto &ids) {
+        return actions ? actions->replace(ids) : kxAssetManagerModule::saveOver(ids);
+    });
     connect(_browser, &AssetBrowser::selectionChanged, &manager,
             [this, &manager] { manager.setSelection(_browser->selected()); });
 }
@@ -272,8 +278,13 @@ bool MainWindow::isIdle() const
 void MainWindow::report(const QStringList &messages)
 {
     statusBar()->showMessage(messages.first(), MessageTime);
-    if (!_failures)
-        _failures = new FailureBox(this);
+    QWidget *dialog = QApplication::activeModalWidget();
+    QWidget *parent =
+        dialog && dialog != _failures ? dialog : this; // only what belongs to a dialog can be closed before it
+    if (!_failures || (_failures->parentWidget() != parent && !_failures->isVisible())) {
+        delete _failures;
+        _failures = new FailureBox(parent);
+    }
     _failures->add(messages);
 }
 

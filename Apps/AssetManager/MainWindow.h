@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QUndoStack>
 
 #include <memory>
@@ -94,6 +95,6 @@ private:
     QLabel *_count = nullptr;
     FileImports *_imports = nullptr;
     MainMenus *_menus = nullptr;
-    FailureBox *_failures = nullptr;      ///< null until something fails
+    QPointer<FailureBox> _failures;       ///< null until something fails, and after the dialog in which it did
     std::unique_ptr<ScriptSide> _scripts; ///< goes first: what scripts hold belongs to the others
 };

@@ -5,6 +5,7 @@
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 
+#include <QFileInfo>
 #include <QUrl>
 
 #include <algorithm>
@@ -72,6 +73,9 @@ void ReplaceCommand::exchange()
     QStringList failures;
     for (Replaced &one : _replaced) {
         QString reason = _actions.obstacleOf(one.version.place());
+        if (reason.isEmpty() && one.isDirectory && !QFileInfo::exists(one.version.place()))
+            reason = LibraryActions::tr("\"%1\" was left as it is: it is not where it was saved any more.")
+                         .arg(QFileInfo(one.version.place()).fileName());
         if (reason.isEmpty())
             reason = one.version.exchange();
         if (!reason.isEmpty())

@@ -5,6 +5,7 @@
 #include "AssetManager/EnvironmentPanel.h"
 #include "AssetManager/LibraryActions.h"
 #include "AssetManager/MaterialPanel.h"
+#include "AssetManager/MenuTip.h"
 #include "AssetManager/PlatePanel.h"
 #include "AssetManager/PropertyPanel.h"
 #include "AssetManager/SceneActions.h"
@@ -212,10 +213,12 @@ void SceneSide::updateTitle()
 
 void SceneSide::addFileActions(QMenu &menu)
 {
-    menu.addAction(tr("&New scene"), this, &SceneSide::newScene, QKeySequence::New);
-    menu.addAction(tr("&Open scene..."), this, &SceneSide::openScene, QKeySequence::Open);
-    menu.addAction(tr("&Save scene"), this, &SceneSide::saveScene, QKeySequence::Save);
-    menu.addAction(tr("Save scene &as..."), this, &SceneSide::saveSceneAs, QKeySequence::SaveAs);
+    const QString forgets = tr("Undo forgets what was done before, in the scene and in the libraries.");
+    MenuTip::add(*menu.addAction(tr("&New scene"), this, &SceneSide::newScene, QKeySequence::New), forgets);
+    MenuTip::add(*menu.addAction(tr("&Open scene..."), this, &SceneSide::openScene, QKeySequence::Open), forgets);
+    MenuTip::add(*menu.addAction(tr("&Save scene"), this, &SceneSide::saveScene, QKeySequence::Save), forgets);
+    MenuTip::add(*menu.addAction(tr("Save scene &as..."), this, &SceneSide::saveSceneAs, QKeySequence::SaveAs),
+                 forgets);
 }
 
 void SceneSide::addActions(QMenu &menu)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/ScriptGuard.h"
 
+#include "AssetManager/LastingCommand.h"
 #include "AssetSession/kxAssetLibrary.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
@@ -58,8 +59,8 @@ std::vector<std::string> knownAssets()
 } // namespace
 
 ScriptGuard::ScriptGuard(QUndoStack &undo)
-    : _undo(undo), _selected(selectedIds()), _cursors(takeCursors()), _updatesScene(kxScenegraph::isUpdateEnabled()),
-      _updatesPicture(kxController::isRenderUpdateEnabled())
+    : _undo(undo), _firstStep(undo.index()), _selected(selectedIds()), _cursors(takeCursors()),
+      _updatesScene(kxScenegraph::isUpdateEnabled()), _updatesPicture(kxController::isRenderUpdateEnabled())
 {
     giveCursors(_cursors);
     if (_undo.count() > 0)
@@ -67,6 +68,7 @@ ScriptGuard::ScriptGuard(QUndoStack &undo)
     osg::FieldContainerFactory::the().addListener(*this);
     _documents = QObject::connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::documentChanged, [this] {
         _isOtherDocument = true;
+        _firstStep = 0;          // the stack is empty then
         _isSceneChanged = false; // a fresh document is as it was made
     });
 }
@@ -95,7 +97,7 @@ void ScriptGuard::announceChanges()
 {
     const bool areAssetsChanged = _undo.count() > 0 && knownAssets() != _assets;
     if (_isSceneChanged || _isOtherDocument || areAssetsChanged)
-        _undo.clear();
+        _hasForgotten = LastingCommand::keepOnly(_undo, _firstStep);
     if (!_isSceneChanged)
         return;
     kxController::setModified(true);

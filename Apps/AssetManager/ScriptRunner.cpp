@@ -111,6 +111,8 @@ int ScriptRunner::Private::run(const Work &work)
     QCoreApplication::sendPostedEvents(&self, QEvent::MetaCall); // what other threads have written
     guard.end(code != 0);
     isRunning = false;
+    if (guard.hasForgotten())
+        Q_EMIT self.undoEmptied();
     Q_EMIT self.finished(code);
     return code;
 }

@@ -43,6 +43,8 @@ Q_SIGNALS:
     /// What a script printed, in the pieces in which it was written, and tracebacks.
     void written(const QString &text, bool isError);
     void finished(int code);
+    /// What could be undone before cannot be any more: the script has changed the scene or the libraries.
+    void undoEmptied();
 
 private:
     class Private;

@@ -2,6 +2,7 @@
 #include "AssetManager/ScriptSide.h"
 
 #if defined(KX_WITH_PYTHON)
+#include "AssetManager/MenuTip.h"
 #include "AssetManager/ScriptConsole.h"
 #include "AssetManager/ScriptInput.h"
 #include "AssetManager/ScriptRunner.h"
@@ -60,6 +61,7 @@ void ScriptSide::addActions(QMenu &menu)
 {
     QAction *action = menu.addAction(tr("&Run Python file..."));
     action->setObjectName(QStringLiteral("runPythonFile"));
+    MenuTip::add(*action, tr("Where it changes the scene or the libraries, Undo forgets what was done before."));
     connect(action, &QAction::triggered, this, [this] {
         _dock->show();
         _dock->raise();

@@ -47,6 +47,7 @@ TrashDialog::TrashDialog(LibraryActions &actions, const QStringList &libraries, 
     _restore->setObjectName(QStringLiteral("restore"));
     _empty = buttons->addButton(tr("&Remove everything for good..."), QDialogButtonBox::DestructiveRole);
     _empty->setObjectName(QStringLiteral("empty"));
+    _empty->setToolTip(tr("Also removes the former versions that Undo would bring back."));
     _empty->setAutoDefault(false); // no key that was pressed too much begins this
     connect(_list, &QTreeWidget::itemSelectionChanged, this,
             [this] { _restore->setEnabled(!_list->selectedItems().isEmpty()); });
@@ -85,8 +86,10 @@ void TrashDialog::fill()
 
 void TrashDialog::restore()
 {
+    std::vector<Trash::Entry> entries;
     for (const QTreeWidgetItem *item : _list->selectedItems())
-        _actions.restore(item->data(0, PathRole).toString(), item->data(0, OriginRole).toString());
+        entries.push_back({item->data(0, PathRole).toString(), item->data(0, OriginRole).toString(), {}});
+    _actions.restore(entries);
     fill();
 }
 
@@ -100,7 +103,10 @@ bool TrashDialog::empty(const QStringList &libraries, QWidget *parent)
     const auto answer = kxModalQuestion::warning(
         parent, tr("Asset Manager"),
         tr("%n deleted asset(s) and folder(s) will be removed from the disk for good.\nThis cannot be undone.", nullptr,
-           count),
+           count) +
+            "\n\n" +
+            tr("What Undo keeps of assets that were saved over, and of previews that were rendered anew, goes as "
+               "well."),
         QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
     if (answer != QMessageBox::Ok)
         return false;

@@ -114,16 +114,22 @@ void kxAssetManagerModule::select(kxMessage &message)
     setSelection(selection);
 }
 
-void kxAssetManagerModule::overwrite(kxMessage &message)
+QStringList kxAssetManagerModule::saveOver(const std::vector<std::uint32_t> &containerIds)
 {
     QStringList failures;
-    for (const std::uint32_t id :
-         message.get<std::vector<std::uint32_t>>("containerIds").value_or(std::vector<std::uint32_t>()))
+    for (const std::uint32_t id : containerIds)
         if (const QString failure = overwriteOne(id); !failure.isEmpty()) {
             kxLog::error("%s", failure.toUtf8().constData());
             failures.append(failure);
         }
-    message.set("failures", failures);
+    return failures;
+}
+
+void kxAssetManagerModule::overwrite(kxMessage &message)
+{
+    const auto ids = message.get<std::vector<std::uint32_t>>("containerIds").value_or(std::vector<std::uint32_t>());
+    const Overwriting overwriting = _overwriting ? _overwriting : saveOver; // a copy: it may be set anew meanwhile
+    message.set("failures", overwriting(ids));
     emit assetsSaved();
 }
 

@@ -6,7 +6,10 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,6 +34,14 @@ public:
     const std::vector<std::string> &selection() const { return _selection; }
     void setSelection(const std::vector<std::string> &uuids);
 
+    /// Saves what has these ids over the assets that they came from. The answer is one text for each that could not be saved,
+    /// which is in the log as well.
+    static QStringList saveOver(const std::vector<std::uint32_t> &containerIds);
+    /// Has the program do what "overwriteAssets" asks for, with what else it wants to be done then; the answer is that of
+    /// saveOver(). An empty function means saveOver() itself.
+    using Overwriting = std::function<QStringList(const std::vector<std::uint32_t> &containerIds)>;
+    void setOverwriting(Overwriting overwriting) { _overwriting = std::move(overwriting); }
+
 Q_SIGNALS:
     void selectionChanged();
     /// Assets of the scene were saved; whoever shows the library has to look again.
@@ -44,4 +55,5 @@ private:
     void doReceive(const kxMessage &message) override;
 
     std::vector<std::string> _selection;
+    Overwriting _overwriting;
 };

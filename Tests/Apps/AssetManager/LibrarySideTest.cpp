@@ -286,7 +286,7 @@ TEST_F(LibrarySideTest, RestoresFromTheTrashLater)
     side.actions().trashAssets({id(uuid)});
     const Trash::Entry entry = Trash(path()).entries().front();
 
-    side.actions().restore(entry.path, entry.origin);
+    side.actions().restore({entry});
     finishScan();
 
     EXPECT_THAT(names(), ElementsAre("Oak"));
@@ -331,7 +331,7 @@ TEST_F(LibrarySideTest, PutsWhatWasRestoredIntoTheTrashAgain)
     open();
     side.actions().trashAssets({id(uuid)});
     const Trash::Entry entry = Trash(path()).entries().front();
-    side.actions().restore(entry.path, entry.origin);
+    side.actions().restore({entry});
     finishScan();
 
     stack.undo();
