@@ -21,6 +21,64 @@ struct AssetModel::Known : AssetEntry
     QCollatorSortKey key; ///< of the name
 };
 
+namespace {
+
+/// Everybody sees the same order.
+template <class Known> bool isNameBefore(const Known *a, const Known *b)
+{
+    const int comparison = a->key.compare(b->key);
+    return comparison != 0 ? comparison < 0 : a->uuid < b->uuid;
+}
+
+/// What orders lists of tags like their names.
+std::vector<int> ranksOf(const AssetTags &tags, const std::vector<int> &ranks)
+{
+    std::vector<int> found;
+    found.reserve(tags.numbers().size());
+    for (const int number : tags.numbers())
+        found.push_back(ranks[static_cast<std::size_t>(number)]);
+    return found;
+}
+
+std::size_t hashOf(const QString &text)
+{
+    return reinterpret_cast<std::size_t>(text.constData()); // equal ones are the same one
+}
+
+std::size_t hashOf(const std::vector<int> &numbers)
+{
+    std::size_t hash = numbers.size();
+    for (const int number : numbers)
+        hash = hash * 1000003U + static_cast<std::size_t>(number);
+    return hash;
+}
+
+/// The place of each entry's key among all different keys.
+template <class Entry, class KeyOf>
+std::vector<qint64> ranksOfAll(const std::vector<Entry *> &entries, const KeyOf &keyOf)
+{
+    using Key = std::decay_t<decltype(keyOf(entries.front()))>;
+    struct Hash
+    {
+        std::size_t operator()(const Key &key) const { return hashOf(key); }
+    };
+    std::unordered_map<Key, std::size_t, Hash> numbers; // in the order in which they were met
+    std::vector<qint64> found;
+    found.reserve(entries.size());
+    for (const Entry *entry : entries)
+        found.push_back(static_cast<qint64>(numbers.emplace(keyOf(entry), numbers.size()).first->second));
+    std::vector<std::pair<Key, std::size_t>> sorted(numbers.begin(), numbers.end());
+    std::sort(sorted.begin(), sorted.end());
+    std::vector<qint64> ranks(sorted.size());
+    for (std::size_t rank = 0; rank < sorted.size(); ++rank)
+        ranks[sorted[rank].second] = static_cast<qint64>(rank);
+    for (qint64 &number : found)
+        number = ranks[static_cast<std::size_t>(number)];
+    return found;
+}
+
+} // namespace
+
 AssetModel::AssetModel(const AssetStates *states, QObject *parent)
     : QAbstractTableModel(parent), _states(states), _collator(NaturalOrder::collator())
 {
@@ -104,29 +162,28 @@ void AssetModel::read(const std::string &uuid, std::vector<Known *> &changed)
     _entries[uuid] = std::move(known);
 }
 
-void AssetModel::takeOut(const std::vector<Known *> &entries)
+void AssetModel::takeOut(const std::vector<Known *> &entries, std::vector<Known *> &sorted)
 {
     const std::unordered_set<const Known *> gone(entries.begin(), entries.end());
     if (!gone.empty())
-        std::erase_if(_sorted, [&gone](const Known *entry) { return gone.count(entry) != 0; });
+        std::erase_if(sorted, [&gone](const Known *entry) { return gone.count(entry) != 0; });
 }
 
-void AssetModel::mergeIn(std::vector<Known *> &entries)
+void AssetModel::mergeIn(std::vector<Known *> &entries, const Order &isBefore, std::vector<Known *> &sorted)
 {
-    const Order isBefore = order();
     std::sort(entries.begin(), entries.end(), isBefore);
     // Few among many: places are searched for, since comparing with all of them would take longer.
     std::vector<Known *> merged;
-    merged.reserve(_sorted.size() + entries.size());
-    auto from = _sorted.begin();
+    merged.reserve(sorted.size() + entries.size());
+    auto from = sorted.begin();
     for (Known *entry : entries) {
-        const auto to = std::upper_bound(from, _sorted.end(), entry, isBefore);
+        const auto to = std::upper_bound(from, sorted.end(), entry, isBefore);
         merged.insert(merged.end(), from, to);
         merged.push_back(entry);
         from = to;
     }
-    merged.insert(merged.end(), from, _sorted.end());
-    _sorted = std::move(merged);
+    merged.insert(merged.end(), from, sorted.end());
+    sorted = std::move(merged);
 }
 
 void AssetModel::refresh(const std::vector<std::string> &uuids)
@@ -140,12 +197,18 @@ void AssetModel::refresh(const std::vector<std::string> &uuids)
                 kept.push_back(std::move(found->second));
                 _entries.erase(found);
             }
-        takeOut(former);
+        takeOut(former, _byName);
         std::vector<Known *> changed;
         for (const std::string &uuid : uuids)
             if (!_entries.count(uuid))
                 read(uuid, changed);
-        mergeIn(changed);
+        mergeIn(changed, isNameBefore<Known>, _byName);
+        if (isSortedByName()) {
+            copyOrderOfNames();
+        } else {
+            takeOut(former, _sorted);
+            mergeIn(changed, order(), _sorted);
+        }
         rebuildRows();
     });
 }
@@ -233,20 +296,23 @@ void AssetModel::updateRows(const std::function<void()> &change)
     emit countChanged();
 }
 
+bool AssetModel::isSortedByName() const
+{
+    return _sortColumn != kxAssetCategory::getTypeColumn() && _sortColumn != kxAssetCategory::getLastModifiedColumn() &&
+           _sortColumn != kxAssetCategory::getStorageLocationColumn() &&
+           _sortColumn != kxAssetCategory::getTagsColumn();
+}
+
 AssetModel::Order AssetModel::order() const
 {
-    const auto byName = [](const Known *a, const Known *b) {
-        const int comparison = a->key.compare(b->key);
-        return comparison != 0 ? comparison < 0 : a->uuid < b->uuid; // everybody sees the same order
-    };
-    const auto by = [byName](auto key) -> Order {
-        return [byName, key](const Known *a, const Known *b) {
+    const auto by = [](auto key) -> Order {
+        return [key](const Known *a, const Known *b) {
             const auto &left = key(a);
             const auto &right = key(b);
-            return left != right ? left < right : byName(a, b);
+            return left != right ? left < right : isNameBefore(a, b);
         };
     };
-    Order ascending = byName;
+    Order ascending = isNameBefore<Known>;
     if (_sortColumn == kxAssetCategory::getTypeColumn())
         ascending = by([](const Known *entry) -> const QString & { return entry->type; });
     else if (_sortColumn == kxAssetCategory::getLastModifiedColumn())
@@ -254,10 +320,35 @@ AssetModel::Order AssetModel::order() const
     else if (_sortColumn == kxAssetCategory::getStorageLocationColumn())
         ascending = by([](const Known *entry) -> const QString & { return entry->folder; });
     else if (_sortColumn == kxAssetCategory::getTagsColumn())
-        ascending = by([](const Known *entry) { return entry->tags.names().join(','); });
+        ascending = by([ranks = AssetTags::ranks()](const Known *entry) { return ranksOf(entry->tags, ranks); });
     if (_sortOrder == Qt::AscendingOrder)
         return ascending;
     return [ascending](const Known *a, const Known *b) { return ascending(b, a); };
+}
+
+void AssetModel::copyOrderOfNames()
+{
+    if (_sortOrder == Qt::AscendingOrder)
+        _sorted = _byName;
+    else
+        _sorted.assign(_byName.rbegin(), _byName.rend());
+}
+
+/// Of all by name: numbers with the order of what the column says, in which assets share few texts.
+std::vector<qint64> AssetModel::sortKeys() const
+{
+    if (_sortColumn == kxAssetCategory::getTypeColumn())
+        return ranksOfAll(_byName, [](const Known *entry) -> const QString & { return entry->type; });
+    if (_sortColumn == kxAssetCategory::getStorageLocationColumn())
+        return ranksOfAll(_byName, [](const Known *entry) -> const QString & { return entry->folder; });
+    if (_sortColumn == kxAssetCategory::getTagsColumn())
+        return ranksOfAll(_byName,
+                          [ranks = AssetTags::ranks()](const Known *entry) { return ranksOf(entry->tags, ranks); });
+    std::vector<qint64> times;
+    times.reserve(_byName.size());
+    for (const Known *entry : _byName)
+        times.push_back(entry->modified);
+    return times;
 }
 
 void AssetModel::sort(int column, Qt::SortOrder order)
@@ -265,7 +356,21 @@ void AssetModel::sort(int column, Qt::SortOrder order)
     updateRows([&] {
         _sortColumn = std::max(column, 0);
         _sortOrder = order;
-        std::sort(_sorted.begin(), _sorted.end(), this->order());
+        if (isSortedByName()) {
+            copyOrderOfNames();
+        } else {
+            // Numbers, since comparing what they stand for a million times would take long enough to be felt.
+            const std::vector<qint64> keys = sortKeys();
+            std::vector<std::pair<qint64, std::size_t>> places;
+            places.reserve(keys.size());
+            for (std::size_t place = 0; place < keys.size(); ++place)
+                places.emplace_back(keys[place], place);
+            std::sort(places.begin(), places.end());
+            if (order == Qt::DescendingOrder)
+                std::reverse(places.begin(), places.end());
+            for (std::size_t i = 0; i < places.size(); ++i)
+                _sorted[i] = _byName[places[i].second];
+        }
         rebuildRows();
     });
 }

@@ -73,9 +73,12 @@ private:
 
     QString shared(const QString &text);
     void read(const std::string &uuid, std::vector<Known *> &changed);
-    void takeOut(const std::vector<Known *> &entries);
-    void mergeIn(std::vector<Known *> &entries);
+    static void takeOut(const std::vector<Known *> &entries, std::vector<Known *> &sorted);
+    static void mergeIn(std::vector<Known *> &entries, const Order &isBefore, std::vector<Known *> &sorted);
+    bool isSortedByName() const;
     Order order() const;
+    void copyOrderOfNames();
+    std::vector<qint64> sortKeys() const;
     void rebuildRows();
     void narrowRows();
     void updateRows(const std::function<void()> &change);
@@ -86,6 +89,7 @@ private:
     AssetFilter _filter;
     QCollator _collator;
     std::unordered_map<std::string, std::unique_ptr<Known>> _entries;
+    std::vector<Known *> _byName; ///< all, ascending
     std::vector<Known *> _sorted; ///< all, in order
     std::vector<const AssetEntry *> _rows;
     QSet<QString> _sharedTexts;

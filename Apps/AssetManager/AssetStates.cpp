@@ -88,6 +88,15 @@ void AssetStates::setBroken(const std::string &uuid, const QString &reason)
     emit changed();
 }
 
+void AssetStates::forgetBroken(const std::vector<std::string> &uuids)
+{
+    std::size_t count = 0;
+    for (const std::string &uuid : uuids)
+        count += _broken.erase(uuid);
+    if (count > 0)
+        emit changed();
+}
+
 unsigned AssetStates::stateOf(const std::string &uuid) const
 {
     const auto found = _states.find(uuid);

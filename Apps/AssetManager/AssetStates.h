@@ -37,6 +37,8 @@ public:
 
     /// Says what is wrong with an asset; with an empty reason, nothing.
     void setBroken(const std::string &uuid, const QString &reason);
+    /// These are not there any more.
+    void forgetBroken(const std::vector<std::string> &uuids);
 
     /// Looks at the scene now.
     void update();

@@ -4,6 +4,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
@@ -69,4 +70,18 @@ QString AssetTags::nameOf(int number)
 int AssetTags::numberCount()
 {
     return static_cast<int>(known().names.size());
+}
+
+std::vector<int> AssetTags::ranks()
+{
+    const std::vector<QString> &names = known().names;
+    std::vector<int> sorted(names.size());
+    std::iota(sorted.begin(), sorted.end(), 0);
+    std::sort(sorted.begin(), sorted.end(), [&names](int a, int b) {
+        return names[static_cast<std::size_t>(a)] < names[static_cast<std::size_t>(b)];
+    });
+    std::vector<int> places(names.size());
+    for (std::size_t place = 0; place < sorted.size(); ++place)
+        places[static_cast<std::size_t>(sorted[place])] = static_cast<int>(place);
+    return places;
 }

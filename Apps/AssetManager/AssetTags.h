@@ -24,6 +24,8 @@ public:
     static QString nameOf(int number);
     /// One more than the largest number so far.
     static int numberCount();
+    /// The place of each number when all are ordered by their names.
+    static std::vector<int> ranks();
 
     friend bool operator==(const AssetTags &tags, const QStringList &names) { return tags.names() == names; }
 

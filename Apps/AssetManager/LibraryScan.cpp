@@ -61,20 +61,31 @@ QString problemOf(const QString &metadata)
 
 LibraryScan::LibraryScan(QObject *parent) : QObject(parent)
 {
-    _timer.setInterval(0);
     connect(&_timer, &QTimer::timeout, this, &LibraryScan::work);
+    connect(&_ahead, &ReadAhead::advanced, this, [this] {
+        if (_isRunning)
+            _timer.start(0);
+    });
 }
 
 LibraryScan::~LibraryScan() = default;
 
 void LibraryScan::start()
 {
-    if (_timer.isActive())
+    if (_isRunning)
         return;
+    _isRunning = true;
     _assetCount = 0;
     _announcedAt = now();
-    _timer.start();
+    _timer.start(0);
     emit started();
+}
+
+void LibraryScan::stop()
+{
+    _isRunning = false;
+    _timer.stop();
+    _ahead.clear();
 }
 
 void LibraryScan::add(const QString &folder)
@@ -107,9 +118,9 @@ void LibraryScan::refreshAsset(const QString &directory)
 
 void LibraryScan::cancel()
 {
-    if (!_timer.isActive())
+    if (!_isRunning)
         return;
-    _timer.stop();
+    stop();
     _open.clear();
     _waiting.clear();
     announce();
@@ -127,22 +138,28 @@ void LibraryScan::work()
 {
     QElapsedTimer slice;
     slice.start();
-    while (_timer.isActive() && slice.elapsed() < SliceTime && (!_open.empty() || !_waiting.isEmpty()))
-        step();
-    if (!_timer.isActive())
+    bool isHeldUp = false;
+    while (_isRunning && !isHeldUp && slice.elapsed() < SliceTime && (!_open.empty() || !_waiting.isEmpty()))
+        isHeldUp = !step();
+    if (!_isRunning)
         return; // somebody who heard of something cancelled
     const bool isDone = _open.empty() && _waiting.isEmpty();
     const bool isDue = now() - _announcedAt >= std::max(AnnounceTime, Restraint * _announcing);
     const auto most = static_cast<std::size_t>(std::max(MostAtOnce, _assetCount / ShareAtOnce));
     if (isDone || isDue || _changed.size() >= most)
         announce();
-    if (isDone && _timer.isActive()) {
-        _timer.stop();
-        emit finished(false);
+    if (!_isRunning)
+        return;
+    if (!_open.empty() || !_waiting.isEmpty()) {
+        _timer.start(isHeldUp ? AnnounceTime : 0); // while it waits, what is there is shown
+        return;
     }
+    stop();
+    emit finished(false);
 }
 
-void LibraryScan::step()
+/// Whether it could go on; otherwise a directory has to be read ahead first.
+bool LibraryScan::step()
 {
     if (_open.empty()) {
         Folder next;
@@ -151,12 +168,28 @@ void LibraryScan::step()
         _open.push_back(next);
     }
     Folder &folder = _open.back();
+    if (!isReadAhead(folder))
+        return false;
     if (!folder.isListed)
         list(folder);
     else if (!folder.left.isEmpty())
         readDirectory(folder.left.takeLast());
     else
         leave();
+    return true;
+}
+
+/// Whether what is looked at next in the folder was read ahead.
+bool LibraryScan::isReadAhead(const Folder &folder)
+{
+    if (folder.isListed ? folder.left.isEmpty() : folder.isReadAhead)
+        return true;
+    const QString &next = folder.isListed ? folder.left.last() : folder.path;
+    if (_ahead.take(next))
+        return true;
+    if (!_ahead.isWanted(next))
+        _ahead.want({next}, !folder.onlyChanges);
+    return false;
 }
 
 void LibraryScan::list(Folder &folder)
@@ -170,6 +203,7 @@ void LibraryScan::list(Folder &folder)
         return;
     for (const QUrl &directory : manager->subDirectories(QUrl::fromLocalFile(folder.path)))
         folder.left.prepend(directory.toLocalFile());
+    _ahead.want({folder.left.rbegin(), folder.left.rend()}, !folder.onlyChanges);
 }
 
 void LibraryScan::readDirectory(const QString &directory)
@@ -201,6 +235,7 @@ void LibraryScan::readDirectory(const QString &directory)
     Folder below;
     below.path = directory;
     below.onlyChanges = folder.onlyChanges;
+    below.isReadAhead = true;
     _open.push_back(below); // what was referred to as the open folder is not valid any more
 }
 
@@ -211,10 +246,24 @@ void LibraryScan::leave()
     if (folder.isPartial)
         return;
     removeGone(folder);
-    // Of all that went with it, what was asked for is named, once.
-    if (folder.isAsked && !QFileInfo(folder.path).isDir())
-        emit folderFailed(folder.path, tr("The folder \"%1\" is not there. Is its drive connected?").arg(folder.path));
+    if (!QFileInfo(folder.path).isDir())
+        leaveVanished(folder);
     emit folderRead(folder.path, folder.plain);
+}
+
+/// A folder that went while it was read. Of all that went with it, what was asked for is named, once.
+void LibraryScan::leaveVanished(const Folder &folder)
+{
+    if (folder.isAsked) {
+        emit folderFailed(folder.path, tr("The folder \"%1\" is not there. Is its drive connected?").arg(folder.path));
+        return;
+    }
+    Folder nothing;
+    nothing.path = folder.path;
+    nothing.onlyChanges = true;
+    removeGone(nothing);
+    if (!_open.empty())
+        _open.back().plain.removeAll(folder.path);
 }
 
 bool LibraryScan::isUnchanged(const QString &directory) const

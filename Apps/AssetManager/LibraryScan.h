@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AssetManager/DirectoryStamp.h"
+#include "AssetManager/ReadAhead.h"
 
 #include <QMap>
 #include <QObject>
@@ -13,6 +14,8 @@
 #include <vector>
 
 /// Reads libraries a little at a time, so that the window stays alive meanwhile. Main thread only.
+///
+/// A worker reads each directory first, so that a drive that takes its time holds nobody up but the reading itself.
 ///
 /// What is found is in the registry when it is announced. Folders are read in the order of their names.
 class LibraryScan final : public QObject
@@ -35,7 +38,7 @@ public:
     /// Forgets what was read below the folder; the registry is not touched.
     void forget(const QString &folder);
 
-    bool isRunning() const { return _timer.isActive(); }
+    bool isRunning() const { return _isRunning; }
     int assetCount() const { return _assetCount; }
 
 Q_SIGNALS:
@@ -58,6 +61,7 @@ private:
         QStringList left; ///< sub-directories that are still to be read, the next one last
         QStringList plain;
         QSet<QString> assets; ///< directories
+        bool isReadAhead = false;
         bool isListed = false;
         bool isAsked = false; ///< and not met on the way
         bool onlyChanges = false;
@@ -72,17 +76,21 @@ private:
     };
 
     void work();
-    void step();
+    bool step();
+    bool isReadAhead(const Folder &folder);
     void list(Folder &folder);
     void readDirectory(const QString &directory);
     void leave();
+    void leaveVanished(const Folder &folder);
     void removeAssets(const QString &directory, const Known &known);
     void reportDamage(const QString &directory, const DirectoryStamp &stamp);
     bool isUnchanged(const QString &directory) const;
     void removeGone(const Folder &folder);
     void announce();
     void start();
+    void stop();
 
+    ReadAhead _ahead;
     QTimer _timer;
     QMap<QString, Known> _known;            ///< by path
     QMap<QString, DirectoryStamp> _damaged; ///< directories that were reported, with what they were like
@@ -92,4 +100,5 @@ private:
     qint64 _announcedAt = 0;
     qint64 _announcing = 0; ///< how long the last announcement took, milliseconds
     int _assetCount = 0;
+    bool _isRunning = false;
 };

@@ -10,7 +10,8 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <set>
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -30,7 +31,10 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     _assets.setFavourites(Settings::favourites());
     _assets.setRecent(Settings::recent());
     connect(&_scan, &LibraryScan::assetsChanged, this, &LibrarySide::refreshAssets);
-    connect(&_scan, &LibraryScan::folderFound, &_folders, &FolderModel::addFolder);
+    connect(&_scan, &LibraryScan::folderFound, this, [this](const QString &parent, const QString &folder) {
+        _folders.addFolder(parent, folder);
+        _watcher.watch(folder); // before it is read: what goes meanwhile is not missed
+    });
     connect(&_scan, &LibraryScan::folderRead, this, [this](const QString &folder, const QStringList &subFolders) {
         _folders.setSubFolders(folder, subFolders);
         _watcher.watch(folder);
@@ -85,6 +89,10 @@ void LibrarySide::refreshAssets(const std::vector<std::string> &uuids)
     for (const std::string &uuid : uuids)
         _previews.forget(QString::fromStdString(uuid));
     _assets.refresh(uuids);
+    std::vector<std::string> gone;
+    std::copy_if(uuids.begin(), uuids.end(), std::back_inserter(gone),
+                 [this](const std::string &uuid) { return !_assets.find(uuid); });
+    _states.forgetBroken(gone);
     _states.updateSoon();
     watchUsed();
     emit assetsChanged();

@@ -96,7 +96,7 @@ void PreviewCache::receive(const Result &result)
     _underWay.remove(result.uuid);
     ++_loadedCount;
     if (result.image.isNull()) {
-        _missing.insert(result.uuid, true);
+        _missing.insert(result.uuid, new bool(true));
     } else {
         auto *pixmap = new QPixmap(QPixmap::fromImage(result.image));
         _pixmaps.insert(result.uuid, pixmap, std::max(1, pixmap->width() * pixmap->height() * 4 / 1024));

@@ -42,6 +42,8 @@ public:
     int loadedCount() const { return _loadedCount; }
 
     static constexpr int Size = 288; ///< pixels
+    static constexpr int MaxMissing =
+        1000; ///< of which it is remembered that they have no preview; more than are seen at once
 
 Q_SIGNALS:
     void loaded(const QString &uuid);
@@ -56,7 +58,7 @@ private:
 
     QThreadPool _pool;
     QCache<QString, QPixmap> _pixmaps;
-    QHash<QString, bool> _missing;
+    QCache<QString, bool> _missing{MaxMissing};
     std::vector<Wanted> _queue; ///< the next one last
     QHash<QString, bool> _underWay;
     int _loadedCount = 0;

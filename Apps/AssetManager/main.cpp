@@ -3,6 +3,7 @@
 #include "AssetManager/Language.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/MainWindow.h"
+#include "AssetManager/ProgramSetUp.h"
 #include "AssetManager/SceneSide.h"
 #include "AssetManager/Screenshot.h"
 #include "AssetManager/ScriptOptions.h"
@@ -14,7 +15,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
-#include <QLocale>
 #include <QTimer>
 
 #include <algorithm>
@@ -96,15 +96,11 @@ void runScript(MainWindow &window, const ScriptOptions &script, const std::funct
 
 int main(int argc, char **argv)
 {
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::RoundPreferFloor);
+    ProgramSetUp::begin();
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("asset-manager"));
+    ProgramSetUp::introduce(QApplication::arguments());
     QApplication::setApplicationVersion(QStringLiteral(KX_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("kxassets-asset-manager"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/kxassets-asset-manager.svg")));
-    Language::install(Language::wanted(QApplication::arguments()));
     QCommandLineParser parser;
     declare(parser);
     const ScriptOptions script(parser);

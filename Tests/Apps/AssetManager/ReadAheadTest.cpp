@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "AssetManager/ReadAhead.h"
+
+#include "AssetSession/kxAssetSession.h"
+#include "SlowDisk.h"
+#include "Support/TemporaryFolder.h"
+
+#include <QDir>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int Patience = 30000; // milliseconds
+
+class ReadAheadTest : public testing::Test
+{
+protected:
+    ReadAheadTest()
+    {
+        for (const char *name : {"a", "b"})
+            QDir().mkpath(path(name));
+        disk.begin(path({}));
+    }
+    ~ReadAheadTest() override { disk.end(); }
+
+    QString path(const QString &name) const
+    {
+        const QString root = QString::fromStdString(folder.file("lib"));
+        return name.isEmpty() ? root : root + '/' + name;
+    }
+
+    kxtest::TemporaryFolder folder;
+    kxAssetSession session;
+    SlowDisk &disk = SlowDisk::the();
+};
+
+} // namespace
+
+TEST_F(ReadAheadTest, TellsWhenWhatIsWaitedForMayBeRead)
+{
+    disk.hold(path({}));
+    ReadAhead ahead;
+    QSignalSpy advanced(&ahead, &ReadAhead::advanced);
+    ahead.want({path("a"), path("b")}, true);
+    EXPECT_FALSE(ahead.take(path("a")));
+    EXPECT_TRUE(ahead.isWanted(path("a")));
+
+    disk.letGo();
+    ASSERT_TRUE(advanced.wait(Patience));
+
+    EXPECT_TRUE(ahead.take(path("a")));
+    EXPECT_FALSE(ahead.isWanted(path("a")));
+    while (!ahead.take(path("b"))) {
+        ASSERT_TRUE(advanced.wait(Patience));
+    }
+}
+
+TEST_F(ReadAheadTest, ForgetsWhatWasWanted)
+{
+    disk.hold(path({}));
+    ReadAhead ahead;
+    ahead.want({path("a"), path("b")}, false);
+    QSignalSpy advanced(&ahead, &ReadAhead::advanced);
+
+    ahead.clear();
+    disk.letGo();
+    ahead.want({path("b")}, true);
+    while (!ahead.take(path("b"))) {
+        ASSERT_TRUE(advanced.wait(Patience));
+    }
+
+    EXPECT_FALSE(ahead.isWanted(path("a")));
+    EXPECT_FALSE(ahead.take(path("a")));
+}
