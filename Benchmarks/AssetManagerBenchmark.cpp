@@ -152,7 +152,12 @@ private:
         auto &target = widget<QToolButton>(button);
         clickAt(target, target.rect().center());
     }
-    void click(QTabBar &bar, int tab) { clickAt(bar, bar.tabRect(tab).center()); }
+    void click(QTabBar &bar, int tab)
+    {
+        clickAt(bar, bar.tabRect(tab).center());
+        if (bar.currentIndex() != tab)
+            qFatal("the click did not arrive");
+    }
     void clickFolder(const QString &path)
     {
         FolderTree &tree = _window.folders();

@@ -12,6 +12,7 @@
 #include <QMimeData>
 
 #include <algorithm>
+#include <numeric>
 #include <unordered_set>
 
 struct AssetModel::Known : AssetEntry
@@ -30,15 +31,21 @@ template <class Known> bool isNameBefore(const Known *a, const Known *b)
     return comparison != 0 ? comparison < 0 : a->uuid < b->uuid;
 }
 
-/// What orders lists of tags like their names.
-std::vector<int> ranksOf(const AssetTags &tags, const std::vector<int> &ranks)
+/// Orders lists of tags like lists of their names.
+class TagOrder
 {
-    std::vector<int> found;
-    found.reserve(tags.numbers().size());
-    for (const int number : tags.numbers())
-        found.push_back(ranks[static_cast<std::size_t>(number)]);
-    return found;
-}
+public:
+    bool operator()(const std::vector<int> &a, const std::vector<int> &b) const
+    {
+        const auto isBefore = [this](int left, int right) { return rankOf(left) < rankOf(right); };
+        return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), isBefore);
+    }
+
+private:
+    int rankOf(int number) const { return _ranks[static_cast<std::size_t>(number)]; }
+
+    std::vector<int> _ranks = AssetTags::ranks();
+};
 
 std::size_t hashOf(const QString &text)
 {
@@ -53,27 +60,32 @@ std::size_t hashOf(const std::vector<int> &numbers)
     return hash;
 }
 
-/// The place of each entry's key among all different keys.
-template <class Entry, class KeyOf>
-std::vector<qint64> ranksOfAll(const std::vector<Entry *> &entries, const KeyOf &keyOf)
+/// The place of each entry's key among all different keys, of which there are few.
+template <class Key, class Entry, class KeyOf, class Order>
+std::vector<qint64> ranksOfAll(const std::vector<Entry *> &entries, const KeyOf &keyOf, const Order &isBefore)
 {
-    using Key = std::decay_t<decltype(keyOf(entries.front()))>;
     struct Hash
     {
         std::size_t operator()(const Key &key) const { return hashOf(key); }
     };
-    std::unordered_map<Key, std::size_t, Hash> numbers; // in the order in which they were met
+    std::unordered_map<Key, qint64, Hash> ranks; // at first, the numbers in which they were met
+    std::vector<const Key *> keys;
     std::vector<qint64> found;
     found.reserve(entries.size());
-    for (const Entry *entry : entries)
-        found.push_back(static_cast<qint64>(numbers.emplace(keyOf(entry), numbers.size()).first->second));
-    std::vector<std::pair<Key, std::size_t>> sorted(numbers.begin(), numbers.end());
-    std::sort(sorted.begin(), sorted.end());
-    std::vector<qint64> ranks(sorted.size());
+    for (const Entry *entry : entries) {
+        const auto [key, isNew] = ranks.try_emplace(keyOf(*entry), static_cast<qint64>(ranks.size()));
+        if (isNew)
+            keys.push_back(&key->first);
+        found.push_back(key->second);
+    }
+    std::vector<std::size_t> sorted(keys.size());
+    std::iota(sorted.begin(), sorted.end(), 0U);
+    std::sort(sorted.begin(), sorted.end(), [&](std::size_t a, std::size_t b) { return isBefore(*keys[a], *keys[b]); });
+    std::vector<qint64> rankOf(keys.size());
     for (std::size_t rank = 0; rank < sorted.size(); ++rank)
-        ranks[sorted[rank].second] = static_cast<qint64>(rank);
+        rankOf[sorted[rank]] = static_cast<qint64>(rank);
     for (qint64 &number : found)
-        number = ranks[static_cast<std::size_t>(number)];
+        number = rankOf[static_cast<std::size_t>(number)];
     return found;
 }
 
@@ -320,7 +332,11 @@ AssetModel::Order AssetModel::order() const
     else if (_sortColumn == kxAssetCategory::getStorageLocationColumn())
         ascending = by([](const Known *entry) -> const QString & { return entry->folder; });
     else if (_sortColumn == kxAssetCategory::getTagsColumn())
-        ascending = by([ranks = AssetTags::ranks()](const Known *entry) { return ranksOf(entry->tags, ranks); });
+        ascending = [isBefore = TagOrder()](const Known *a, const Known *b) {
+            const std::vector<int> &left = a->tags.numbers();
+            const std::vector<int> &right = b->tags.numbers();
+            return left != right ? isBefore(left, right) : isNameBefore(a, b);
+        };
     if (_sortOrder == Qt::AscendingOrder)
         return ascending;
     return [ascending](const Known *a, const Known *b) { return ascending(b, a); };
@@ -337,13 +353,15 @@ void AssetModel::copyOrderOfNames()
 /// Of all by name: numbers with the order of what the column says, in which assets share few texts.
 std::vector<qint64> AssetModel::sortKeys() const
 {
+    const auto type = [](const Known &entry) -> const QString & { return entry.type; };
+    const auto folder = [](const Known &entry) -> const QString & { return entry.folder; };
+    const auto tags = [](const Known &entry) -> const std::vector<int> & { return entry.tags.numbers(); };
     if (_sortColumn == kxAssetCategory::getTypeColumn())
-        return ranksOfAll(_byName, [](const Known *entry) -> const QString & { return entry->type; });
+        return ranksOfAll<QString>(_byName, type, std::less<>());
     if (_sortColumn == kxAssetCategory::getStorageLocationColumn())
-        return ranksOfAll(_byName, [](const Known *entry) -> const QString & { return entry->folder; });
+        return ranksOfAll<QString>(_byName, folder, std::less<>());
     if (_sortColumn == kxAssetCategory::getTagsColumn())
-        return ranksOfAll(_byName,
-                          [ranks = AssetTags::ranks()](const Known *entry) { return ranksOf(entry->tags, ranks); });
+        return ranksOfAll<std::vector<int>>(_byName, tags, TagOrder());
     std::vector<qint64> times;
     times.reserve(_byName.size());
     for (const Known *entry : _byName)
