@@ -4,9 +4,12 @@
 #include "AssetManager/AssetStates.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/PreviewCache.h"
+#include "Assets/kxMaterialAssetItem.h"
 #include "Kernel/kxMaterials.h"
 #include "SceneGraph/AssetAttachment.h"
 #include "SceneGraph/EditCP.h"
+#include "SceneGraph/SwitchMaterial.h"
+#include "SceneGraph/UBRDFMaterial.h"
 #include "WindowFixture.h"
 
 #include <QAbstractItemView>
@@ -39,6 +42,33 @@ protected:
         settle();
         for (const std::string &uuid : uuids)
             ASSERT_TRUE(QTest::qWaitFor([&] { return isPlain(uuid); }, Patience));
+    }
+    std::string save(const osg::MaterialPtr &material, const std::string &name) const
+    {
+        kxMaterials::setName(material, name, false);
+        kxMaterialAssetItem item;
+        item.initFrom(material, {}, true);
+        std::string uuid = item.uuid();
+        EXPECT_TRUE(item.save(library()));
+        return uuid;
+    }
+    /// A material to choose from others, which have assets of their own.
+    std::string storeChoice(const std::string &name) const
+    {
+        const osg::FCRef<osg::SwitchMaterial> choice(osg::SwitchMaterial::create());
+        for (const char *part : {"Part 1", "Part 2"}) {
+            const osg::FCRef<osg::Material> material(osg::UBRDFMaterial::create());
+            save(material.get(), part);
+            const osg::CPEditor edit(choice.get(), osg::SwitchMaterial::MaterialsFieldMask);
+            choice->addMaterial(material.get());
+        }
+        return save(choice.get(), name);
+    }
+    void removePayload(const std::string &uuid) const
+    {
+        const QDir directory(directoryOf(uuid));
+        for (const QString &name : directory.entryList({"*.osb"}, QDir::Files))
+            ASSERT_TRUE(QFile::remove(directory.filePath(name)));
     }
     void showList() { press(Qt::Key_2, Qt::ControlModifier); }
     /// What there is of the preview of the asset, grabbed from the window.
@@ -146,9 +176,12 @@ TEST_F(MainWindowTileTest, DrawsTheIconsThatItemsPutOverTheirPreviews)
 {
     const std::string sky = storeEnvironment("Sky");
     const std::string oak = storeMaterial("Oak");
-    openWithPlainPreviews({sky, oak});
+    const std::string choice = storeChoice("Choice");
+    openWithPlainPreviews({sky, oak, choice});
 
     EXPECT_EQ(foreign(oak, {0.1, 0.1, 0.8, 0.8}), 0);
+    EXPECT_THAT(foreign(choice, {0.05, 0.5, 0.4, 0.45}), Gt(10));
+    EXPECT_EQ(foreign(choice, {0.1, 0.1, 0.8, 0.1}), 0);
     EXPECT_THAT(foreign(sky, {0.1, 0.5, 0.4, 0.4}), Gt(10));
     EXPECT_EQ(foreign(sky, {0.1, 0.1, 0.8, 0.1}), 0);
 }
@@ -192,14 +225,16 @@ TEST_F(MainWindowTileTest, MarksTheSameInTheList)
 TEST_F(MainWindowTileTest, MarksWhatIsBroken)
 {
     const std::string oak = storeMaterial("Oak");
-    openWithPlainPreviews({oak});
-    const QDir directory(directoryOf(oak));
-    ASSERT_TRUE(QFile::remove(directory.filePath(directory.entryList({"*.osb"}, QDir::Files).value(0))));
+    const std::string choice = storeChoice("Choice");
+    openWithPlainPreviews({oak, choice});
+    removePayload(oak);
+    removePayload(choice); // made of others, it needs none
     press(Qt::Key_F5);
     settle();
     waitForState(oak, AssetStates::Broken);
 
     EXPECT_THAT(count(oak, Red, UpperRight), Gt(Some));
+    EXPECT_EQ(count(choice, Red, UpperRight), 0);
     showList();
     EXPECT_THAT(count(oak, Red), Gt(Some));
 }
