@@ -13,7 +13,7 @@
 namespace {
 
 constexpr double HintOpacity = 0.6;
-constexpr int TabSpace = 12; // pixels on both sides of a name together
+constexpr int TabSpace = 16; // pixels on both sides of a name together
 
 /// The arrow of a selected row is as bright as the row's text, and the tabs of panels leave room for their names.
 class PanelStyle : public QProxyStyle

@@ -3,6 +3,7 @@
 #include "AssetManager/AssetBrowser.h"
 #include "AssetManager/FolderTree.h"
 #include "AssetManager/LibrarySide.h"
+#include "AssetManager/NodeTreeModel.h"
 #include "AssetManager/SceneView.h"
 #include "WindowFixture.h"
 
@@ -13,6 +14,7 @@
 #include <QStyle>
 #include <QTabBar>
 #include <QTableView>
+#include <QTreeView>
 
 #include <gmock/gmock.h>
 
@@ -79,6 +81,14 @@ TEST_F(MainWindowLayoutTest, ShowsTheNamesOfPanelsWholeInASmallWindow)
     window.reset();
     QApplication::setStyle(style);
     QApplication::setPalette(palette);
+}
+
+TEST_F(MainWindowLayoutTest, HasRoomForTheTypesOfObjectsAtFirst)
+{
+    const auto &tree = widget<QTreeView>("sceneTree");
+
+    EXPECT_FALSE(tree.isColumnHidden(NodeTreeModel::TypeColumn));
+    EXPECT_GE(tree.columnWidth(NodeTreeModel::TypeColumn), tree.fontMetrics().horizontalAdvance("Transform"));
 }
 
 TEST_F(MainWindowLayoutTest, KeepsItsSize)
