@@ -201,12 +201,23 @@ void RealInput::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 
 void RealInput::holdKey(Qt::Key key)
 {
-    perform({[=, this] { fake(XCB_KEY_PRESS, strokeOf(symbolOf(key)).code); }});
+    perform({[=, this] {
+        repeatKeys(XCB_AUTO_REPEAT_MODE_OFF);
+        fake(XCB_KEY_PRESS, strokeOf(symbolOf(key)).code);
+    }});
 }
 
 void RealInput::letGoKey(Qt::Key key)
 {
-    perform({[=, this] { fake(XCB_KEY_RELEASE, strokeOf(symbolOf(key)).code); }});
+    perform({[=, this] {
+        fake(XCB_KEY_RELEASE, strokeOf(symbolOf(key)).code);
+        repeatKeys(XCB_AUTO_REPEAT_MODE_DEFAULT);
+    }});
+}
+
+void RealInput::repeatKeys(unsigned mode) const
+{
+    xcb_change_keyboard_control(_connection, XCB_KB_AUTO_REPEAT_MODE, &mode);
 }
 
 bool RealInput::type(const QString &text)

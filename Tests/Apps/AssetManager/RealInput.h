@@ -40,7 +40,7 @@ public:
     /// Turns the wheel by so many notches, away from the person where that is positive.
     void turnWheel(const QPoint &place, int notches, Qt::KeyboardModifiers modifiers);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers);
-    /// The parts of a stroke, between which the server repeats it.
+    /// The parts of a stroke; the server does not repeat it in between.
     void holdKey(Qt::Key key);
     void letGoKey(Qt::Key key);
     /// Whether it still goes on; only a loop in which the program waits for something may ask.
@@ -66,6 +66,7 @@ private:
     void fake(unsigned type, unsigned detail, const QPoint &place = {}) const;
     void fakeMove(const QPoint &place) const;
     void fakeButton(Qt::MouseButton button, bool isDown) const;
+    void repeatKeys(unsigned mode) const;
     void fakeModifiers(Qt::KeyboardModifiers modifiers, bool isDown) const;
     void fakeStroke(const Stroke &stroke, Qt::KeyboardModifiers modifiers) const;
     void mark() const;
