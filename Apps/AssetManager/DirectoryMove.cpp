@@ -2,6 +2,7 @@
 #include "AssetManager/DirectoryMove.h"
 
 #include "AssetManager/DiskTrouble.h"
+#include "AssetManager/ShownName.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -38,10 +39,11 @@ std::error_code copyAndRemove(const fs::path &from, const fs::path &to)
     return error;
 }
 
-QString reasonOf(const std::error_code &error, const QString &name)
+QString reasonOf(const std::error_code &error, const QString &from)
 {
     const auto translated = [](const char *text) { return QCoreApplication::translate("DirectoryMove", text); };
-    if (error == std::errc::no_such_file_or_directory)
+    const QString name = ShownName::of(from);
+    if (error == std::errc::no_such_file_or_directory && !QFileInfo::exists(from))
         return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: it is not there any more."))
             .arg(name);
     const DiskTrouble::Kind trouble = DiskTrouble::of(error);
@@ -50,8 +52,8 @@ QString reasonOf(const std::error_code &error, const QString &name)
             .arg(name);
     if (trouble == DiskTrouble::Kind::Full)
         return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: the disk is full.")).arg(name);
-    return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved: %2"))
-        .arg(name, QString::fromStdString(error.message()));
+    return translated(QT_TRANSLATE_NOOP("DirectoryMove", "\"%1\" could not be moved.")).arg(name) + ' ' +
+           DiskTrouble::sentence(error);
 }
 
 } // namespace
@@ -62,5 +64,5 @@ QString DirectoryMove::move(const QString &from, const QString &to)
     fs::rename(pathOf(from), pathOf(to), error);
     if (error == std::errc::cross_device_link)
         error = copyAndRemove(pathOf(from), pathOf(to));
-    return error ? reasonOf(error, QFileInfo(from).fileName()) : QString();
+    return error ? reasonOf(error, from) : QString();
 }

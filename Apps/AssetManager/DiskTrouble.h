@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <string>
 #include <system_error>
 
 /// Why something could not be written, as far as a person can do something about it.
@@ -19,4 +20,8 @@ public:
     static Kind whenWritingInto(const QString &directory);
     /// A sentence that follows one that says what failed; \a other where nothing better is known.
     static QString advice(const QString &directory, const QString &other);
+    /// The same where the error is known, in words that people know who do not know the system's.
+    static QString sentence(const std::error_code &error);
+    /// The same where a text has the system's words for the error in it; "" where they are not found.
+    static QString sentenceFor(const std::string &text);
 };

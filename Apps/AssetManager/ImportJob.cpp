@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/ImportJob.h"
 
+#include "AssetManager/DiskTrouble.h"
 #include "AssetSession/kxAssetLibrary.h"
 #include "AssetSession/kxGeometryImport.h"
 #include "AssetSession/kxMaterialDescription.h"
@@ -57,10 +58,23 @@ ImportJob::Outcome ImportJob::run(const QStringList &files, QWidget *window)
         QCoreApplication::processEvents();
         if (progress.wasCanceled())
             break;
+        const int before = outcome.failures.size();
         importFile(files[i], outcome, progress);
+        if (outcome.failures.size() > before)
+            explain(files[i], before, outcome.failures);
     }
     progress.reset();
     return outcome;
+}
+
+/// Where nothing can be written, that is said of the file once, and not of all in it.
+void ImportJob::explain(const QString &file, int first, QStringList &failures) const
+{
+    const QString reason = DiskTrouble::advice(_folder, {});
+    if (reason.isEmpty())
+        return;
+    failures.erase(failures.begin() + first, failures.end());
+    failures.append(tr("\"%1\" could not be imported.").arg(QFileInfo(file).fileName()) + ' ' + reason);
 }
 
 void ImportJob::importFile(const QString &file, Outcome &outcome, QProgressDialog &progress) const

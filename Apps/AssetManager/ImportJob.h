@@ -31,6 +31,7 @@ public:
     Outcome run(const QStringList &files, QWidget *window);
 
 private:
+    void explain(const QString &file, int first, QStringList &failures) const;
     void importFile(const QString &file, Outcome &outcome, QProgressDialog &progress) const;
 
     QString _library;

@@ -3,6 +3,7 @@
 
 #include "AssetManager/DirectoryMove.h"
 #include "AssetManager/DiskTrouble.h"
+#include "AssetManager/ShownName.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -15,11 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-QString nameOf(const QString &path)
-{
-    return QFileInfo(path).fileName();
-}
-
 /// Of the directory itself, or of the one that the file is in.
 DirectoryStamp stampOf(const QString &path)
 {
@@ -29,11 +25,11 @@ DirectoryStamp stampOf(const QString &path)
 
 QString reasonOf(const std::error_code &error, const QString &path)
 {
-    const QString name = nameOf(path);
+    const QString name = ShownName::of(path);
     if (DiskTrouble::of(error) == DiskTrouble::Kind::Full)
         return KeptVersion::tr("\"%1\" was left as it is: the disk is too full to keep its present version.").arg(name);
-    return KeptVersion::tr("\"%1\" was left as it is: its present version could not be kept (%2).")
-        .arg(name, QString::fromStdString(error.message()));
+    return KeptVersion::tr("\"%1\" was left as it is: its present version could not be kept.").arg(name) + ' ' +
+           DiskTrouble::sentence(error);
 }
 
 } // namespace
@@ -104,9 +100,9 @@ QString KeptVersion::exchange()
 {
     if (!_kept.isEmpty() && !QFileInfo::exists(_kept))
         return tr("The former version of \"%1\" is not there any more: the deleted assets were removed for good.")
-            .arg(nameOf(_former));
+            .arg(ShownName::of(_former));
     if (_former != _now && QFileInfo::exists(_former))
-        return tr("\"%1\" could not be put back: something else is at its place now.").arg(nameOf(_former));
+        return tr("\"%1\" could not be put back: something else is at its place now.").arg(ShownName::of(_former));
     QString place;
     if (QFileInfo::exists(_now)) {
         const osg::Result<QString> made = _trash.makeHiddenPlaceFor(_now);

@@ -11,6 +11,7 @@
 #include "AssetManager/LibraryCommands.h"
 #include "AssetManager/ReplaceCommand.h"
 #include "AssetManager/SceneCommand.h"
+#include "AssetManager/ShownName.h"
 #include "AssetSession/kxAssetManagerModule.h"
 #include "AssetSession/kxAssetOperations.h"
 #include "AssetSession/kxNodeSaving.h"
@@ -62,6 +63,23 @@ void collect(const QString &directory)
         manager->collectItems(url, Undefined, nullptr);
 }
 
+/// Without what the sentence begins with anyway.
+QString causeOf(const std::string &reason)
+{
+    const QString text = QString::fromStdString(reason);
+    const QString introduction = QStringLiteral(" was not saved: ");
+    const int end = text.indexOf(introduction);
+    return end < 0 ? text : text.mid(end + introduction.size());
+}
+
+/// Whatever is known better than by \a otherwise, which has the words of programmers.
+QString notSaved(const QString &name, const QString &folder, const std::string &otherwise)
+{
+    const QString reason = DiskTrouble::advice(folder, {});
+    return reason.isEmpty() ? LibraryActions::tr("\"%1\" was not saved: %2").arg(name, causeOf(otherwise))
+                            : LibraryActions::tr("\"%1\" was not saved.").arg(name) + ' ' + reason;
+}
+
 /// What lay at or below \a from lies in the same way below \a to now.
 void follow(const LibraryActions::Move &move)
 {
@@ -103,7 +121,7 @@ QString LibraryActions::obstacleOf(const QString &path) const
 {
     if (!libraryOf(path).isEmpty())
         return {};
-    return tr("\"%1\" was left as it is: its library is not open any more.").arg(nameOf(path));
+    return tr("\"%1\" was left as it is: its library is not open any more.").arg(ShownName::of(path));
 }
 
 QString LibraryActions::carryOut(const Move &move)
@@ -112,7 +130,7 @@ QString LibraryActions::carryOut(const Move &move)
         if (QString reason = obstacleOf(path); !reason.isEmpty())
             return reason;
     if (QFileInfo::exists(move.to))
-        return tr("\"%1\" could not be put back: something else is at its place now.").arg(nameOf(move.from));
+        return tr("\"%1\" could not be put back: something else is at its place now.").arg(ShownName::of(move.from));
     if (QString reason = DirectoryMove::move(move.from, move.to); !reason.isEmpty())
         return reason;
     if (Trash::isTrash(move.to))
@@ -310,7 +328,9 @@ void LibraryActions::mergeFolder(const QString &path, const QString &folder, QSt
     const kxUrlManager *manager = kxUrlManager::getUrlManager(target);
     QUrl result;
     if (!manager || !manager->move(QUrl::fromLocalFile(path), target, result, false))
-        failures.append(tr("\"%1\" was not moved.").arg(nameOf(path)));
+        failures.append(QString(tr("\"%1\" was not moved.").arg(nameOf(path)) + ' ' +
+                                DiskTrouble::advice(folder, DiskTrouble::advice(path, {})))
+                            .trimmed());
     collect(folder + '/' + nameOf(path));
     emit assetsChanged(uuids);
     emit foldersChanged({QFileInfo(path).path(), folder});
@@ -401,7 +421,7 @@ void LibraryActions::putBack(const Trash::Entry &entry, Batch &batch)
     kxUrlManager *manager = kxUrlManager::getUrlManager(origin);
     if (!manager || !QDir().mkpath(entry.origin))
         batch.failures.append(
-            tr("\"%1\" could not be put back: \"%2\" cannot be made.").arg(nameOf(entry.path), entry.origin));
+            tr("\"%1\" could not be put back: \"%2\" cannot be made.").arg(ShownName::of(entry.path), entry.origin));
     else
         perform(batch,
                 {entry.path, entry.origin + '/' + manager->getUniqueDirectoryName(origin, nameOf(entry.path)), {}});
@@ -411,7 +431,7 @@ void LibraryActions::restore(const std::vector<Trash::Entry> &entries)
 {
     if (entries.empty() || waits([this, entries] { restore(entries); }))
         return;
-    const QString first = nameOf(entries.front().path);
+    const QString first = ShownName::of(entries.front().path);
     const auto text = [first](int count) {
         return count == 1 ? tr("Restoring of \"%1\"").arg(first)
                           : tr("Restoring of %n deleted thing(s)", nullptr, count);
@@ -510,21 +530,11 @@ QString LibraryActions::renderPreview(const std::string &uuid, ReplaceCommand &r
             return reason;
     const bool isRendered = bool(kxAssetOperations::renderPreview(uuid));
     emit assetsChanged({uuid});
-    return isRendered ? QString() : tr("No new preview could be made of \"%1\".").arg(name);
+    if (isRendered)
+        return {};
+    const QString reason = DiskTrouble::advice(item ? item->directoryUrl().toLocalFile() : QString(), {});
+    return QString(tr("No new preview could be made of \"%1\".").arg(name) + ' ' + reason).trimmed();
 }
-
-namespace {
-
-/// Without what the sentence begins with anyway.
-QString causeOf(const std::string &reason)
-{
-    const QString text = QString::fromStdString(reason);
-    const QString introduction = QStringLiteral(" was not saved: ");
-    const int end = text.indexOf(introduction);
-    return end < 0 ? text : text.mid(end + introduction.size());
-}
-
-} // namespace
 
 void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder)
 {
@@ -542,8 +552,7 @@ void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QStr
         if (result)
             saved.push_back(result.value().uuid);
         else
-            failures.append(tr("\"%1\" was not saved: %2")
-                                .arg(QString::fromStdString(osg::getName(node)), causeOf(result.reason())));
+            failures.append(notSaved(QString::fromStdString(osg::getName(node)), folder, result.reason()));
     }
     end();
     emit foldersChanged({folder});
@@ -570,7 +579,9 @@ void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const 
         if (item.save(QUrl::fromLocalFile(folder)))
             saved.push_back(uuid);
         else
-            failures.append(tr("The material \"%1\" could not be saved.").arg(name));
+            failures.append(
+                QString(tr("The material \"%1\" could not be saved.").arg(name) + ' ' + DiskTrouble::advice(folder, {}))
+                    .trimmed());
     }
     end();
     emit foldersChanged({folder});

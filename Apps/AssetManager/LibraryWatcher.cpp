@@ -23,6 +23,8 @@ LibraryWatcher::LibraryWatcher(QObject *parent) : QObject(parent)
     _timer.setInterval(QuietTime);
     connect(&_timer, &QTimer::timeout, this, &LibraryWatcher::announce);
     connect(&_watcher, &QFileSystemWatcher::directoryChanged, this, [this](const QString &folder) {
+        if (const auto library = _libraries.find(folder); library != _libraries.end())
+            isElsewhere(folder, library->second); // so that it is noticed also when it is back at once
         _changed.insert(folder);
         _timer.start();
     });
@@ -93,14 +95,22 @@ void LibraryWatcher::lookWhileNeeded()
         _lookTimer.start();
 }
 
+/// Whether there is something else at the path than when it was looked at last; then nothing is watched there any more.
+bool LibraryWatcher::isElsewhere(const QString &library, Place &place)
+{
+    const Place now(library);
+    if (now == place)
+        return false;
+    place = now;
+    forget(library);
+    return true;
+}
+
 void LibraryWatcher::look()
 {
     for (auto &[library, place] : _libraries) {
-        const Place now(library);
-        if (!(now != place))
+        if (!isElsewhere(library, place))
             continue;
-        place = now;
-        forget(library); // what was watched is not what lies there now
         _changed.insert(library);
         _timer.start();
     }

@@ -47,7 +47,7 @@ private:
     struct Place
     {
         explicit Place(const QString &path);
-        friend bool operator!=(const Place &a, const Place &b) { return a.device != b.device || a.file != b.file; }
+        friend bool operator==(const Place &a, const Place &b) { return a.device == b.device && a.file == b.file; }
 
         quint64 device = 0; ///< both 0 where there is nothing
         quint64 file = 0;
@@ -55,6 +55,7 @@ private:
 
     void announce();
     void look();
+    bool isElsewhere(const QString &library, Place &place);
     void lookAt(Stamps &assets);
     void lookWhileNeeded();
     static void replace(Stamps &assets, const QStringList &directories);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/SceneStore.h"
 
+#include "AssetManager/DiskTrouble.h"
 #include "AssetManager/EnvironmentStep.h"
 #include "AssetManager/SceneNodes.h"
 #include "AssetSession/kxSceneOpener.h"
@@ -296,6 +297,15 @@ void adoptCamera(const std::vector<osg::NodePtr> &nodes)
     }
 }
 
+QString notSaved(const QString &path, const std::string &reason)
+{
+    const QString name = QFileInfo(path).fileName();
+    const QString known = DiskTrouble::sentenceFor(reason);
+    if (known.isEmpty())
+        return SceneStore::tr("The scene could not be saved as \"%1\": %2").arg(name, QString::fromStdString(reason));
+    return SceneStore::tr("The scene could not be saved as \"%1\".").arg(name) + ' ' + known;
+}
+
 } // namespace
 
 QString SceneStore::save(const QString &path)
@@ -319,8 +329,7 @@ QString SceneStore::save(const QString &path)
     addActions(writing);
     const osg::Result<void> written = osg::writeSceneFile(path.toStdString(), writing.roots, options);
     if (!written)
-        return tr("The scene could not be saved as \"%1\": %2")
-            .arg(QFileInfo(path).fileName(), QString::fromStdString(written.reason()));
+        return notSaved(path, written.reason());
     kxController::setModified(false);
     return {};
 }

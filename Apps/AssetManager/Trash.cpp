@@ -2,6 +2,7 @@
 #include "AssetManager/Trash.h"
 
 #include "AssetManager/DiskTrouble.h"
+#include "AssetManager/ShownName.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,7 +43,7 @@ QString reasonOf(const std::error_code &error, const QString &name)
             .arg(name);
     if (trouble == DiskTrouble::Kind::Forbidden)
         return Trash::tr("\"%1\" could not be deleted: you may not write into its library.").arg(name);
-    return Trash::tr("\"%1\" could not be deleted: %2").arg(name, QString::fromStdString(error.message()));
+    return Trash::tr("\"%1\" could not be deleted.").arg(name) + ' ' + DiskTrouble::sentence(error);
 }
 
 } // namespace
@@ -64,7 +65,7 @@ osg::Result<QString> Trash::makePlaceFor(const QString &path) const
     const QByteArray text = QDir(_library).relativeFilePath(QFileInfo(path).path()).toUtf8();
     if (const std::error_code error = writeOrigin(place, text)) {
         QDir(place).removeRecursively();
-        return osg::Failure{reasonOf(error, QFileInfo(path).fileName()).toStdString()};
+        return osg::Failure{reasonOf(error, ShownName::of(path)).toStdString()};
     }
     return place.filePath(QFileInfo(path).fileName());
 }
@@ -79,12 +80,10 @@ osg::Result<QString> Trash::makeHiddenPlaceFor(const QString &path) const
     const QDir place(makeName());
     std::error_code error;
     std::filesystem::create_directories(place.path().toStdU16String(), error);
-    const QString name = QFileInfo(path).fileName();
     if (!error)
-        return place.filePath(name);
-    return osg::Failure{tr("\"%1\" could not be kept in its library: %2")
-                            .arg(name, QString::fromStdString(error.message()))
-                            .toStdString()};
+        return place.filePath(QFileInfo(path).fileName());
+    const QString failure = tr("\"%1\" was left as it is: its present version could not be kept.");
+    return osg::Failure{(failure.arg(ShownName::of(path)) + ' ' + DiskTrouble::sentence(error)).toStdString()};
 }
 
 std::vector<Trash::Entry> Trash::entries() const

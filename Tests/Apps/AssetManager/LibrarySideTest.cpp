@@ -311,9 +311,9 @@ TEST_F(LibrarySideTest, LeavesWhatIsInAClosedLibraryAsItIs)
     stack.undo();
     stack.undo();
 
-    EXPECT_EQ(reported, QStringList({"\"MAT_Elm\" was left as it is: its library is not open any more.",
+    EXPECT_EQ(reported, QStringList({"\"Elm\" was left as it is: its library is not open any more.",
                                      "\"New folder\" was left as it is: its library is not open any more.",
-                                     "\"MAT_Oak\" was left as it is: its library is not open any more."}));
+                                     "\"Oak\" was left as it is: its library is not open any more."}));
     EXPECT_TRUE(QFileInfo(directory).isDir());
     EXPECT_TRUE(QFileInfo(folder).isDir());
     EXPECT_TRUE(QFileInfo(trashed).isDir());

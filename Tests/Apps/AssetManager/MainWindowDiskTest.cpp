@@ -175,7 +175,7 @@ TEST_F(MainWindowDiskTest, SaysWhatMayNotBeWritten)
         clickAsset(oak);
         press(Qt::Key_Delete);
         settle();
-        EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be deleted: you may not write into its library.");
+        EXPECT_EQ(takeReport(), "\"Oak\" could not be deleted: you may not write into its library.");
         window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
         EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed. You may not write there.");
         clickFolder(path());
@@ -208,7 +208,7 @@ TEST_F(MainWindowDiskTest, KeepsEverythingWhereTheDiskIsFull)
         EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed. The disk is full.");
         window->libraries().actions().trashAssets({id(oak)});
         EXPECT_EQ(takeReport(),
-                  "\"MAT_Oak\" could not be deleted: the disk is full, and deleted assets are kept. Empty "
+                  "\"Oak\" could not be deleted: the disk is full, and deleted assets are kept. Empty "
                   "\"Deleted assets\", or make room elsewhere.");
         dropOnFolder(path(), *chair);
         EXPECT_TRUE(takeReport().startsWith("\"Chair\" was not saved"));
@@ -247,7 +247,7 @@ TEST_F(MainWindowDiskTest, SaysThatAnAssetIsGoneWhichItStillShows)
     ASSERT_TRUE(QDir(directoryOf(oak)).removeRecursively()); // and nobody has looked yet
     window->deleteChosen();
 
-    EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be moved: it is not there any more.");
+    EXPECT_EQ(takeReport(), "\"Oak\" could not be moved: it is not there any more.");
     EXPECT_FALSE(window->undoStack().canUndo());
     expectWorks();
 }

@@ -404,8 +404,8 @@ TEST_F(MainWindowMouseTest, GoesOnWithTheOthersAndListsWhatFailedAtTheEnd)
     press(Qt::Key_Delete);
     settle();
 
-    EXPECT_EQ(takeReport(), "\"MAT_Ash\" could not be moved: it is not there any more.\n\n"
-                            "\"GEO_Stool\" could not be moved: it is not there any more.");
+    EXPECT_EQ(takeReport(), "\"Ash\" could not be moved: it is not there any more.\n\n"
+                            "\"Stool\" could not be moved: it is not there any more.");
     EXPECT_THAT(names(), IsEmpty());
     press(Qt::Key_Z, Qt::ControlModifier);
     settle();

@@ -177,7 +177,7 @@ TEST_F(MainWindowReplaceTest, LeavesAnAssetOfAClosedLibraryAsItIs)
     undo();
 
     EXPECT_EQ(content(), after);
-    EXPECT_EQ(reported(), "\"MAT_Bog oak\" was left as it is: its library is not open any more.");
+    EXPECT_EQ(reported(), "\"Bog oak\" was left as it is: its library is not open any more.");
 }
 
 TEST_F(MainWindowReplaceTest, SavesNothingOverWhatItCannotKeep)
@@ -192,7 +192,7 @@ TEST_F(MainWindowReplaceTest, SavesNothingOverWhatItCannotKeep)
         saveOver(oak);
     }
 
-    EXPECT_EQ(reported(), "\"MAT_Oak\" was left as it is: the disk is too full to keep its present version.");
+    EXPECT_EQ(reported(), "\"Oak\" was left as it is: the disk is too full to keep its present version.");
     EXPECT_EQ(content(), before);
     EXPECT_FALSE(window->undoStack().undoText().contains("Saving over"));
 }

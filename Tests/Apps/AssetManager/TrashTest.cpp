@@ -75,7 +75,7 @@ TEST_F(TrashTest, HasNoPlaceInALibraryThatIsNotThere)
     const auto place = Trash("/proc/no-such-library").makePlaceFor("/proc/no-such-library/MAT_X");
 
     ASSERT_FALSE(place);
-    EXPECT_EQ(place.reason(), "\"MAT_X\" could not be deleted: No such file or directory");
+    EXPECT_EQ(place.reason(), "\"MAT_X\" could not be deleted. Its folder is not there any more.");
 }
 
 } // namespace
