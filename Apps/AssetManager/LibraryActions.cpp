@@ -10,6 +10,7 @@
 #include "AssetManager/LastingCommand.h"
 #include "AssetManager/LibraryCommands.h"
 #include "AssetManager/ReplaceCommand.h"
+#include "AssetManager/SaveLeftovers.h"
 #include "AssetManager/SceneCommand.h"
 #include "AssetManager/ShownName.h"
 #include "AssetSession/kxAssetManagerModule.h"
@@ -463,7 +464,8 @@ void LibraryActions::editTags(const QStringList &uuids, const QStringList &added
 {
     if (waits([this, uuids, added, removed] { editTags(uuids, added, removed); }))
         return;
-    std::vector<RetagCommand::Change> changes;
+    auto edit = std::make_unique<ReplaceCommand>(*this, QString());
+    int count = 0;
     QStringList failures;
     begin(tr("Tags of %n asset(s)", nullptr, uuids.size()), uuids.size(), _look);
     for (auto uuid = uuids.begin(); uuid != uuids.end() && _progress->goesOn(); ++uuid) {
@@ -472,15 +474,35 @@ void LibraryActions::editTags(const QStringList &uuids, const QStringList &added
         const QStringList after = edited(before, added, removed);
         if (!entry || after == before)
             continue;
-        if (const QString reason = retag(*uuid, after); !reason.isEmpty())
-            failures.append(reason);
+        QString reason = keepMetadata(*entry, *edit);
+        if (reason.isEmpty())
+            reason = retag(*uuid, after);
+        if (reason.isEmpty())
+            ++count;
         else
-            changes.push_back({*uuid, before, after});
+            failures.append(reason);
     }
     end();
-    if (!changes.empty())
-        _undo.push(std::make_unique<RetagCommand>(*this, std::move(changes)).release());
+    edit->settle();
+    edit->setText(tr("Tags of %n asset(s)", nullptr, count));
+    if (!edit->isEmpty())
+        _undo.push(edit.release()); // the stack's
     report(failures);
+}
+
+/// What is written anew when tags are, which is no texture; "" or why it cannot be kept.
+QString LibraryActions::keepMetadata(const AssetEntry &entry, ReplaceCommand &edit)
+{
+    const QDir directory(entry.directory);
+    QStringList files;
+    for (const QString &name : directory.entryList({QStringLiteral("*.xml"), QStringLiteral("*.osb")}, QDir::Files))
+        files.append(directory.filePath(name));
+    if (const QString preview = kxAssetOperations::previewFile(entry.uuid); QFileInfo::exists(preview))
+        files.append(preview);
+    for (const QString &file : files)
+        if (QString reason = edit.keepFile(entry.uuid, file); !reason.isEmpty())
+            return reason;
+    return {};
 }
 
 QString LibraryActions::retag(const QString &uuid, const QStringList &tags)
@@ -548,11 +570,14 @@ void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QStr
         const osg::NodePtr node = kxNodeUtils::getNodeFromId(*id);
         if (!node)
             continue;
+        const SaveLeftovers leftovers(folder);
         const auto result = kxNodeSaving({}).save(node, {}, QUrl::fromLocalFile(folder));
         if (result)
             saved.push_back(result.value().uuid);
-        else
+        else {
             failures.append(notSaved(QString::fromStdString(osg::getName(node)), folder, result.reason()));
+            leftovers.remove();
+        }
     }
     end();
     emit foldersChanged({folder});
@@ -576,12 +601,15 @@ void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const 
         kxMaterialAssetItem item;
         item.initFrom(material, {}, false);
         const std::string uuid = item.uuid();
+        const SaveLeftovers leftovers(folder);
         if (item.save(QUrl::fromLocalFile(folder)))
             saved.push_back(uuid);
-        else
+        else {
             failures.append(
                 QString(tr("The material \"%1\" could not be saved.").arg(name) + ' ' + DiskTrouble::advice(folder, {}))
                     .trimmed());
+            leftovers.remove();
+        }
     }
     end();
     emit foldersChanged({folder});

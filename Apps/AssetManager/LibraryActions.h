@@ -68,7 +68,6 @@ public:
     QString carryOut(const Move &move);
     /// Renames on the disk and in the registry; the answer says whether it worked.
     QString rename(const QString &uuid, const QString &name);
-    QString retag(const QString &uuid, const QStringList &tags);
     /// Each after the one that holds it. Both leave closed libraries as they are.
     void makeFolders(const QStringList &paths);
     /// Those of them that are empty, the last first.
@@ -115,6 +114,8 @@ private:
     void moveInto(const QString &folder, const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void putBack(const Trash::Entry &entry, Batch &batch);
+    QString keepMetadata(const AssetEntry &entry, ReplaceCommand &edit);
+    QString retag(const QString &uuid, const QStringList &tags);
     QString renderPreview(const std::string &uuid, ReplaceCommand &renewal);
     void mergeFolder(const QString &path, const QString &folder, QStringList &failures);
     std::vector<std::string> assetsIn(const QString &path) const;

@@ -129,28 +129,3 @@ void RenameCommand::redo()
     if (const QString reason = _actions.rename(_uuid, _name); !reason.isEmpty())
         _actions.report({reason});
 }
-
-RetagCommand::RetagCommand(LibraryActions &actions, std::vector<Change> changes)
-    : QUndoCommand(LibraryActions::tr("Tags of %n asset(s)", nullptr, static_cast<int>(changes.size()))),
-      _actions(actions), _changes(std::move(changes))
-{}
-
-void RetagCommand::apply(QStringList Change::*tags)
-{
-    QStringList failures;
-    for (const Change &change : _changes)
-        if (const QString reason = _actions.retag(change.uuid, change.*tags); !reason.isEmpty())
-            failures.append(reason);
-    _actions.report(failures);
-}
-
-void RetagCommand::undo()
-{
-    apply(&Change::before);
-}
-
-void RetagCommand::redo()
-{
-    if (!std::exchange(_isDone, false))
-        apply(&Change::after);
-}

@@ -77,27 +77,3 @@ private:
     QString _name;
     bool _isDone = true;
 };
-
-/// Tags of several assets.
-class RetagCommand final : public QUndoCommand
-{
-public:
-    struct Change
-    {
-        QString uuid;
-        QStringList before;
-        QStringList after;
-    };
-
-    RetagCommand(LibraryActions &actions, std::vector<Change> changes);
-
-    void undo() override;
-    void redo() override;
-
-private:
-    void apply(QStringList Change::*tags);
-
-    LibraryActions &_actions;
-    std::vector<Change> _changes;
-    bool _isDone = true;
-};

@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace {
@@ -71,6 +72,7 @@ void ReplaceCommand::settle()
 void ReplaceCommand::exchange()
 {
     QStringList failures;
+    std::map<std::string, QString> exchanged; // an asset may have several files here
     for (Replaced &one : _replaced) {
         QString reason = _actions.obstacleOf(one.version.place());
         if (reason.isEmpty() && one.isDirectory && !QFileInfo::exists(one.version.place()))
@@ -81,8 +83,10 @@ void ReplaceCommand::exchange()
         if (!reason.isEmpty())
             failures.append(reason);
         else
-            _actions.noteReplaced(one.uuid, one.isDirectory ? one.version.place() : directoryOf(one.uuid));
+            exchanged[one.uuid] = one.isDirectory ? one.version.place() : directoryOf(one.uuid);
     }
+    for (const auto &[uuid, directory] : exchanged)
+        _actions.noteReplaced(uuid, directory);
     _actions.report(failures);
 }
 

@@ -105,7 +105,7 @@ bool TrashDialog::empty(const QStringList &libraries, QWidget *parent)
         tr("%n deleted asset(s) and folder(s) will be removed from the disk for good.\nThis cannot be undone.", nullptr,
            count) +
             "\n\n" +
-            tr("What Undo keeps of assets that were saved over, and of previews that were rendered anew, goes as "
+            tr("What Undo keeps of assets that were saved over, and of previews and tags that were changed, goes as "
                "well."),
         QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
     if (answer != QMessageBox::Ok)

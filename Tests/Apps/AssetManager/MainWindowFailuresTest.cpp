@@ -57,8 +57,10 @@ protected:
         osg::NodePtr chair = addChair(name);
         const auto mesh = osg::GeometryPtr::dcast(chair->getChild(0)->getCore());
         const osg::CPEditor edit(mesh, osg::AllFieldMask);
-        for (int i = 0; i < Room; ++i)
-            mesh->editPositions().push_back({{std::sin(1.0F * i), std::cos(2.0F * i), std::sin(3.0F * i)}});
+        for (int i = 0; i < Room; ++i) {
+            const auto at = static_cast<float>(i); // which does not get smaller when it is compressed
+            mesh->editPositions().push_back({{std::sin(at), std::cos(2 * at), std::sin(3 * at)}});
+        }
         return chair;
     }
 
