@@ -2,17 +2,20 @@
 # SPDX-License-Identifier: Apache-2.0
 # screenshots.sh [LIBRARY [FOLDER]]
 #
-# Takes the pictures of the desktop program without a display: those of the README into Docs/images, among them a sheet of
-# all panels for each language and each appearance. The single pictures go into FOLDER, where one is named, to be looked at.
-# Needs a release build (./run --build-only), xvfb and oiiotool (./test installs both). Without LIBRARY a small one is made
-# of the samples.
+# Takes the pictures of the desktop program without a display: those of the README into Docs/images, among them sheets of all
+# panels and of all dialogs for each language and each appearance. The single pictures go into FOLDER, where one is named, to be
+# looked at. Needs a release build (./run --build-only), xvfb and oiiotool (./test installs both). Without LIBRARY a small one
+# is made of the samples, where it can be in /home/artist, which the pictures name then.
+#
+# ONLY='panels-light-*' Docs/screenshots.sh takes those alone whose names, without the suffix, are like that.
 set -eu -o pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 programs=$PWD/build/release/bin
 images=$PWD/Docs/images
 temporary=$(mktemp -d)
-trap 'rm -rf -- "$temporary"' EXIT
+home=
+trap 'rm -rf -- "$temporary" ${home:+"$home"}' EXIT
 mkdir -m 700 "$temporary/config" "$temporary/runtime"
 export XDG_CONFIG_HOME=$temporary/config XDG_RUNTIME_DIR=$temporary/runtime
 
@@ -67,39 +70,60 @@ EOT
     "$programs/kxassets" script "$temporary/marks.py" -- "$1" "$subject" "$2" | tail -n 1
 }
 
+# wanted NAME: whether that picture is to be taken.
+wanted() {
+    # shellcheck disable=SC2053  # it is a pattern
+    [[ $1 == ${ONLY-*} ]]
+}
+
 # picture FILE.png OPTION...; settings of the last picture are forgotten.
 picture() {
     local file=$1
     shift
     rm -rf -- "${XDG_CONFIG_HOME:?}"/*
     mkdir "$XDG_CONFIG_HOME/kxAssets"
-    printf '[General]\nfavourites=%s\n' "$favourite" > "$XDG_CONFIG_HOME/kxAssets/asset-manager.conf"
+    printf '[General]\nfavourites=%s\nshowsLines=%s\n' "$favourite" "${lines:-false}" > "$XDG_CONFIG_HOME/kxAssets/asset-manager.conf"
     timeout 300 xvfb-run -a -s '-screen 0 1600x1000x24' "$programs/asset-manager" "$library" "$@" --screenshot "$file"
     printf '%s\n' "$file"
 }
 
 # What goes into the repository: fewer colours than a screen has are enough, and a third of the size.
 keep() {
+    wanted "$1" || return 0
     local taken=$temporary/taken.png
     picture "$taken" "${@:2}" > /dev/null
     oiiotool "$taken" --ch R,G,B --resize 1200x0 -d uint8 --compression zip:9 -o "$images/$1.png"
     printf '%s\n' "$images/$1.png"
 }
 
-# sheet APPEARANCE-LANGUAGE: all its panels side by side.
+# sheet NAME APPEARANCE LANGUAGE VIEW...: all of these side by side.
 sheet() {
-    local view panels=()
-    for view in folders tree details property material environment plate view; do
-        panels+=("$folder/$view-$1.png" --ch 'R,G,B,A=1')
+    local name=$1-$2-$3 appearance=$2 language=$3 view panels=()
+    wanted "$name" || return 0
+    shift 3
+    for view in "$@"; do
+        local file=$folder/$view-$appearance-$language.png
+        local options=(--language "$language" --appearance "$appearance" --show "$view")
+        case $view in
+            # Of the assets and of dialogs the scene shows nothing, and takes time.
+            lines) lines=true picture "$file" "${options[@]/#lines/assets}" ;;
+            python) picture "$file" "${options[@]}" --script "$temporary/hello.py" ;;
+            assets | welcome | import | move | trash) picture "$file" "${options[@]}" ;;
+            *) picture "$file" "${options[@]}" "$scene" --select "$subject" ;;
+        esac
+        panels+=("$file" --ch 'R,G,B,A=1')
     done
-    oiiotool "${panels[@]}" --mosaic:pad=12:fit=360x420 4x2 -d uint8 --compression zip:9 \
-        -o "$images/panels-$1.png"
-    printf '%s\n' "$images/panels-$1.png"
+    oiiotool "${panels[@]}" --mosaic:pad=12:fit=360x420 4x2 -d uint8 --compression zip:9 -o "$images/$name.png"
+    printf '%s\n' "$images/$name.png"
 }
 
 library=${1-}
 if [[ -z $library ]]; then
     library=$temporary/Library
+    if [[ ! -e /home/artist ]] && mkdir /home/artist 2> /dev/null; then
+        home=/home/artist
+        library=$home/Library
+    fi
     make_library "$library"
 fi
 scene=$temporary/Engine.osb
@@ -108,30 +132,38 @@ favourite=
 
 mkdir -p "$images"
 keep window-light --language en --appearance light "$scene" --select "$subject"
+keep window-dark --language en --appearance dark "$scene" --select "$subject"
+keep window-light-de --language de --appearance light "$scene" --select "$subject"
 keep window-dark-de --language de --appearance dark "$scene" --select "$subject"
 keep list --language en --appearance light "$scene" --show list
 
-mkdir "$temporary/Marks"
-favourite=$(make_marks "$temporary/Marks/Library" "$temporary/Marks.osb")
-for appearance in light dark; do
-    library=$temporary/Marks/Library picture "$temporary/marks-$appearance.png" --language en --appearance "$appearance" \
-        "$temporary/Marks.osb" --show assets > /dev/null
-done
-# All of the light one, and the lower row of the dark one.
-oiiotool "$temporary/marks-light.png" --ch R,G,B --cut 832x396+0+0 \
-    "$temporary/marks-dark.png" --ch R,G,B --cut 832x168+0+228 \
-    --mosaic:pad=12 1x2 --cut 832x576+0+0 -d uint8 --compression zip:9 -o "$images/marks.png"
-favourite=
+if wanted marks; then
+    mkdir "$temporary/Marks"
+    favourite=$(make_marks "$temporary/Marks/Library" "$temporary/Marks.osb")
+    for appearance in light dark; do
+        library=$temporary/Marks/Library picture "$temporary/marks-$appearance.png" --language en \
+            --appearance "$appearance" "$temporary/Marks.osb" --show assets > /dev/null
+    done
+    # All of the light one, and the lower row of the dark one.
+    oiiotool "$temporary/marks-light.png" --ch R,G,B --cut 832x396+0+0 \
+        "$temporary/marks-dark.png" --ch R,G,B --cut 832x168+0+228 \
+        --mosaic:pad=12 1x2 --cut 832x576+0+0 -d uint8 --compression zip:9 -o "$images/marks.png"
+    favourite=
+fi
 
 folder=${2-$temporary/panels}
 mkdir -p "$folder"
+cat > "$temporary/hello.py" << EOT
+import kx
+
+for asset in kx.library("$library").assets("Materials"):
+    print(asset.name)
+EOT
 for language in en de; do
     for appearance in light dark; do
-        for view in folders details view tree property material environment plate ${2:+tiles list}; do
-            picture "$folder/$view-$appearance-$language.png" --language "$language" --appearance "$appearance" \
-                "$scene" --select "$subject" --show "$view"
-        done
-        [[ -z ${2-} ]] || picture "$folder/empty-$appearance-$language.png" --language "$language" --appearance "$appearance"
-        sheet "$appearance-$language"
+        sheet panels "$appearance" "$language" folders tree details property material environment plate view
+        sheet dialogs "$appearance" "$language" assets lines python tour welcome import move trash
+        name=empty-$appearance-$language
+        [[ -z ${2-} ]] || ! wanted "$name" || picture "$folder/$name.png" --language "$language" --appearance "$appearance"
     done
 done

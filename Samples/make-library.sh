@@ -16,12 +16,12 @@ box=$models/BoxTextured-glTF-Binary/BoxTextured.glb
 coats=$models/ClearCoat-glTF/ClearCoatTest.gltf
 
 # Nothing may wait for something that does not come.
-import() { timeout 900 "$kxassets" import "$@" --library "$unfinished" --preview-size 320 < /dev/null > /dev/null; }
+import() { timeout 900 "$kxassets" import "$@" --library "$unfinished" --preview-size 256 < /dev/null > /dev/null; }
 
 unfinished=$library.unfinished
 rm -rf -- "$unfinished"
 mkdir -p -- "$unfinished"
-import "$samples/designs.materials.json" --preview-samples 32
+import "$samples/designs.materials.json"
 if [[ -e $engine ]]; then
     import "$engine" "$box" "$coats" --folder Models
     import --geometry "$engine" "$box" --folder Models

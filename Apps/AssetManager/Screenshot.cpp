@@ -3,10 +3,16 @@
 
 #include "AssetManager/AssetBrowser.h"
 #include "AssetManager/AssetModel.h"
+#include "AssetManager/FolderDialog.h"
+#include "AssetManager/FolderModel.h"
+#include "AssetManager/ImportDialog.h"
 #include "AssetManager/LibrarySide.h"
 #include "AssetManager/MainWindow.h"
 #include "AssetManager/SceneSide.h"
 #include "AssetManager/SceneView.h"
+#include "AssetManager/ScriptSide.h"
+#include "AssetManager/TrashDialog.h"
+#include "AssetManager/WelcomeDialog.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxSelectionManager.h"
 
@@ -26,6 +32,7 @@ const QString Tiles = QStringLiteral("tiles");
 const QString List = QStringLiteral("list");
 const QString Assets = QStringLiteral("assets");
 const QString View = QStringLiteral("view");
+const QString Tour = QStringLiteral("tour");
 
 QDockWidget *findPanel(const MainWindow &window, const QString &view)
 {
@@ -36,23 +43,31 @@ QDockWidget *findPanel(const MainWindow &window, const QString &view)
 
 QStringList Screenshot::views()
 {
-    return {Tiles,
-            List,
-            Assets,
-            QStringLiteral("folders"),
-            QStringLiteral("details"),
-            View,
-            QStringLiteral("tree"),
-            QStringLiteral("property"),
-            QStringLiteral("material"),
-            QStringLiteral("environment"),
-            QStringLiteral("plate")};
+    QStringList all = {Tiles,
+                       List,
+                       Assets,
+                       QStringLiteral("folders"),
+                       QStringLiteral("details"),
+                       View,
+                       QStringLiteral("tree"),
+                       QStringLiteral("property"),
+                       QStringLiteral("material"),
+                       QStringLiteral("environment"),
+                       QStringLiteral("plate"),
+                       QStringLiteral("welcome"),
+                       QStringLiteral("import"),
+                       QStringLiteral("move"),
+                       QStringLiteral("trash"),
+                       Tour};
+    if (ScriptSide::isAvailable())
+        all.append(QStringLiteral("python"));
+    return all;
 }
 
 Screenshot::Screenshot(MainWindow &window, Options options, int exitCode)
     : QObject(&window), _window(window), _options(std::move(options)), _exitCode(exitCode)
 {
-    const bool hasPicture = _options.view == View || (_options.view != Assets && !findPanel(_window, _options.view));
+    const bool hasPicture = QStringList{QString(), Tiles, List, View, Tour}.contains(_options.view);
     _window.scene().view().setSampleLimit(hasPicture ? Samples : 1);
     connect(&_timer, &QTimer::timeout, this, &Screenshot::look);
     _timer.start(LookTime);
@@ -95,6 +110,23 @@ void Screenshot::show()
         panel->show();
         panel->raise();
     }
+    if (_options.view == Tour)
+        _window.startTour();
+}
+
+/// As it opens, without waiting for an answer; null: another view is wanted.
+std::unique_ptr<QDialog> Screenshot::makeDialog() const
+{
+    const QStringList libraries = _window.libraries().folders().libraries();
+    if (_options.view == QLatin1String("welcome"))
+        return std::make_unique<WelcomeDialog>(libraries.value(0), &_window);
+    if (_options.view == QLatin1String("import"))
+        return std::make_unique<ImportDialog>(QStringList{"chair.glb", "studio.exr"}, _window.targetFolder(), &_window);
+    if (_options.view == QLatin1String("move"))
+        return std::make_unique<FolderDialog>(_window.libraries().folders(), _window.targetFolder(), &_window);
+    if (_options.view == QLatin1String("trash"))
+        return std::make_unique<TrashDialog>(_window.libraries().actions(), libraries, &_window);
+    return nullptr;
 }
 
 void Screenshot::select()
@@ -121,6 +153,11 @@ void Screenshot::select()
 
 bool Screenshot::take() const
 {
+    if (const std::unique_ptr<QDialog> dialog = makeDialog()) {
+        dialog->show(); // hints and focus are those of a dialog that is seen
+        QCoreApplication::processEvents();
+        return dialog->grab().save(_options.file);
+    }
     QWidget *panel =
         _options.view == Assets ? static_cast<QWidget *>(&_window.browser()) : findPanel(_window, _options.view);
     return (panel ? panel->grab() : _window.grab()).save(_options.file);

@@ -5,7 +5,10 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <memory>
+
 class MainWindow;
+class QDialog;
 
 /// Takes a picture of the window once nothing happens in it any more, and ends the program.
 class Screenshot final : public QObject
@@ -16,7 +19,8 @@ public:
     struct Options
     {
         QString file;
-        QString view;  ///< "tiles" or "list"; "assets" or a panel: that alone is taken; empty: the window as it opens
+        QString
+            view; ///< "tiles" or "list"; "assets", a panel or a dialog: that alone is taken; empty: the window as it opens
         QString asset; ///< the name of an asset to select, with what the scene has of it
     };
 
@@ -32,6 +36,7 @@ private:
     void prepare();
     void show();
     void select();
+    std::unique_ptr<QDialog> makeDialog() const;
     bool take() const;
 
     MainWindow &_window;

@@ -59,10 +59,11 @@ void declare(QCommandLineParser &parser)
                             "light|dark"));
     parser.addOption(
         option("screenshot", text(QT_TRANSLATE_NOOP("main", "Write a picture of the window and end.")), "FILE.png"));
-    parser.addOption(option("show",
-                            text(QT_TRANSLATE_NOOP("main", "For the picture: tiles, list, or one panel alone (%1)."))
-                                .arg(Screenshot::views().mid(2).join(QStringLiteral(", "))),
-                            "VIEW"));
+    parser.addOption(option(
+        "show",
+        text(QT_TRANSLATE_NOOP("main", "For the picture: tiles, list, the tour, or one panel or dialog alone (%1)."))
+            .arg(Screenshot::views().mid(2).join(QStringLiteral(", "))),
+        "VIEW"));
     parser.addOption(
         option("select", text(QT_TRANSLATE_NOOP("main", "For the picture: the name of an asset to select.")), "NAME"));
 }

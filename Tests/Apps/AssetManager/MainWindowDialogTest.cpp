@@ -145,6 +145,21 @@ TEST_F(MainWindowDialogTest, AsksBeforeAChangedSceneIsLeft)
     EXPECT_THAT(childNames(root()), Not(Contains("Stool")));
 }
 
+TEST_F(MainWindowDialogTest, StaysWhereTheQuestionAtTheEndIsCancelled)
+{
+    const std::string stool = storeGeometry("Stool");
+    open();
+    loadIntoScene(stool);
+
+    dialogs.nextByKey(Qt::Key_Escape);
+    pressAndSettle(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_TRUE(window->isVisible());
+    dialogs.nextByButton("The scene was changed.", "Discard");
+    press(Qt::Key_Q, Qt::ControlModifier);
+
+    EXPECT_FALSE(window->isVisible());
+}
+
 TEST_F(MainWindowDialogTest, SavesOverAnAssetByTheMenuAndTakesItBack)
 {
     const QString entry = QStringLiteral("Save the scene's copy over it...");

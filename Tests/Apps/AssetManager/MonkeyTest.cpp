@@ -7,9 +7,9 @@
 #include "AssetManager/Tour.h"
 #include "AssetSession/kxLibraryVerifier.h"
 #include "Kernel/kxModalQuestion.h"
+#include "RandomDialogs.h"
 #include "WindowFixture.h"
 
-#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
@@ -18,14 +18,11 @@
 #include <QDirIterator>
 #include <QDockWidget>
 #include <QFile>
+#include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
-#include <QProgressDialog>
 #include <QRegularExpression>
 #include <QTabBar>
-#include <QTest>
-#include <QTimer>
-#include <QTreeWidget>
 
 #include <map>
 #include <random>
@@ -38,24 +35,19 @@ constexpr std::uint32_t Seed = 20260801;
 
 /// Somebody who presses and drags whatever there is, ten thousand times, with the server's mouse and keyboard.
 ///
-/// The environment variable KX_MONKEY_SEED has another one come.
-class MonkeyTest : public WindowFixture
+/// The environment variable KX_MONKEY_SEED has others come: numbers with commas between them.
+class MonkeyTest : public WindowFixture, public testing::WithParamInterface<std::uint32_t>
 {
 protected:
     MonkeyTest()
     {
-        const std::uint32_t seed =
-            qEnvironmentVariableIsSet("KX_MONKEY_SEED") ? qEnvironmentVariable("KX_MONKEY_SEED").toUInt() : Seed;
-        random.seed(seed);
-        RecordProperty("seed", std::to_string(seed));
-        std::printf("KX_MONKEY_SEED=%u\n", seed);
-        kxModalQuestion::setAnswerer([this](const kxModalQuestion::Question &question) { return answer(question); });
-        kxModalQuestion::setDialogAnswerer([this](QDialog &dialog) { return fillIn(dialog); });
-        // Queued: a timer whose slot waits for a dialog does not fire again.
-        QObject::connect(&helper, &QTimer::timeout, [this] {
-            QMetaObject::invokeMethod(
-                &helper, [this] { endWhatWaits(); }, Qt::QueuedConnection);
-        });
+        std::printf("KX_MONKEY_SEED=%u\n", GetParam());
+        const auto model = [](const char *name) { return QStringLiteral(KX_TEST_MODELS "/") + QLatin1String(name); };
+        dialogs.allow("Import files", {model("OBJ/box.obj"), model("PLY/cube.ply"), model("OBJ/SpiderTex.jpg"),
+                                       path("none.obj")}); // which does not exist
+        dialogs.allow("Add library", {path(), otherLibrary()});
+        dialogs.allow("Open scene", {scene("One"), scene("Two")});
+        dialogs.allow("Save scene", {scene("One"), scene("Two"), path("no folder/Three.osb")});
     }
 
     /// A library and a scene with everything.
@@ -74,17 +66,18 @@ protected:
         remember();
         QObject::connect(&window->libraries(), &LibrarySide::assetsChanged, [this] { remember(); });
         open();
-        imports = true;
+        QDir().mkpath(otherLibrary());
+        kxModalQuestion::setDialogAnswerer([](QDialog &dialog) {
+            dialog.findChild<QComboBox *>(QStringLiteral("pictures"))->setCurrentIndex(1); // plates
+            return QDialog::Accepted;
+        });
         window->importFiles(
             {QStringLiteral(KX_TEST_MODELS "/OBJ/box.obj"), QStringLiteral(KX_TEST_MODELS "/OBJ/SpiderTex.jpg")},
             path("A"));
-        imports = false;
         settle();
-        // A person would be asked for files, which nobody answers here, and the window is still needed.
         for (QAction *action : menuActions())
-            for (const char *text : {"Quit", "library...", "Import files", "Open scene", "Save scene"})
-                if (action->text().remove('&').contains(QLatin1String(text)))
-                    action->setEnabled(false);
+            if (action->text().remove('&') == QLatin1String("Quit"))
+                action->setEnabled(false); // the window is still needed
     }
 
     void act()
@@ -141,22 +134,24 @@ protected:
     {
         static const QRegularExpression uuid(QStringLiteral("<uuid>([-0-9a-f]{36})</uuid>"));
         std::map<QString, int> found;
-        QDirIterator files(path(), {QStringLiteral("*.xml")}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            QFile file(files.next());
-            if (isKeptVersion(file.fileName()))
-                continue;
-            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-            ++found[uuid.match(QString::fromUtf8(file.readAll())).captured(1)];
+        for (const QString &root : {path(), otherLibrary()}) {
+            QDirIterator files(root, {"*.xml"}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+            while (files.hasNext()) {
+                QFile file(files.next());
+                if (isKeptVersion(root, file.fileName()))
+                    continue;
+                EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+                ++found[uuid.match(QString::fromUtf8(file.readAll())).captured(1)];
+            }
         }
         return found;
     }
 
     /// Whether it is in the trash without having been deleted, as what can come back by undo.
-    bool isKeptVersion(const QString &file) const
+    static bool isKeptVersion(const QString &root, const QString &file)
     {
-        const QString place = QDir(path()).relativeFilePath(file).section('/', 0, 1);
-        return place.startsWith(".kx-trash/") && !QFileInfo::exists(path(place + "/.origin"));
+        const QString place = QDir(root).relativeFilePath(file).section('/', 0, 1);
+        return place.startsWith(".kx-trash/") && !QFileInfo::exists(root + '/' + place + "/.origin");
     }
 
     /// Where the library was closed it is opened, and where the scene was emptied there is something again.
@@ -185,17 +180,21 @@ protected:
 
     void calmDown()
     {
-        helper.stop();
+        dialogs.stop();
         while (QWidget *popup = QApplication::activePopupWidget())
             popup->close();
         if (auto *tour = window->findChild<Tour *>())
             tour->close();
         takeReport();
-        window->openLibraries({path()});
+        window->openLibraries({path(), otherLibrary()});
         settle();
     }
 
-    QTimer helper;
+    QString otherLibrary() const { return QFileInfo(path()).path() + "/other"; }
+    QString scene(const char *name) const { return QFileInfo(path()).path() + '/' + name + ".osb"; }
+
+    std::mt19937 random{GetParam()};
+    RandomDialogs dialogs{input, random};
     std::set<QString> seen;
 
 private:
@@ -214,38 +213,6 @@ private:
     {
         for (const std::string &uuid : window->libraries().assets().uuids([](const AssetEntry &) { return true; }))
             seen.insert(id(uuid));
-    }
-
-    QMessageBox::StandardButton answer(const kxModalQuestion::Question &question)
-    {
-        std::vector<QMessageBox::StandardButton> offered;
-        for (const auto button : {QMessageBox::Ok, QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel,
-                                  QMessageBox::Discard, QMessageBox::Save, QMessageBox::YesToAll, QMessageBox::NoToAll})
-            if (question.buttons.testFlag(button) && !(button == QMessageBox::Save && question.text.contains("closed")))
-                offered.push_back(button);
-        return offered.empty() ? question.defaultButton : oneOf(offered);
-    }
-    int fillIn(QDialog &dialog)
-    {
-        if (auto *deleted = dialog.findChild<QTreeWidget *>(QStringLiteral("deleted")); deleted && below(2)) {
-            deleted->selectAll();
-            QTest::mouseClick(dialog.findChild<QAbstractButton *>(QStringLiteral("restore")), Qt::LeftButton);
-        }
-        if (imports)
-            dialog.findChild<QComboBox *>(QStringLiteral("pictures"))->setCurrentIndex(1); // plates
-        return imports ? QDialog::Accepted : QDialog::Rejected;
-    }
-
-    /// Menus and dialogs run event loops of their own.
-    void endWhatWaits()
-    {
-        if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            dialog && !qobject_cast<QProgressDialog *>(dialog))
-            dialog->reject();
-        if (QApplication::activePopupWidget() && !input.isBusy()) {
-            static const Qt::Key keys[] = {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Return, Qt::Key_Escape};
-            input.press(oneOf(keys), Qt::NoModifier);
-        }
     }
 
     /// A place of the screen in the window.
@@ -313,6 +280,12 @@ private:
             {Qt::Key_2, Qt::ControlModifier},
             {Qt::Key_Return, Qt::ControlModifier},
             {Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier},
+            {Qt::Key_I, Qt::ControlModifier},
+            {Qt::Key_L, Qt::ControlModifier},
+            {Qt::Key_M, Qt::ControlModifier},
+            {Qt::Key_N, Qt::ControlModifier},
+            {Qt::Key_O, Qt::ControlModifier},
+            {Qt::Key_S, Qt::ControlModifier},
         };
         const Stroke &stroke = oneOf(strokes);
         input.press(stroke.key, stroke.modifiers);
@@ -362,17 +335,14 @@ private:
         const QPoint away(QApplication::startDragDistance() + 2, 2);
         input.drag({from, from + away, (from + to) / 2, to - QPoint(1, 1), to}, Qt::LeftButton, Qt::NoModifier);
     }
-
-    std::mt19937 random;
-    bool imports = false;
 };
 
-TEST_F(MonkeyTest, LeavesTheWindowUsableAndTheLibraryWhole)
+TEST_P(MonkeyTest, LeavesTheWindowUsableAndTheLibraryWhole)
 {
     prepare();
     const std::size_t assets = seen.size();
     EXPECT_EQ(assets, 11U);
-    helper.start(1);
+    dialogs.start();
 
     for (int i = 0; i < Events; ++i) {
         act();
@@ -383,14 +353,18 @@ TEST_F(MonkeyTest, LeavesTheWindowUsableAndTheLibraryWhole)
     }
     calmDown();
 
-    for (const auto &finding : kxLibraryVerifier(path()).verify())
-        ADD_FAILURE() << finding.path << ": " << finding.text;
+    for (const QString &root : {path(), otherLibrary()})
+        for (const auto &finding : kxLibraryVerifier(root).verify())
+            ADD_FAILURE() << finding.path << ": " << finding.text;
     std::set<QString> kept;
     for (const auto &[uuid, count] : stored()) {
         EXPECT_EQ(count, 1) << uuid.toStdString();
         kept.insert(uuid);
     }
-    EXPECT_EQ(kept, seen);
+    for (const QString &uuid : seen)
+        EXPECT_TRUE(kept.count(uuid)) << uuid.toStdString() << " is lost";
+    EXPECT_GT(dialogs.count(), 50);
+    EXPECT_GT(dialogs.typed(), 5);
     EXPECT_GE(seen.size(), assets + Events / 500); // undone, perhaps, and in the trash then
     const std::string later = storeMaterial("Later");
     window->libraries().refresh();
@@ -398,5 +372,15 @@ TEST_F(MonkeyTest, LeavesTheWindowUsableAndTheLibraryWhole)
     EXPECT_TRUE(window->libraries().assets().find(later));
     EXPECT_TRUE(window->isEnabled() && window->isVisible());
 }
+
+std::vector<std::uint32_t> seeds()
+{
+    std::vector<std::uint32_t> found;
+    for (const QString &seed : qEnvironmentVariable("KX_MONKEY_SEED", QString::number(Seed)).split(','))
+        found.push_back(seed.toUInt());
+    return found;
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, MonkeyTest, testing::ValuesIn(seeds()), testing::PrintToStringParamName());
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/Screenshot.h"
 
+#include "AssetManager/ScriptSide.h"
 #include "HeadlessProgram.h"
 #include "SceneFixture.h"
 
@@ -8,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -58,11 +60,18 @@ protected:
     /// Whether \a part is seen somewhere in \a whole, as it is.
     static bool holds(const QImage &whole, const QImage &part)
     {
+        const auto isLine = [&](int x, int y, int line) {
+            const auto *pixels = reinterpret_cast<const QRgb *>(whole.constScanLine(y + line)) + x;
+            return std::equal(pixels, pixels + part.width(), reinterpret_cast<const QRgb *>(part.constScanLine(line)));
+        };
         for (int y = 0; y + part.height() <= whole.height(); ++y)
-            for (int x = 0; x + part.width() <= whole.width(); ++x)
-                if (whole.copy(QRect(QPoint(x, y), QSize(part.width(), 1))) == part.copy(0, 0, part.width(), 1) &&
-                    whole.copy(QRect(QPoint(x, y), part.size())) == part)
+            for (int x = 0; x + part.width() <= whole.width(); ++x) {
+                int line = 0;
+                while (line < part.height() && isLine(x, y, line))
+                    ++line;
+                if (line == part.height())
                     return true;
+            }
         return false;
     }
 
@@ -95,7 +104,7 @@ TEST_F(ScreenshotTest, ShowsSomethingElseForEachView)
 
     const auto taken = take(wanted);
 
-    EXPECT_EQ(taken.size(), 11U);
+    EXPECT_EQ(taken.size(), ScriptSide::isAvailable() ? 17U : 16U);
     for (const auto &[view, image] : taken) {
         EXPECT_GT(colours(image), 10U) << view.toStdString();
         for (const auto &[other, otherImage] : taken)
