@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The desktop program on small and large libraries, with the server's mouse and keys: how long people wait, and whether it ever
 // stands still. Needs an X server.
-#include "Apps/AssetManager/RealInput.h"
 #include "AssetManager/Appearance.h"
 #include "AssetManager/AssetBrowser.h"
 #include "AssetManager/AssetModel.h"
@@ -11,6 +10,7 @@
 #include "AssetManager/MainWindow.h"
 #include "AssetManager/ProgramSetUp.h"
 #include "AssetSession/kxAssetSession.h"
+#include "RealInput.h"
 #include "Support/Comparison.h"
 #include "Support/Pauses.h"
 #include "Support/SampleLibrary.h"
