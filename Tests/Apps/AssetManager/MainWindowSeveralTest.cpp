@@ -54,6 +54,7 @@ protected:
     std::vector<std::string> materialsOf(const std::vector<osg::NodePtr> &objects)
     {
         std::vector<std::string> names;
+        names.reserve(objects.size());
         for (const osg::NodePtr &object : objects)
             names.push_back(materialOfSeat(object));
         return names;
