@@ -177,6 +177,8 @@ void NodeTreePanel::paste()
 {
     const std::vector<osg::NodePtr> chosen = viewSelection();
     const std::vector<osg::NodePtr> moved = _mover.paste(chosen.empty() ? osg::NodePtr() : chosen.front());
+    if (moved.empty())
+        return;
     _model->refresh();
     kxSelectionManager::clear();
     kxSelectionManager::selectNodes(moved);
