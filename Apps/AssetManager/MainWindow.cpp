@@ -40,7 +40,7 @@
 
 namespace {
 
-constexpr int FoldersWidth = 44; // letters: the scene tree below shows types as well
+constexpr int FoldersWidth = 40; // letters
 constexpr int DetailsWidth = 45;
 constexpr int MessageTime = 10000; // milliseconds
 

@@ -24,7 +24,7 @@
 namespace {
 
 constexpr int TypeWidth = 12; // letters: the names are what people look for
-constexpr int LeastNameWidth = 22;
+constexpr int LeastNameWidth = 20;
 constexpr int Indentation = 2; // letters, too: imported models are deep
 
 } // namespace
