@@ -62,8 +62,7 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     connect(&_actions, &LibraryActions::failed, this, &LibrarySide::failed);
     connect(&_previews, &PreviewCache::brokenFound, this, [this](const QString &uuid, bool isBroken) {
         const bool isUnusable = isBroken && needsPayload(uuid.toStdString());
-        _states.setBroken(uuid.toStdString(),
-                          isUnusable ? tr("Its file is missing: it cannot be loaded.") : QString());
+        _states.setBroken(uuid.toStdString(), isUnusable ? tr("Its file is missing: it cannot be loaded.") : QString());
     });
 }
 

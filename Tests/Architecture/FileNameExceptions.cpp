@@ -17,6 +17,7 @@ const std::vector<NameException> &headersWithoutSource()
         {"Host/Rendering/Internal/Ggx.h", "one-line functions of the inner loop"},
         {"Host/Rendering/Internal/Vector.h", "plain values with one-line functions"},
         {"Host/SceneGraph/FCPtr.h", "templates"},
+        {"Apps/AssetManager/DragView.h", "a template"},
         {"Apps/AssetManager/ImportOptions.h", "plain values"},
         {"Host/SceneGraph/FieldMacros.h", "macros and templates"},
         {"Host/SceneGraph/Fields.h", "templates"},

@@ -15,7 +15,7 @@ namespace {
 constexpr int Patience = 120000; // milliseconds
 
 /// The program as it is started on a desktop whose colours a person has chosen.
-class DesktopColorTest : public testing::Test
+class AppearanceDesktopTest : public testing::Test
 {
 protected:
     /// Colours as "red,green,blue".
@@ -60,7 +60,7 @@ protected:
     const kxtest::TemporaryFolder folder;
 };
 
-TEST_F(DesktopColorTest, IsDarkOnADarkDesktop)
+TEST_F(AppearanceDesktopTest, IsDarkOnADarkDesktop)
 {
     setDesktop("49,54,59", "35,38,41", "239,240,241");
 
@@ -71,7 +71,7 @@ TEST_F(DesktopColorTest, IsDarkOnADarkDesktop)
     EXPECT_EQ(share(window, Qt::white), 0);
 }
 
-TEST_F(DesktopColorTest, IsLightOnALightDesktop)
+TEST_F(AppearanceDesktopTest, IsLightOnALightDesktop)
 {
     setDesktop("238,239,240", "252,251,250", "20,21,22");
 
@@ -81,7 +81,7 @@ TEST_F(DesktopColorTest, IsLightOnALightDesktop)
     EXPECT_GE(share(window, QColor(252, 251, 250)), 20);
 }
 
-TEST_F(DesktopColorTest, IsAsAskedForWhateverTheDesktopIs)
+TEST_F(AppearanceDesktopTest, IsAsAskedForWhateverTheDesktopIs)
 {
     setDesktop("49,54,59", "35,38,41", "239,240,241");
 
