@@ -4,20 +4,19 @@
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/FolderTree.h"
 #include "AssetManager/LibrarySide.h"
-#include "AssetManager/PreviewCache.h"
 #include "WindowFixture.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QDockWidget>
-#include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QStatusBar>
 #include <QStyle>
 #include <QTest>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
 
 namespace {
 
