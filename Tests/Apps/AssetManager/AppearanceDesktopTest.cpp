@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace {
 
 constexpr int Patience = 120000; // milliseconds
@@ -21,11 +23,10 @@ protected:
     /// Colours as "red,green,blue".
     void setDesktop(const std::string &window, const std::string &view, const std::string &text) const
     {
-        std::string settings;
+        std::ostringstream settings;
         for (const auto &[part, ground] : {std::pair("Window", window), {"Button", window}, {"View", view}})
-            settings +=
-                std::string("[Colors:") + part + "]\nBackgroundNormal=" + ground + "\nForegroundNormal=" + text + "\n";
-        folder.write("kdeglobals", settings);
+            settings << "[Colors:" << part << "]\nBackgroundNormal=" << ground << "\nForegroundNormal=" << text << '\n';
+        folder.write("kdeglobals", settings.str());
     }
     /// What the window looks like.
     QImage picture(const QStringList &options = {}) const
