@@ -2,6 +2,7 @@
 #include "AssetManager/ImportJob.h"
 
 #include "AssetManager/DiskTrouble.h"
+#include "AssetManager/SaveLeftovers.h"
 #include "AssetSession/kxAssetLibrary.h"
 #include "AssetSession/kxGeometryImport.h"
 #include "AssetSession/kxMaterialDescription.h"
@@ -59,9 +60,12 @@ ImportJob::Outcome ImportJob::run(const QStringList &files, QWidget *window)
         if (progress.wasCanceled())
             break;
         const int before = outcome.failures.size();
+        const SaveLeftovers leftovers(_folder);
         importFile(files[i], outcome, progress);
-        if (outcome.failures.size() > before)
+        if (outcome.failures.size() > before) {
+            leftovers.removeEmpty();
             explain(files[i], before, outcome.failures);
+        }
     }
     progress.reset();
     return outcome;

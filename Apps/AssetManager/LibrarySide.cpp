@@ -76,6 +76,11 @@ void LibrarySide::noteFailure(const QString &folder, const QString &reason)
         _scan.refresh(info.path()); // it was moved or removed before its turn came, as folders may be
         return;
     }
+    if (isLibrary) {
+        // Looked at from now on, so that it is also noticed when it is back at once.
+        _watcher.setLibraries({});
+        _watcher.setLibraries(_folders.libraries());
+    }
     if (isLibrary && _folders.problemOf(folder) == reason)
         return; // it was said already, and is still to be seen
     if (isLibrary)

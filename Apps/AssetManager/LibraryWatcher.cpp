@@ -23,8 +23,6 @@ LibraryWatcher::LibraryWatcher(QObject *parent) : QObject(parent)
     _timer.setInterval(QuietTime);
     connect(&_timer, &QTimer::timeout, this, &LibraryWatcher::announce);
     connect(&_watcher, &QFileSystemWatcher::directoryChanged, this, [this](const QString &folder) {
-        if (const auto library = _libraries.find(folder); library != _libraries.end())
-            isElsewhere(folder, library->second); // so that it is noticed also when it is back at once
         _changed.insert(folder);
         _timer.start();
     });

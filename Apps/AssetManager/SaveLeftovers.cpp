@@ -5,6 +5,8 @@
 
 #include <QDir>
 
+#include <algorithm>
+
 SaveLeftovers::SaveLeftovers(const QString &folder) : _folder(folder), _before(directories()) {}
 
 QStringList SaveLeftovers::directories() const
@@ -16,9 +18,23 @@ QStringList SaveLeftovers::directories() const
     return QDir(_folder).entryList(patterns, QDir::Dirs | QDir::NoDotAndDotDot);
 }
 
+QStringList SaveLeftovers::newOnes() const
+{
+    QStringList names = directories();
+    names.erase(
+        std::remove_if(names.begin(), names.end(), [this](const QString &name) { return _before.contains(name); }),
+        names.end());
+    return names;
+}
+
 void SaveLeftovers::remove() const
 {
-    for (const QString &name : directories())
-        if (!_before.contains(name))
-            QDir(QDir(_folder).filePath(name)).removeRecursively();
+    for (const QString &name : newOnes())
+        QDir(QDir(_folder).filePath(name)).removeRecursively();
+}
+
+void SaveLeftovers::removeEmpty() const
+{
+    for (const QString &name : newOnes())
+        QDir(_folder).rmdir(name);
 }

@@ -12,9 +12,12 @@ public:
 
     /// The directories of assets that are there since then.
     void remove() const;
+    /// Those of them that nothing is in, where others may be whole assets.
+    void removeEmpty() const;
 
 private:
     QStringList directories() const;
+    QStringList newOnes() const;
 
     QString _folder;
     QStringList _before;

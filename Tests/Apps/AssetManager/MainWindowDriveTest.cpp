@@ -36,8 +36,7 @@ protected:
     /// Has another program keep a material of this colour, over that of the last time.
     void storeByOther(const std::string &color)
     {
-        const std::string description =
-            R"({"materials": [{"name": "Paint", "DiffuseColor": ")" + color + R"("}]})";
+        const std::string description = R"({"materials": [{"name": "Paint", "DiffuseColor": ")" + color + R"("}]})";
         const QString file = QString::fromStdString(folder.write("paint.materials.json", description));
         QProcess program;
         program.start(KX_ASSETS, {"import", file, "--library", path(), "--preview-size=16", "--preview-samples=1"});
@@ -73,7 +72,7 @@ TEST_F(MainWindowDriveTest, NoticesByItselfThatALibraryWentAndReadsItWhenItIsBac
     EXPECT_EQ(reported(), "") << "it was said, and is still to be seen";
 
     ASSERT_TRUE(QDir().rename(away, place));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return names() == std::vector<QString>{"Oak"} && window->isIdle(); }, 6000)) << names().size() << window->isIdle() << window->libraries().scan().isRunning() << window->libraries().previews().isIdle() << window->folders().folder().toStdString() << QFileInfo(place).isDir() << window->libraries().assets().knownCount() << window->libraries().folders().problemOf(place).toStdString() << window->libraries().folders().indexOf(place+"/Wood").isValid()<<reported().toStdString();
+    ASSERT_TRUE(waitForNames({"Oak"}));
     EXPECT_EQ(window->folders().folder(), place + "/Wood") << "which was chosen before";
     EXPECT_TRUE(window->libraries().assets().find(oak)->isFavourite);
     EXPECT_EQ(window->libraries().folders().problemOf(place), "");
