@@ -108,7 +108,7 @@ sheet() {
             # Of the assets and of dialogs the scene shows nothing, and takes time.
             lines) lines=true picture "$file" "${options[@]/#lines/assets}" ;;
             python) picture "$file" "${options[@]}" --script "$temporary/hello.py" ;;
-            assets | welcome | import | move | trash) picture "$file" "${options[@]}" ;;
+            assets | tour | welcome | import | move | trash) picture "$file" "${options[@]}" ;;
             *) picture "$file" "${options[@]}" "$scene" --select "$subject" ;;
         esac
         panels+=("$file" --ch 'R,G,B,A=1')
