@@ -90,6 +90,7 @@ const std::vector<NameException> &testsOfCapabilities()
         {"Tests/Libs/Assets/PayloadRoundTripTest.cpp", "saving and loading every kind of node of a random scene"},
         {"Tests/Libs/Assets/SavesRestoreTheSceneTest.cpp",
          "everything that saves, and what it leaves of a random scene"},
+        {"Tests/Apps/AssetManager/FirstStartTest.cpp", "the program itself, started for the first time"},
         {"Tests/Apps/AssetManager/MonkeyTest.cpp", "the whole window, used at random"},
         {"Tests/Apps/kxassets/LibraryRoundTripTest.cpp",
          "the whole way of a material, through many runs of the program"},
