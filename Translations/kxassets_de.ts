@@ -94,6 +94,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>Name</source>
         <translation>Name</translation>
     </message>
+    <message>
+        <source>favourite</source>
+        <translation>Favorit</translation>
+    </message>
 </context>
 <context>
     <name>AssetState</name>
@@ -134,6 +138,13 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>Assets as a list</source>
         <translation>Assets als Liste</translation>
+    </message>
+</context>
+<context>
+    <name>BatchProgress</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>
@@ -228,8 +239,8 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <translation>„%1“ konnte nicht verschoben werden: Der Datenträger ist voll.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; could not be moved: %2</source>
-        <translation>„%1“ konnte nicht verschoben werden: %2</translation>
+        <source>&quot;%1&quot; could not be moved.</source>
+        <translation>„%1“ konnte nicht verschoben werden.</translation>
     </message>
 </context>
 <context>
@@ -241,6 +252,30 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>You may not write there.</source>
         <translation>Dort darf nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Its folder is not there any more.</source>
+        <translation>Der Ordner dafür ist nicht mehr da.</translation>
+    </message>
+    <message>
+        <source>The drive does not answer. Is it connected?</source>
+        <translation>Das Laufwerk antwortet nicht. Ist es angeschlossen?</translation>
+    </message>
+    <message>
+        <source>Another program is using it.</source>
+        <translation>Ein anderes Programm benutzt es gerade.</translation>
+    </message>
+    <message>
+        <source>Its name is too long for the drive.</source>
+        <translation>Der Name ist zu lang für das Laufwerk.</translation>
+    </message>
+    <message>
+        <source>There is something of that name already.</source>
+        <translation>Es gibt dort schon etwas mit diesem Namen.</translation>
+    </message>
+    <message>
+        <source>The system reports error %1.</source>
+        <translation>Das System meldet den Fehler %1.</translation>
     </message>
 </context>
 <context>
@@ -705,6 +740,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>Importing &quot;%1&quot; (%2 of %3)</source>
         <translation>„%1“ wird importiert (%2 von %3)</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; could not be imported.</source>
+        <translation>„%1“ konnte nicht importiert werden.</translation>
+    </message>
 </context>
 <context>
     <name>KeptVersion</name>
@@ -713,16 +752,16 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <translation>„%1“ blieb, wie es ist: Die Platte ist zu voll, um den jetzigen Stand aufzuheben.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; was left as it is: its present version could not be kept (%2).</source>
-        <translation>„%1“ blieb, wie es ist: Der jetzige Stand konnte nicht aufgehoben werden (%2).</translation>
-    </message>
-    <message>
         <source>The former version of &quot;%1&quot; is not there any more: the deleted assets were removed for good.</source>
         <translation>Der frühere Stand von „%1“ ist nicht mehr da: Die gelöschten Assets wurden endgültig entfernt.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; could not be put back: something else is at its place now.</source>
         <translation>„%1“ konnte nicht zurückgelegt werden: An seinem Platz liegt jetzt etwas anderes.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was left as it is: its present version could not be kept.</source>
+        <translation>„%1“ wurde gelassen, wie es ist: Die jetzige Fassung konnte nicht aufgehoben werden.</translation>
     </message>
 </context>
 <context>
@@ -789,10 +828,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <translation>Löschen von „%1“</translation>
     </message>
     <message>
-        <source>Tags</source>
-        <translation>Tags</translation>
-    </message>
-    <message>
         <source>An asset&apos;s tags were not changed: it is not in an open library any more.</source>
         <translation>Die Tags eines Assets wurden nicht geändert: Es liegt in keiner geöffneten Bibliothek mehr.</translation>
     </message>
@@ -842,10 +877,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         </translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
-    </message>
-    <message>
         <source>Merge of &quot;%1&quot;</source>
         <translation>Zusammenführen von „%1“</translation>
     </message>
@@ -886,6 +917,36 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>&quot;%1&quot; was left as it is: its library is not open any more.</source>
         <translation>„%1“ blieb, wie es ist: Die Bibliothek ist nicht mehr geöffnet.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was not saved.</source>
+        <translation>„%1“ wurde nicht gespeichert.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Deletion of %n folder(s)</source>
+        <translation>
+            <numerusform>Löschen von %n Ordner</numerusform>
+            <numerusform>Löschen von %n Ordnern</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be put back: &quot;%2&quot; cannot be made.</source>
+        <translation>„%1“ konnte nicht zurückgelegt werden: „%2“ lässt sich nicht anlegen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Restoring of %n deleted thing(s)</source>
+        <translation>
+            <numerusform>Wiederherstellen von %n gelöschten Eintrag</numerusform>
+            <numerusform>Wiederherstellen von %n gelöschten Einträgen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was saved: something else is being done to the libraries.</source>
+        <translation>Nichts wurde gespeichert: An den Bibliotheken wird gerade etwas anderes getan.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was left as it is: it is not where it was saved any more.</source>
+        <translation>„%1“ bleibt, wie es ist: Es liegt nicht mehr dort, wo es gespeichert wurde.</translation>
     </message>
 </context>
 <context>
@@ -1069,8 +1130,20 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
         <translation>Bibliothek s&amp;chließen</translation>
     </message>
     <message>
-        <source>Its files stay as they are</source>
-        <translation>Die Dateien bleiben, wie sie sind</translation>
+        <source>Puts deleted assets and folders back, or removes them for good.</source>
+        <translation>Legt gelöschte Assets und Ordner zurück oder entfernt sie endgültig.</translation>
+    </message>
+    <message>
+        <source>Load &amp;below the selected object</source>
+        <translation>&amp;Unter das ausgewählte Objekt laden</translation>
+    </message>
+    <message>
+        <source>Replaces the previews that are there, also those that were painted by hand. Undo brings them back.</source>
+        <translation>Ersetzt die vorhandenen Vorschaubilder, auch von Hand gemalte. „Rückgängig“ bringt sie zurück.</translation>
+    </message>
+    <message>
+        <source>Its files stay as they are. What was done in it can be undone only while it is open.</source>
+        <translation>Die Dateien bleiben, wie sie sind. Was in der Bibliothek getan wurde, lässt sich nur rückgängig machen, solange sie offen ist.</translation>
     </message>
 </context>
 <context>
@@ -1115,6 +1188,10 @@ The File menu adds a folder as a library.</source>
         <translation>Keine Bibliothek ist geöffnet.
 Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     </message>
+    <message>
+        <source>It is read as soon as that is possible.</source>
+        <translation>Sie wird gelesen, sobald das möglich ist.</translation>
+    </message>
 </context>
 <context>
     <name>MaterialListModel</name>
@@ -1148,6 +1225,14 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     <message>
         <source>Rename</source>
         <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>Assign to the Selected Objects</source>
+        <translation>Den ausgewählten Objekten zuweisen</translation>
+    </message>
+    <message>
+        <source>No object is selected that could take the material.</source>
+        <translation>Es ist kein Objekt ausgewählt, das das Material bekommen könnte.</translation>
     </message>
 </context>
 <context>
@@ -1194,6 +1279,26 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <source>Delete</source>
         <translation>Löschen</translation>
     </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Move Out of Its Parent</source>
+        <translation>Aus der Gruppe herausnehmen</translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation>Ausschneiden</translation>
+    </message>
+    <message>
+        <source>Paste Below</source>
+        <translation>Darunter einfügen</translation>
+    </message>
 </context>
 <context>
     <name>NumberBox</name>
@@ -1239,12 +1344,16 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <translation>Plates über und unter dem Bild</translation>
     </message>
     <message>
-        <source>Drag plates to change their order</source>
-        <translation>Plates ziehen, um ihre Reihenfolge zu ändern</translation>
-    </message>
-    <message>
         <source>Drag a plate asset here to lay it over or under the picture.</source>
         <translation>Ein Plate-Asset hierher ziehen, um es über oder unter das Bild zu legen.</translation>
+    </message>
+    <message>
+        <source>Drag plates to change their order, or move them by Alt and the arrow keys</source>
+        <translation>Die Reihenfolge ändert sich durch Ziehen oder mit Alt und den Pfeiltasten</translation>
+    </message>
+    <message>
+        <source>Change Opacity</source>
+        <translation>Deckkraft ändern</translation>
     </message>
 </context>
 <context>
@@ -1307,6 +1416,13 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     <message>
         <source>Python cannot be started: %1</source>
         <translation>Python lässt sich nicht starten: %1</translation>
+    </message>
+</context>
+<context>
+    <name>SampleLibrary</name>
+    <message>
+        <source>The sample library could not be copied to &quot;%1&quot;: %2.</source>
+        <translation>Die Beispielbibliothek konnte nicht nach „%1“ kopiert werden: %2.</translation>
     </message>
 </context>
 <context>
@@ -1582,6 +1698,14 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
             <numerusform>%n gespeicherte Assets werden durch das ersetzt, was die Szene davon hat.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>No object is selected that something could be loaded below.</source>
+        <translation>Es ist kein Objekt ausgewählt, unter das etwas geladen werden könnte.</translation>
+    </message>
+    <message>
+        <source>Undo forgets what was done before, in the scene and in the libraries.</source>
+        <translation>„Rückgängig“ vergisst, was zuvor getan wurde, in der Szene und in den Bibliotheken.</translation>
+    </message>
 </context>
 <context>
     <name>SceneStore</name>
@@ -1592,6 +1716,10 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     <message>
         <source>&quot;%1&quot; could not be opened: %2</source>
         <translation>„%1“ konnte nicht geöffnet werden: %2</translation>
+    </message>
+    <message>
+        <source>The scene could not be saved as &quot;%1&quot;.</source>
+        <translation>Die Szene konnte nicht als „%1“ gespeichert werden.</translation>
     </message>
 </context>
 <context>
@@ -1635,10 +1763,6 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <translation>Datei &amp;ausführen …</translation>
     </message>
     <message>
-        <source>Runs a Python file in the scene that is open</source>
-        <translation>Führt eine Python-Datei in der offenen Szene aus</translation>
-    </message>
-    <message>
         <source>&amp;Stop</source>
         <translation>&amp;Anhalten</translation>
     </message>
@@ -1666,6 +1790,18 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <source>Running %1</source>
         <translation>%1 läuft</translation>
     </message>
+    <message>
+        <source>Where a statement changes the scene or the libraries, Undo forgets what was done before.</source>
+        <translation>Ändert eine Anweisung die Szene oder die Bibliotheken, vergisst „Rückgängig“, was zuvor getan wurde.</translation>
+    </message>
+    <message>
+        <source>What was done before cannot be undone any more: the script has changed the scene or the libraries.</source>
+        <translation>Was zuvor getan wurde, lässt sich nicht mehr rückgängig machen: Das Skript hat die Szene oder die Bibliotheken geändert.</translation>
+    </message>
+    <message>
+        <source>Runs a Python file in the scene that is open. Where it changes the scene or the libraries, Undo forgets what was done before.</source>
+        <translation>Führt eine Python-Datei in der offenen Szene aus. Ändert sie die Szene oder die Bibliotheken, vergisst „Rückgängig“, was zuvor getan wurde.</translation>
+    </message>
 </context>
 <context>
     <name>ScriptRunner</name>
@@ -1687,6 +1823,10 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     <message>
         <source>Python (this build comes without it)</source>
         <translation>Python (in dieser Fassung nicht enthalten)</translation>
+    </message>
+    <message>
+        <source>Where it changes the scene or the libraries, Undo forgets what was done before.</source>
+        <translation>Ändert das Skript die Szene oder die Bibliotheken, vergisst „Rückgängig“, was zuvor getan wurde.</translation>
     </message>
 </context>
 <context>
@@ -1754,12 +1894,12 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <translation>„%1“ konnte nicht gelöscht werden: in seine Bibliothek darf nicht geschrieben werden.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; could not be deleted: %2</source>
-        <translation>„%1“ konnte nicht gelöscht werden: %2</translation>
+        <source>&quot;%1&quot; could not be deleted.</source>
+        <translation>„%1“ konnte nicht gelöscht werden.</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; could not be kept in its library: %2</source>
-        <translation>„%1“ konnte in der Bibliothek nicht aufgehoben werden: %2</translation>
+        <source>&quot;%1&quot; was left as it is: its present version could not be kept.</source>
+        <translation>„%1“ wurde gelassen, wie es ist: Die jetzige Fassung konnte nicht aufgehoben werden.</translation>
     </message>
 </context>
 <context>
@@ -1809,6 +1949,14 @@ Das lässt sich nicht rückgängig machen.</numerusform>
     <message>
         <source>Nothing was deleted.</source>
         <translation>Nichts wurde gelöscht.</translation>
+    </message>
+    <message>
+        <source>Also removes the former versions that Undo would bring back.</source>
+        <translation>Entfernt auch die früheren Fassungen, die „Rückgängig“ zurückbringen würde.</translation>
+    </message>
+    <message>
+        <source>What Undo keeps of assets that were saved over, and of previews and tags that were changed, goes as well.</source>
+        <translation>Auch was „Rückgängig“ von überschriebenen Assets und von geänderten Vorschaubildern und Stichwörtern aufbewahrt, geht verloren.</translation>
     </message>
 </context>
 <context>
@@ -2107,10 +2255,6 @@ Ordner zusammenführen?</translation>
         <translation>Hell oder dunkel sein, wie auch immer der Desktop ist.</translation>
     </message>
     <message>
-        <source>For the picture: tiles, list, or one panel alone (%1).</source>
-        <translation>Für das Bild: tiles, list oder nur ein Bereich (%1).</translation>
-    </message>
-    <message>
         <source>For the picture: the name of an asset to select.</source>
         <translation>Für das Bild: Name eines Assets, das ausgewählt wird.</translation>
     </message>
@@ -2121,6 +2265,10 @@ Ordner zusammenführen?</translation>
     <message>
         <source>Stay when the script has ended.</source>
         <translation>Nach dem Ende des Skripts geöffnet bleiben.</translation>
+    </message>
+    <message>
+        <source>For the picture: tiles, list, the tour, or one panel or dialog alone (%1).</source>
+        <translation>Für das Bild: tiles, list, tour oder nur ein Bereich oder Dialog (%1).</translation>
     </message>
 </context>
 </TS>

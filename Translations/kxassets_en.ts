@@ -106,6 +106,20 @@
             <numerusform>Saving over %n assets</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Deletion of %n folder(s)</source>
+        <translation>
+            <numerusform>Deletion of %n folder</numerusform>
+            <numerusform>Deletion of %n folders</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Restoring of %n deleted thing(s)</source>
+        <translation>
+            <numerusform>Restoring of %n deleted thing</numerusform>
+            <numerusform>Restoring of %n deleted things</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>

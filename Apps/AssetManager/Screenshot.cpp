@@ -123,7 +123,8 @@ std::unique_ptr<QDialog> Screenshot::makeDialog() const
     if (_options.view == QLatin1String("import"))
         return std::make_unique<ImportDialog>(QStringList{"chair.glb", "studio.exr"}, _window.targetFolder(), &_window);
     if (_options.view == QLatin1String("move"))
-        return std::make_unique<FolderDialog>(_window.libraries().folders(), _window.targetFolder(), &_window);
+        return std::make_unique<FolderDialog>(_window.libraries().folders(), _window.targetFolder(), QStringList(),
+                                              &_window);
     if (_options.view == QLatin1String("trash"))
         return std::make_unique<TrashDialog>(_window.libraries().actions(), libraries, &_window);
     return nullptr;
