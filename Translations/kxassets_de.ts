@@ -1190,7 +1190,7 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     </message>
     <message>
         <source>It is read as soon as that is possible.</source>
-        <translation>Sie wird gelesen, sobald das möglich ist.</translation>
+        <translation>Sobald das möglich ist, wird sie gelesen.</translation>
     </message>
 </context>
 <context>
@@ -1349,7 +1349,7 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     </message>
     <message>
         <source>Drag plates to change their order, or move them by Alt and the arrow keys</source>
-        <translation>Die Reihenfolge ändert sich durch Ziehen oder mit Alt und den Pfeiltasten</translation>
+        <translation>Die Reihenfolge der Plates ändert sich durch Ziehen oder mit Alt und den Pfeiltasten</translation>
     </message>
     <message>
         <source>Change Opacity</source>

@@ -81,6 +81,12 @@ QString notSaved(const QString &name, const QString &folder, const std::string &
                             : LibraryActions::tr("\"%1\" was not saved.").arg(name) + ' ' + reason;
 }
 
+QString notRetagged(const QString &name, const QString &directory)
+{
+    const QString sentence = LibraryActions::tr("The tags of \"%1\" could not be changed.").arg(name);
+    return QString(sentence + ' ' + DiskTrouble::advice(directory, {})).trimmed();
+}
+
 /// What lay at or below \a from lies in the same way below \a to now.
 void follow(const LibraryActions::Move &move)
 {
@@ -474,9 +480,8 @@ void LibraryActions::editTags(const QStringList &uuids, const QStringList &added
         const QStringList after = edited(before, added, removed);
         if (!entry || after == before)
             continue;
-        QString reason = keepMetadata(*entry, *edit);
-        if (reason.isEmpty())
-            reason = retag(*uuid, after);
+        const QString reason =
+            keepMetadata(*entry, *edit).isEmpty() ? retag(*uuid, after) : notRetagged(entry->name, entry->directory);
         if (reason.isEmpty())
             ++count;
         else
@@ -521,8 +526,7 @@ QString LibraryActions::retag(const QString &uuid, const QStringList &tags)
     emit assetsChanged({uuid.toStdString()});
     if (done)
         return {};
-    const QString reason = DiskTrouble::advice(item->directoryUrl().toLocalFile(), {});
-    return QString(tr("The tags of \"%1\" could not be changed.").arg(name) + ' ' + reason).trimmed();
+    return notRetagged(name, item->directoryUrl().toLocalFile());
 }
 
 void LibraryActions::renderPreviews(const QStringList &uuids)

@@ -138,7 +138,7 @@ TEST_F(KeptVersionTest, PutsTheNewerBackWhereTheFormerFindsNoPlace)
     QDir(path("Wood")).removeRecursively();
     version.setPlaceOfNewer(path("Elm"));
 
-    EXPECT_EQ(version.exchange(), "\"Oak\" could not be moved: it is not there any more.");
+    EXPECT_EQ(version.exchange(), "\"Oak\" could not be moved. Its folder is not there any more.");
 
     EXPECT_EQ(read("Elm/a.txt"), "old");
     EXPECT_EQ(version.place(), path("Elm"));

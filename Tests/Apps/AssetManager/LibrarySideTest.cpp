@@ -301,7 +301,7 @@ TEST_F(LibrarySideTest, LeavesWhatIsInAClosedLibraryAsItIs)
     open();
     const QString directory = directoryOf(oak);
     side.actions().remember({oak}, "Import"); // undo would put it into the trash
-    const QString folder = side.actions().createFolder(path());
+    const QString made = side.actions().createFolder(path());
     side.actions().trashAssets({id(elm)});
     const QString trashed = Trash(path()).entries().front().path;
     finishScan();
@@ -315,14 +315,14 @@ TEST_F(LibrarySideTest, LeavesWhatIsInAClosedLibraryAsItIs)
                                      "\"New folder\" was left as it is: its library is not open any more.",
                                      "\"Oak\" was left as it is: its library is not open any more."}));
     EXPECT_TRUE(QFileInfo(directory).isDir());
-    EXPECT_TRUE(QFileInfo(folder).isDir());
+    EXPECT_TRUE(QFileInfo(made).isDir());
     EXPECT_TRUE(QFileInfo(trashed).isDir());
     EXPECT_FALSE(QFileInfo::exists(".kx-trash")) << "below wherever the program was started";
     QDir::setCurrent(started);
-    QDir().rmdir(folder);
+    QDir().rmdir(made);
     stack.redo();
     stack.redo();
-    EXPECT_FALSE(QFileInfo::exists(folder));
+    EXPECT_FALSE(QFileInfo::exists(made));
 }
 
 TEST_F(LibrarySideTest, PutsWhatWasRestoredIntoTheTrashAgain)

@@ -205,7 +205,7 @@ TEST_F(MainWindowDialogTest, PutsSeveralBackFromTheTrash)
 
     EXPECT_EQ(names().size(), 2U);
     chooseUndo();
-    EXPECT_EQ(names().size(), 1U) << "each is a step";
+    EXPECT_EQ(names().size(), 0U) << "both are one step";
 }
 
 TEST_F(MainWindowDialogTest, EmptiesTheTrashAfterAsking)

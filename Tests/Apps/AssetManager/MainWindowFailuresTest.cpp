@@ -80,7 +80,7 @@ TEST_F(MainWindowFailuresTest, MovesTheOtherAssets)
 
     dragAssets({ash, elm, oak}, *window->folders().viewport(), placeOfFolder(path("Wood")));
 
-    EXPECT_EQ(takeReport(), "\"MAT_Elm\" could not be moved: it is not there any more.");
+    EXPECT_EQ(takeReport(), "\"Elm\" could not be moved: it is not there any more.");
     EXPECT_THAT(foldersIn("Wood"), ElementsAre("MAT_Ash", "MAT_Oak"));
     undo();
     EXPECT_THAT(foldersIn("Wood"), IsEmpty());
@@ -116,9 +116,7 @@ TEST_F(MainWindowFailuresTest, SavesTheOtherObjects)
     settle();
 
     EXPECT_THAT(names(), ElementsAre("Bench", "Chair"));
-    const QString report = takeReport();
-    EXPECT_TRUE(report.startsWith("\"Throne\" was not saved: ")) << report.toStdString();
-    EXPECT_EQ(report.count("was not saved"), 1) << report.toStdString();
+    EXPECT_EQ(takeReport(), "\"Throne\" was not saved. The disk is full.");
     undo();
     EXPECT_THAT(names(), IsEmpty());
 }
@@ -146,7 +144,8 @@ TEST_F(MainWindowFailuresTest, SavesTheOtherMaterials)
     settle();
 
     EXPECT_EQ(foldersIn("Wood").size(), 2);
-    EXPECT_EQ(takeReport(), "The material \"" + QString::fromStdString(large) + "\" could not be saved.");
+    EXPECT_EQ(takeReport(),
+              "The material \"" + QString::fromStdString(large) + "\" could not be saved. The disk is full.");
     undo();
     EXPECT_THAT(foldersIn("Wood"), IsEmpty());
 }
@@ -201,8 +200,7 @@ TEST_F(MainWindowFailuresTest, PutsBackTheOthersAsOneStepAndTellsAboveTheDialog)
     settle();
     activate();
 
-    EXPECT_EQ(told,
-              QString("\"MAT_Elm\" could not be put back: \"%1\" cannot be made.").arg(path("MAT_Elm/MAT_Elm.txt")));
+    EXPECT_EQ(told, QString("\"Elm\" could not be put back: \"%1\" cannot be made.").arg(path("MAT_Elm/MAT_Elm.txt")));
     EXPECT_THAT(names(), ElementsAre("Ash", "Oak"));
     undo();
     EXPECT_THAT(names(), IsEmpty()) << "it is one step";
@@ -223,7 +221,7 @@ TEST_F(MainWindowFailuresTest, UndoesAndRedoesTheOthers)
 
     undo();
 
-    EXPECT_EQ(takeReport(), "\"MAT_Elm\" could not be put back: something else is at its place now.");
+    EXPECT_EQ(takeReport(), "\"Elm\" could not be put back: something else is at its place now.");
     EXPECT_THAT(foldersIn("Wood"), ElementsAre("MAT_Elm"));
     EXPECT_THAT(foldersIn(""), UnorderedElementsAre("MAT_Ash", "MAT_Elm", "MAT_Oak", "Wood"));
     QDir().rmdir(path("MAT_Elm"));
@@ -233,12 +231,12 @@ TEST_F(MainWindowFailuresTest, UndoesAndRedoesTheOthers)
     EXPECT_EQ(differenceOf(moved, contentOf(path())), "");
     ASSERT_TRUE(QDir(path("Wood/MAT_Ash")).removeRecursively());
     undo();
-    EXPECT_EQ(takeReport(), "\"MAT_Ash\" could not be moved: it is not there any more.");
+    EXPECT_EQ(takeReport(), "\"Ash\" could not be moved: it is not there any more.");
     EXPECT_THAT(foldersIn(""), ElementsAre("MAT_Elm", "MAT_Oak", "Wood"));
     QDir().mkpath(path("Wood/MAT_Oak"));
     pressRedo();
     settle();
-    EXPECT_EQ(takeReport(), "\"MAT_Oak\" could not be put back: something else is at its place now.");
+    EXPECT_EQ(takeReport(), "\"Oak\" could not be put back: something else is at its place now.");
     EXPECT_THAT(foldersIn("Wood"), ElementsAre("MAT_Elm", "MAT_Oak"));
 }
 
@@ -259,7 +257,7 @@ TEST_F(MainWindowFailuresTest, ListsTheFirstOfManyAndTheOthersBehindAButton)
     auto &box = *window->findChild<FailureBox *>();
     const QStringList shown = reported().split("\n\n");
     ASSERT_EQ(shown.size(), 7);
-    EXPECT_EQ(shown.at(5), "\"MAT_Oak 5\" could not be moved: it is not there any more.");
+    EXPECT_EQ(shown.at(5), "\"Oak 5\" could not be moved: it is not there any more.");
     EXPECT_EQ(shown.at(6), "... and 2 more.");
     QAbstractButton *details = nullptr;
     for (QAbstractButton *button : box.buttons())
@@ -271,7 +269,7 @@ TEST_F(MainWindowFailuresTest, ListsTheFirstOfManyAndTheOthersBehindAButton)
     auto *all = box.findChild<QTextEdit *>();
     ASSERT_TRUE(all && all->isVisible());
     EXPECT_EQ(all->toPlainText().split('\n').size(), 8);
-    EXPECT_TRUE(all->toPlainText().endsWith("\"MAT_Oak 7\" could not be moved: it is not there any more."));
+    EXPECT_TRUE(all->toPlainText().endsWith("\"Oak 7\" could not be moved: it is not there any more."));
 
     takeReport();
     window->report({"One alone."});
