@@ -33,11 +33,11 @@ QString translated(const char *text)
 const std::vector<std::pair<int, const char *>> &sentences()
 {
     static const std::vector<std::pair<int, const char *>> all{
-        {ENOSPC, FullDisk},     {EFBIG, FullDisk},      {EDQUOT, FullDisk},   {EACCES, NoPermission},
-        {EPERM, NoPermission},  {EROFS, NoPermission},  {ENOENT, GoneFolder}, {ENOTDIR, GoneFolder},
-        {EIO, NoAnswer},        {ENXIO, NoAnswer},      {ENODEV, NoAnswer},   {ENOTCONN, NoAnswer},
-        {ESTALE, NoAnswer},     {EHOSTDOWN, NoAnswer},  {ETIMEDOUT, NoAnswer}, {EBUSY, InUse},
-        {ETXTBSY, InUse},       {ENAMETOOLONG, LongName}, {EEXIST, TakenName}, {ENOTEMPTY, TakenName}};
+        {ENOSPC, FullDisk},    {EFBIG, FullDisk},        {EDQUOT, FullDisk},    {EACCES, NoPermission},
+        {EPERM, NoPermission}, {EROFS, NoPermission},    {ENOENT, GoneFolder},  {ENOTDIR, GoneFolder},
+        {EIO, NoAnswer},       {ENXIO, NoAnswer},        {ENODEV, NoAnswer},    {ENOTCONN, NoAnswer},
+        {ESTALE, NoAnswer},    {EHOSTDOWN, NoAnswer},    {ETIMEDOUT, NoAnswer}, {EBUSY, InUse},
+        {ETXTBSY, InUse},      {ENAMETOOLONG, LongName}, {EEXIST, TakenName},   {ENOTEMPTY, TakenName}};
     return all;
 }
 
