@@ -56,7 +56,7 @@ QString SampleLibrary::prepare(const QString &found, QString &trouble)
 {
     if (found != installed())
         return found;
-    const QString own =
+    QString own =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/kxAssets/") + Name;
     if (QFileInfo(own).isDir())
         return own;

@@ -47,9 +47,10 @@ protected:
     {
         QObject::connect(&_helper, &QTimer::timeout, [this, isTime, use] {
             auto *dialog = window->findChild<QProgressDialog *>("batchProgress");
-            if (!dialog || !dialog->isVisible() || isSeen || input.isBusy() || !isTime())
+            if (!dialog || !dialog->isVisible() || isSeen || !isTime())
                 return;
             isSeen = true;
+            EXPECT_TRUE(QTest::qWaitFor([this] { return !input.isBusy(); }, Patience)) << "with what began it all";
             EXPECT_TRUE(QTest::qWaitForWindowExposed(dialog));
             use(*dialog);
         });

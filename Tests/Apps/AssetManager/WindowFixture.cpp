@@ -157,9 +157,17 @@ void WindowFixture::clickAsset(const std::string &uuid, Qt::KeyboardModifiers mo
     clickItem(window->browser().view(), window->libraries().assets().indexOf(uuid), modifiers);
 }
 
+QModelIndex WindowFixture::indexOfFolder(const QString &directory)
+{
+    const FolderModel &folders = window->libraries().folders();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return folders.indexOf(directory).isValid(); }, Patience))
+        << directory.toStdString();
+    return folders.indexOf(directory);
+}
+
 void WindowFixture::clickFolder(const QString &directory)
 {
-    clickItem(window->folders(), window->libraries().folders().indexOf(directory));
+    clickItem(window->folders(), indexOfFolder(directory));
 }
 
 void WindowFixture::clickButton(const QString &name)
@@ -288,8 +296,7 @@ QModelIndex WindowFixture::rowOf(const QAbstractItemView &view, const QString &n
 
 QPoint WindowFixture::placeOfFolder(const QString &directory)
 {
-    const QModelIndex index = window->libraries().folders().indexOf(directory);
-    EXPECT_TRUE(index.isValid()) << directory.toStdString();
+    const QModelIndex index = indexOfFolder(directory);
     window->folders().scrollTo(index);
     return window->folders().visualRect(index).center();
 }
@@ -360,9 +367,7 @@ bool WindowFixture::dropOnItem(QAbstractItemView &view, const QModelIndex &index
 
 bool WindowFixture::dropOnFolder(const QString &directory, const QMimeData &data)
 {
-    const QModelIndex index = window->libraries().folders().indexOf(directory);
-    EXPECT_TRUE(index.isValid()) << directory.toStdString();
-    return dropOnItem(window->folders(), index, data);
+    return dropOnItem(window->folders(), indexOfFolder(directory), data);
 }
 
 osg::UberCameraPtr WindowFixture::camera()

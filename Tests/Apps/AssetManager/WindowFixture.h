@@ -58,6 +58,8 @@ protected:
     void click(QWidget &target, const QPoint &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void clickItem(QAbstractItemView &view, const QModelIndex &index, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void clickAsset(const std::string &uuid, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// Waits until it is shown, which those made on the disk are soon.
+    QModelIndex indexOfFolder(const QString &directory);
     void clickFolder(const QString &directory);
     void clickButton(const QString &name);
     /// Closes the menu that \a open leads to after \a use saw it.
