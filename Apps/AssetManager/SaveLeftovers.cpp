@@ -7,6 +7,17 @@
 
 #include <algorithm>
 
+namespace {
+
+/// Another program's, which saved in the same moment.
+bool isWhole(const QDir &directory)
+{
+    return !directory.entryList({QStringLiteral("*.xml")}, QDir::Files).isEmpty() &&
+           !directory.entryList({QStringLiteral("*.osb")}, QDir::Files).isEmpty();
+}
+
+} // namespace
+
 SaveLeftovers::SaveLeftovers(const QString &folder) : _folder(folder), _before(directories()) {}
 
 QStringList SaveLeftovers::directories() const
@@ -30,7 +41,8 @@ QStringList SaveLeftovers::newOnes() const
 void SaveLeftovers::remove() const
 {
     for (const QString &name : newOnes())
-        QDir(QDir(_folder).filePath(name)).removeRecursively();
+        if (QDir directory(QDir(_folder).filePath(name)); !isWhole(directory))
+            directory.removeRecursively();
 }
 
 void SaveLeftovers::removeEmpty() const

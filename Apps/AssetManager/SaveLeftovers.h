@@ -10,7 +10,7 @@ public:
     /// Just before the save.
     explicit SaveLeftovers(const QString &folder);
 
-    /// The directories of assets that are there since then.
+    /// The directories of assets that are there since then and lack something.
     void remove() const;
     /// Those of them that nothing is in, where others may be whole assets.
     void removeEmpty() const;
