@@ -77,11 +77,6 @@ protected:
         EXPECT_EQ(window->findChild<QProgressDialog *>("batchProgress"), nullptr);
         EXPECT_EQ(reported(), "");
     }
-    void undo()
-    {
-        press(Qt::Key_Z, Qt::ControlModifier);
-        settle();
-    }
 
     static constexpr int Count = 6;
     std::vector<std::string> uuids;

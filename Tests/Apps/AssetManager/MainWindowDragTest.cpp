@@ -107,11 +107,6 @@ protected:
         raise(dock);
         return *widget<QAbstractItemView>(list).viewport();
     }
-    void undo()
-    {
-        press(Qt::Key_Z, Qt::ControlModifier);
-        settle();
-    }
     /// Drags its files there. The other program moves on in its own time.
     void dragFrom(FileManager &program, QWidget &target, const QPoint &place)
     {

@@ -37,11 +37,6 @@ using testing::UnorderedElementsAre;
 class MainWindowFailuresTest : public WindowFixture
 {
 protected:
-    void undo()
-    {
-        press(Qt::Key_Z, Qt::ControlModifier);
-        settle();
-    }
     QStringList foldersIn(const QString &directory) const
     {
         return QDir(path(directory)).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);

@@ -45,7 +45,6 @@ protected:
         return found;
     }
     void choose(QAbstractItemView &view, const QString &name) { clickItem(view, rowOf(view, name)); }
-    void undo() { press(Qt::Key_Z, Qt::ControlModifier); }
 };
 
 TEST_F(MainWindowKeyboardTest, OrdersPlates)

@@ -127,11 +127,6 @@ protected:
         press(Qt::Key_Return);
         clickFolder(path()); // a number that is being typed has steps of its own
     }
-    void undo()
-    {
-        press(Qt::Key_Z, Qt::ControlModifier);
-        settle();
-    }
     static std::size_t environments() { return kxDefaultEnvironment::getSwitch()->getMaterials().size(); }
 };
 

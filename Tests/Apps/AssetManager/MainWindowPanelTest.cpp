@@ -57,7 +57,6 @@ protected:
         type(name);
         press(Qt::Key_Return);
     }
-    void undo() { press(Qt::Key_Z, Qt::ControlModifier); }
 };
 
 TEST_F(MainWindowPanelTest, SwitchesRenamesAndRemovesEnvironmentsByTheKeyboard)

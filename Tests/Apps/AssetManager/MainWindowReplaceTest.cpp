@@ -58,16 +58,6 @@ protected:
         settle();
         activate(); // a window manager does that when the progress closes
     }
-    void undo()
-    {
-        press(Qt::Key_Z, Qt::ControlModifier);
-        settle();
-    }
-    void redo()
-    {
-        pressRedo();
-        settle();
-    }
     std::uint32_t stateOf(const std::string &uuid) const { return window->libraries().states().stateOf(uuid); }
     bool becomes(const std::string &uuid, std::uint32_t state) const
     {

@@ -70,11 +70,6 @@ protected:
         return {2, 2};
     }
     QTreeView &sceneTree() { return widget<QTreeView>("sceneTree"); }
-    void undo()
-    {
-        press(Qt::Key_Z, Qt::ControlModifier);
-        settle();
-    }
 };
 
 TEST_F(MainWindowSceneTest, GivesAMaterialToTheObjectThatItIsDroppedOn)

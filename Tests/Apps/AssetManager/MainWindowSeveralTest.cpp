@@ -59,8 +59,6 @@ protected:
             names.push_back(materialOfSeat(object));
         return names;
     }
-    void undo() { press(Qt::Key_Z, Qt::ControlModifier); }
-
     using Names = std::vector<std::string>;
 
     const osg::NodePtr chair = addChair("Chair");

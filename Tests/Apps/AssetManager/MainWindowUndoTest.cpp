@@ -36,16 +36,6 @@ class MainWindowUndoTest : public WindowFixture
 {
 protected:
     LibraryContent content() const { return contentOf(path()); }
-    void undo()
-    {
-        press(Qt::Key_Z, Qt::ControlModifier);
-        settle();
-    }
-    void redo()
-    {
-        pressRedo();
-        settle();
-    }
     /// Takes the deed back, does it again, and takes it back again.
     void expectReversible(const char *name, const std::function<void()> &deed)
     {

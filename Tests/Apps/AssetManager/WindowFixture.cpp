@@ -315,6 +315,18 @@ void WindowFixture::pressRedo()
     press(static_cast<Qt::Key>(keys & ~modifierMask), Qt::KeyboardModifiers(static_cast<int>(keys & modifierMask)));
 }
 
+void WindowFixture::undo()
+{
+    press(Qt::Key_Z, Qt::ControlModifier);
+    settle();
+}
+
+void WindowFixture::redo()
+{
+    pressRedo();
+    settle();
+}
+
 void WindowFixture::type(const QString &text)
 {
     ASSERT_NE(QApplication::focusWidget(), nullptr);

@@ -91,6 +91,9 @@ protected:
     /// To whatever has the focus.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void pressRedo();
+    /// By the keys, until nothing is under way any more.
+    void undo();
+    void redo();
     void type(const QString &text);
 
     /// What dragging these gives.
