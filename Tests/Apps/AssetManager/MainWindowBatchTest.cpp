@@ -214,7 +214,7 @@ TEST_F(MainWindowBatchTest, GoesOnWhereAssetsVanishMeanwhile)
     selectAll();
     during([this] { return Trash(path()).entries().size() == 2; },
            [&](QProgressDialog &) {
-               for (int i : {3, 4})
+               for (std::size_t i : {3U, 4U})
                    EXPECT_TRUE(QDir(directoryOf(uuids.at(i))).removeRecursively());
                window->libraries().refresh();
                EXPECT_TRUE(QTest::qWaitFor([this] { return !window->libraries().scan().isRunning(); }, Patience));

@@ -242,7 +242,7 @@ TEST_F(MainWindowFailuresTest, ListsTheFirstOfManyAndTheOthersBehindAButton)
         uuids.push_back(storeMaterial("Oak " + std::to_string(i)));
     open();
     select(uuids);
-    for (int i = 0; i < 8; ++i)
+    for (std::size_t i = 0; i < 8; ++i)
         ASSERT_TRUE(QDir(directoryOf(uuids.at(i))).removeRecursively());
 
     press(Qt::Key_Delete);

@@ -155,7 +155,6 @@ protected:
     static constexpr QRgb Yellow = 0xFFF2B10E;
     static constexpr QRectF UpperRight{0.5, 0, 0.5, 0.5};
     static constexpr QRectF UpperLeft{0, 0, 0.5, 0.5};
-    static constexpr QRectF LowerLeft{0, 0.5, 0.5, 0.5};
     static constexpr int Some = 8; ///< pixels
 
 private:

@@ -13,8 +13,6 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 
-constexpr int Patience = HeadlessProgram::Patience;
-
 /// The program as a person starts it, with settings of its own.
 class ScriptOptionsTest : public testing::Test
 {
@@ -98,13 +96,13 @@ TEST_F(ScriptOptionsTest, StaysWhenItIsToldTo)
 
     QByteArray output;
     while (!output.contains("still there")) {
-        ASSERT_TRUE(process.waitForReadyRead(Patience));
+        ASSERT_TRUE(process.waitForReadyRead(HeadlessProgram::Patience));
         output += process.readAllStandardOutput();
     }
 
     EXPECT_EQ(process.state(), QProcess::Running);
     process.kill();
-    EXPECT_TRUE(process.waitForFinished(Patience));
+    EXPECT_TRUE(process.waitForFinished(HeadlessProgram::Patience));
 }
 
 TEST_F(ScriptOptionsTest, EndsWellWhateverAScriptLeavesRunning)
