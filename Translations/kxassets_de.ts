@@ -1139,7 +1139,7 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
     </message>
     <message>
         <source>Replaces the previews that are there, also those that were painted by hand. Undo brings them back.</source>
-        <translation>Ersetzt die vorhandenen Vorschaubilder, auch von Hand gemalte. „Rückgängig“ bringt sie zurück.</translation>
+        <translation>Ersetzt die vorhandenen Vorschauen, auch von Hand gemalte. „Rückgängig“ bringt sie zurück.</translation>
     </message>
     <message>
         <source>Its files stay as they are. What was done in it can be undone only while it is open.</source>
@@ -1956,7 +1956,7 @@ Das lässt sich nicht rückgängig machen.</numerusform>
     </message>
     <message>
         <source>What Undo keeps of assets that were saved over, and of previews and tags that were changed, goes as well.</source>
-        <translation>Auch was „Rückgängig“ von überschriebenen Assets und von geänderten Vorschaubildern und Stichwörtern aufbewahrt, geht verloren.</translation>
+        <translation>Auch was „Rückgängig“ von überschriebenen Assets und von geänderten Vorschauen und Tags aufbewahrt, geht verloren.</translation>
     </message>
 </context>
 <context>
