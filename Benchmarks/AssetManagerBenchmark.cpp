@@ -123,7 +123,7 @@ class LargeLibrary
 public:
     explicit LargeLibrary(const QString &path) : _window(_session.manager()), _path(path)
     {
-        _window.setGeometry(0, 0, 1500, 950);
+        _window.setGeometry(0, 0, 1600, 1000); // wide enough for the kinds as tabs
         _window.show();
         _window.activateWindow();
     }
