@@ -1703,8 +1703,8 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <translation>Es ist kein Objekt ausgewählt, unter das etwas geladen werden könnte.</translation>
     </message>
     <message>
-        <source>Undo forgets what was done before, in the scene and in the libraries.</source>
-        <translation>„Rückgängig“ vergisst, was zuvor getan wurde, in der Szene und in den Bibliotheken.</translation>
+        <source>Undo forgets what was done in the scene before.</source>
+        <translation>„Rückgängig“ vergisst, was vorher in der Szene getan wurde.</translation>
     </message>
 </context>
 <context>
@@ -1791,16 +1791,16 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <translation>%1 läuft</translation>
     </message>
     <message>
-        <source>Where a statement changes the scene or the libraries, Undo forgets what was done before.</source>
-        <translation>Ändert eine Anweisung die Szene oder die Bibliotheken, vergisst „Rückgängig“, was zuvor getan wurde.</translation>
+        <source>Where a statement changes the scene, Undo forgets what was done in it before.</source>
+        <translation>Wenn eine Anweisung die Szene ändert, vergisst „Rückgängig“, was vorher in ihr getan wurde.</translation>
     </message>
     <message>
-        <source>What was done before cannot be undone any more: the script has changed the scene or the libraries.</source>
-        <translation>Was zuvor getan wurde, lässt sich nicht mehr rückgängig machen: Das Skript hat die Szene oder die Bibliotheken geändert.</translation>
+        <source>What was done in the scene before cannot be undone any more: the script has changed it.</source>
+        <translation>Was vorher in der Szene getan wurde, lässt sich nicht mehr rückgängig machen: Das Skript hat sie geändert.</translation>
     </message>
     <message>
-        <source>Runs a Python file in the scene that is open. Where it changes the scene or the libraries, Undo forgets what was done before.</source>
-        <translation>Führt eine Python-Datei in der offenen Szene aus. Ändert sie die Szene oder die Bibliotheken, vergisst „Rückgängig“, was zuvor getan wurde.</translation>
+        <source>Runs a Python file in the scene that is open. Where it changes the scene, Undo forgets what was done in it before.</source>
+        <translation>Führt eine Python-Datei in der offenen Szene aus. Wenn sie die Szene ändert, vergisst „Rückgängig“, was vorher in ihr getan wurde.</translation>
     </message>
 </context>
 <context>
@@ -1825,8 +1825,8 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
         <translation>Python (in dieser Fassung nicht enthalten)</translation>
     </message>
     <message>
-        <source>Where it changes the scene or the libraries, Undo forgets what was done before.</source>
-        <translation>Ändert das Skript die Szene oder die Bibliotheken, vergisst „Rückgängig“, was zuvor getan wurde.</translation>
+        <source>Where it changes the scene, Undo forgets what was done in it before.</source>
+        <translation>Wenn es die Szene ändert, vergisst „Rückgängig“, was vorher in ihr getan wurde.</translation>
     </message>
 </context>
 <context>

@@ -7,14 +7,6 @@ FieldStep::FieldStep(std::uint32_t containerId, std::string field, osg::FieldVal
     : _containerId(containerId), _field(std::move(field)), _after(std::move(value))
 {}
 
-std::unique_ptr<FieldStep> FieldStep::done(std::uint32_t containerId, std::string field, osg::FieldValue before,
-                                           osg::FieldValue after)
-{
-    auto step = std::make_unique<FieldStep>(containerId, std::move(field), std::move(after));
-    step->_before = std::move(before);
-    return step;
-}
-
 QString FieldStep::apply()
 {
     const osg::FieldContainerPtr container = osg::FieldContainerFactory::the().getContainer(_containerId);

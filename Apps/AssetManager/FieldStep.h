@@ -6,8 +6,6 @@
 
 #include <QCoreApplication>
 
-#include <memory>
-
 /// Sets one field of a container. The container is known by id: one that is gone has nothing to set.
 class FieldStep final : public SceneStep
 {
@@ -15,10 +13,6 @@ class FieldStep final : public SceneStep
 
 public:
     FieldStep(std::uint32_t containerId, std::string field, osg::FieldValue value);
-
-    /// Of a change that was made already.
-    static std::unique_ptr<FieldStep> done(std::uint32_t containerId, std::string field, osg::FieldValue before,
-                                           osg::FieldValue after);
 
     QString apply() override;
     QString revert() override;

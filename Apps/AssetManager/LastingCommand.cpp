@@ -28,11 +28,11 @@ void LastingCommand::redo()
         part->redo();
 }
 
-bool LastingCommand::keepOnly(QUndoStack &stack, int begin)
+bool LastingCommand::keepOnly(QUndoStack &stack)
 {
     const int before = stack.index();
     std::vector<std::unique_ptr<LastingCommand>> kept;
-    for (int i = begin; i < before; ++i)
+    for (int i = 0; i < before; ++i)
         if (const auto *lasting = dynamic_cast<const LastingCommand *>(stack.command(i)))
             kept.emplace_back(new LastingCommand(*lasting));
     const bool isLess = static_cast<int>(kept.size()) < before;

@@ -20,8 +20,8 @@ public:
     void undo() override;
     void redo() override;
 
-    /// Empties a stack but for those that were done from its index \a begin on. Whether anything is gone that could be undone.
-    static bool keepOnly(QUndoStack &stack, int begin);
+    /// Empties a stack but for those that are done. Whether anything is gone that could be undone.
+    static bool keepOnly(QUndoStack &stack);
 
 private:
     LastingCommand(const LastingCommand &other);

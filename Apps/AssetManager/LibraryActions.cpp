@@ -2,7 +2,7 @@
 #include "AssetManager/LibraryActions.h"
 
 #include "AssetManager/AssetModel.h"
-#include "AssetManager/AttachmentChanges.h"
+#include "AssetManager/AssetTies.h"
 #include "AssetManager/DirectoryMove.h"
 #include "AssetManager/DiskTrouble.h"
 #include "AssetManager/FolderMerge.h"
@@ -11,7 +11,6 @@
 #include "AssetManager/LibraryCommands.h"
 #include "AssetManager/ReplaceCommand.h"
 #include "AssetManager/SaveLeftovers.h"
-#include "AssetManager/SceneCommand.h"
 #include "AssetManager/ShownName.h"
 #include "AssetSession/kxAssetManagerModule.h"
 #include "AssetSession/kxAssetOperations.h"
@@ -29,7 +28,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QPointer>
 #include <QUndoStack>
 #include <QUrl>
 
@@ -198,7 +196,7 @@ void LibraryActions::finish(Batch batch)
 {
     const int count = end() ? batch.total : static_cast<int>(batch.done.size());
     if (!batch.done.empty())
-        _undo.push(std::make_unique<MoveCommand>(*this, batch.text(count), std::move(batch.done)).release()); // its own
+        push(std::make_unique<MoveCommand>(*this, batch.text(count), std::move(batch.done)));
     report(batch.failures);
 }
 
@@ -213,7 +211,7 @@ void LibraryActions::renameAsset(const QString &uuid, const QString &name)
     if (const QString reason = rename(uuid, name); !reason.isEmpty())
         report({reason});
     else
-        _undo.push(std::make_unique<RenameCommand>(*this, uuid, former, name).release());
+        push(std::make_unique<RenameCommand>(*this, uuid, former, name));
 }
 
 QString LibraryActions::rename(const QString &uuid, const QString &name)
@@ -260,7 +258,7 @@ QString LibraryActions::createFolder(const QString &parent)
         return {};
     }
     emit foldersChanged({parent});
-    _undo.push(std::make_unique<NewFolderCommand>(*this, path).release()); // the stack's
+    push(std::make_unique<NewFolderCommand>(*this, path));
     return path;
 }
 
@@ -342,9 +340,8 @@ void LibraryActions::mergeFolder(const QString &path, const QString &folder, QSt
     emit assetsChanged(uuids);
     emit foldersChanged({QFileInfo(path).path(), folder});
     if (std::vector<Move> moves = merge.moves(); !moves.empty())
-        _undo.push(std::make_unique<MergeCommand>(*this, tr("Merge of \"%1\"").arg(nameOf(path)), std::move(moves),
-                                                  merge.emptied())
-                       .release());
+        push(std::make_unique<MergeCommand>(*this, tr("Merge of \"%1\"").arg(nameOf(path)), std::move(moves),
+                                            merge.emptied()));
 }
 
 void LibraryActions::noteReplaced(const std::string &uuid, const QString &directory)
@@ -491,7 +488,7 @@ void LibraryActions::editTags(const QStringList &uuids, const QStringList &added
     edit->settle();
     edit->setText(tr("Tags of %n asset(s)", nullptr, count));
     if (!edit->isEmpty())
-        _undo.push(edit.release()); // the stack's
+        push(std::move(edit));
     report(failures);
 }
 
@@ -542,7 +539,7 @@ void LibraryActions::renderPreviews(const QStringList &uuids)
     end();
     renewal->settle();
     if (!renewal->isEmpty())
-        _undo.push(renewal.release()); // the stack's
+        push(std::move(renewal));
     report(failures);
 }
 
@@ -569,6 +566,7 @@ void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QStr
     const auto total = static_cast<int>(ids.size());
     std::vector<std::string> saved;
     QStringList failures;
+    const AssetTies before(ids);
     begin(tr("Saving of %n object(s)", nullptr, total), total, _look);
     for (auto id = ids.begin(); id != ids.end() && _progress->goesOn(); ++id) {
         const osg::NodePtr node = kxNodeUtils::getNodeFromId(*id);
@@ -585,7 +583,7 @@ void LibraryActions::saveNodes(const std::vector<std::uint32_t> &ids, const QStr
     }
     end();
     emit foldersChanged({folder});
-    remember(saved, tr("Saving of %n object(s)", nullptr, static_cast<int>(saved.size())));
+    remember(saved, tr("Saving of %n object(s)", nullptr, static_cast<int>(saved.size())), &before);
     report(failures);
 }
 
@@ -596,6 +594,7 @@ void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const 
     const auto total = static_cast<int>(ids.size());
     std::vector<std::string> saved;
     QStringList failures;
+    const AssetTies before(ids);
     begin(tr("Saving of %n material(s)", nullptr, total), total, _look);
     for (auto id = ids.begin(); id != ids.end() && _progress->goesOn(); ++id) {
         const auto material = osg::MaterialPtr::dcast(osg::FieldContainerFactory::the().getContainer(*id));
@@ -617,7 +616,7 @@ void LibraryActions::saveMaterials(const std::vector<std::uint32_t> &ids, const 
     }
     end();
     emit foldersChanged({folder});
-    remember(saved, tr("Saving of %n material(s)", nullptr, static_cast<int>(saved.size())));
+    remember(saved, tr("Saving of %n material(s)", nullptr, static_cast<int>(saved.size())), &before);
     report(failures);
 }
 
@@ -642,35 +641,34 @@ QStringList LibraryActions::replace(const std::vector<std::uint32_t> &ids)
         else
             failures.append(reason);
     }
-    const AttachmentChanges attachments(saved);
+    const AssetTies before(saved);
     failures += kxAssetManagerModule::saveOver(saved);
     for (const std::uint32_t id : saved)
         if (kxAssetItem *item = kxAssetItemFactory::the().findItem(uuidOf(id)))
             noteReplaced(uuidOf(id), item->directoryUrl().toLocalFile());
-    finish(std::move(replacing), attachments);
+    replacing->settle();
+    if (!replacing->isEmpty())
+        push(std::move(replacing), &before);
     return failures;
 }
 
 /// What became of the disk and of the scene is one step.
-void LibraryActions::finish(std::unique_ptr<ReplaceCommand> replacing, const AttachmentChanges &attachments)
+void LibraryActions::push(std::unique_ptr<QUndoCommand> command, const AssetTies *before)
 {
-    replacing->settle();
-    if (replacing->isEmpty())
-        return;
-    const QPointer<LibraryActions> self(this);
-    auto marks = std::make_unique<SceneCommand>(replacing->text(), [self](const QStringList &reasons) {
-        if (self)
-            self->report(reasons);
-    });
-    attachments.adoptInto(*marks);
-    const QString text = replacing->text();
+    const QString text = command->text();
     LastingCommand::Parts parts;
-    parts.push_back(std::move(replacing));
-    parts.push_back(std::move(marks));
+    parts.push_back(std::move(command));
+    if (std::unique_ptr<QUndoCommand> ties = before ? before->changes() : nullptr)
+        parts.push_back(std::move(ties));
     _undo.push(std::make_unique<LastingCommand>(text, std::move(parts)).release()); // the stack's
 }
 
 void LibraryActions::remember(const std::vector<std::string> &uuids, const QString &text)
+{
+    remember(uuids, text, nullptr);
+}
+
+void LibraryActions::remember(const std::vector<std::string> &uuids, const QString &text, const AssetTies *before)
 {
     emit assetsChanged(uuids);
     std::vector<Move> moves;
@@ -683,5 +681,5 @@ void LibraryActions::remember(const std::vector<std::string> &uuids, const QStri
         moves.push_back({QString(), entry->directory, {uuid}});
     }
     if (!moves.empty())
-        _undo.push(std::make_unique<MoveCommand>(*this, text, std::move(moves)).release());
+        push(std::make_unique<MoveCommand>(*this, text, std::move(moves)), before);
 }

@@ -15,9 +15,10 @@
 #include <vector>
 
 class AssetModel;
-class AttachmentChanges;
+class AssetTies;
 class FolderModel;
 class ReplaceCommand;
+class QUndoCommand;
 class QUndoStack;
 
 /// What a person does to libraries. Everything but emptying the trash can be undone. Main thread only.
@@ -110,7 +111,9 @@ private:
     void begin(const Batch &batch);
     void perform(Batch &batch, const Move &move);
     void finish(Batch batch);
-    void finish(std::unique_ptr<ReplaceCommand> replacing, const AttachmentChanges &attachments);
+    /// The command is done already. It is kept whatever becomes of the scene.
+    void push(std::unique_ptr<QUndoCommand> command, const AssetTies *before = nullptr);
+    void remember(const std::vector<std::string> &uuids, const QString &text, const AssetTies *before);
     void moveInto(const QString &folder, const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void putBack(const Trash::Entry &entry, Batch &batch);

@@ -4,6 +4,7 @@
 #include "AssetManager/EditedAssets.h"
 #include "AssetManager/EnvironmentStep.h"
 #include "AssetManager/FieldStep.h"
+#include "AssetManager/LastingCommand.h"
 #include "AssetManager/NameStep.h"
 #include "AssetManager/PlacementStep.h"
 #include "AssetManager/PoolStep.h"
@@ -177,7 +178,8 @@ QString assignBelow(SceneCommand &command, const osg::NodePtr &node, const osg::
 
 SceneActions::SceneActions(QUndoStack &stack, QObject *parent) : QObject(parent), _stack(stack)
 {
-    connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::documentChanged, this, [this] { _stack.clear(); });
+    connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::documentChanged, this,
+            [this] { LastingCommand::keepOnly(_stack); });
 }
 
 SceneActions::~SceneActions() = default;
@@ -515,7 +517,5 @@ bool SceneActions::saveScene(const QString &path)
     const QString failure = SceneStore::save(path);
     if (!failure.isEmpty())
         Q_EMIT failed({failure});
-    else
-        _stack.clear();
     return failure.isEmpty();
 }

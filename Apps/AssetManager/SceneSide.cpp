@@ -213,12 +213,11 @@ void SceneSide::updateTitle()
 
 void SceneSide::addFileActions(QMenu &menu)
 {
-    const QString forgets = tr("Undo forgets what was done before, in the scene and in the libraries.");
+    const QString forgets = tr("Undo forgets what was done in the scene before.");
     MenuTip::add(*menu.addAction(tr("&New scene"), this, &SceneSide::newScene, QKeySequence::New), forgets);
     MenuTip::add(*menu.addAction(tr("&Open scene..."), this, &SceneSide::openScene, QKeySequence::Open), forgets);
-    MenuTip::add(*menu.addAction(tr("&Save scene"), this, &SceneSide::saveScene, QKeySequence::Save), forgets);
-    MenuTip::add(*menu.addAction(tr("Save scene &as..."), this, &SceneSide::saveSceneAs, QKeySequence::SaveAs),
-                 forgets);
+    menu.addAction(tr("&Save scene"), this, &SceneSide::saveScene, QKeySequence::Save);
+    menu.addAction(tr("Save scene &as..."), this, &SceneSide::saveSceneAs, QKeySequence::SaveAs);
 }
 
 void SceneSide::addActions(QMenu &menu)

@@ -38,7 +38,7 @@ ScriptConsole::ScriptConsole(ScriptRunner &runner, QWidget *parent) : QWidget(pa
     _input->setObjectName(QStringLiteral("scriptInput"));
     _input->setAccessibleName(tr("Python statements"));
     _input->setPlaceholderText(tr("import kx"));
-    _input->setToolTip(tr("Where a statement changes the scene or the libraries, Undo forgets what was done before."));
+    _input->setToolTip(tr("Where a statement changes the scene, Undo forgets what was done in it before."));
     auto *prompt = new QLabel(QStringLiteral(">>>"), this);
     prompt->setFont(_input->font());
     prompt->setBuddy(_input);
@@ -58,8 +58,7 @@ ScriptConsole::ScriptConsole(ScriptRunner &runner, QWidget *parent) : QWidget(pa
     connect(&_runner, &ScriptRunner::written, this,
             [this](const QString &text, bool isError) { write(text, isError ? Kind::Error : Kind::Printed); });
     connect(&_runner, &ScriptRunner::undoEmptied, this, [this] {
-        write(tr("What was done before cannot be undone any more: the script has changed the scene or the libraries.") +
-                  '\n',
+        write(tr("What was done in the scene before cannot be undone any more: the script has changed it.") + '\n',
               Kind::Entered);
     });
     connect(&_runner, &ScriptRunner::started, this, &ScriptConsole::updateButtons);
@@ -74,8 +73,8 @@ QWidget *ScriptConsole::makeButtons()
     auto *row = new QWidget(this);
     _runFile =
         makeButton(tr("&Run file..."), "scriptRunFile",
-                   tr("Runs a Python file in the scene that is open. Where it changes the scene or the libraries, Undo "
-                      "forgets what was done before."));
+                   tr("Runs a Python file in the scene that is open. Where it changes the scene, Undo forgets what was "
+                      "done in it before."));
     _stop = makeButton(tr("&Stop"), "scriptStop", tr("Ends the running script; press again if it does not give in"));
     QPushButton *clear = makeButton(tr("&Clear"), "scriptClear", tr("Empties what was printed"));
     connect(_runFile, &QPushButton::clicked, this, &ScriptConsole::chooseFile);

@@ -2,9 +2,6 @@
 #include "AssetManager/ScriptGuard.h"
 
 #include "AssetManager/LastingCommand.h"
-#include "AssetSession/kxAssetLibrary.h"
-#include "Assets/kxAssetItem.h"
-#include "Assets/kxAssetItemFactory.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
@@ -43,33 +40,25 @@ void giveCursors(const std::vector<QCursor> &cursors)
         QGuiApplication::setOverrideCursor(*cursor);
 }
 
-/// One text for each asset with what steps of the libraries change.
-std::vector<std::string> knownAssets()
+std::uint32_t idOfNewContainer()
 {
-    std::vector<std::string> all;
-    const kxAssetItemFactory &registry = kxAssetItemFactory::the();
-    for (int i = 0; i < registry.itemCount(); ++i) {
-        kxAssetItem *item = registry.itemFromIndex(i);
-        all.push_back(item->uuid() + '\n' + item->name() + '\n' + item->directoryUrl().toString().toStdString() + '\n' +
-                      kxAssetLibrary::tagsOf(*item).join('\n').toStdString());
-    }
-    return all;
+    const osg::FCRef<osg::Node> container(osg::Node::create());
+    return container.get().getFieldContainerId();
 }
 
 } // namespace
 
 ScriptGuard::ScriptGuard(QUndoStack &undo)
-    : _undo(undo), _firstStep(undo.index()), _selected(selectedIds()), _cursors(takeCursors()),
-      _updatesScene(kxScenegraph::isUpdateEnabled()), _updatesPicture(kxController::isRenderUpdateEnabled())
+    : _undo(undo), _steps(undo.index()), _selected(selectedIds()), _cursors(takeCursors()),
+      _updatesScene(kxScenegraph::isUpdateEnabled()), _updatesPicture(kxController::isRenderUpdateEnabled()),
+      _firstNew(idOfNewContainer())
 {
     giveCursors(_cursors);
-    if (_undo.count() > 0)
-        _assets = knownAssets();
     osg::FieldContainerFactory::the().addListener(*this);
     _documents = QObject::connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::documentChanged, [this] {
-        _isOtherDocument = true;
-        _firstStep = 0;          // the stack is empty then
-        _isSceneChanged = false; // a fresh document is as it was made
+        _hasForgotten = _hasForgotten || _undo.index() < _steps; // what belonged to the former one is gone already
+        _isSceneChanged = false;                                 // a fresh document is as it was made
+        _firstNew = idOfNewContainer();
     });
 }
 
@@ -95,9 +84,8 @@ void ScriptGuard::end(bool isFailed)
 
 void ScriptGuard::announceChanges()
 {
-    const bool areAssetsChanged = _undo.count() > 0 && knownAssets() != _assets;
-    if (_isSceneChanged || _isOtherDocument || areAssetsChanged)
-        _hasForgotten = LastingCommand::keepOnly(_undo, _firstStep);
+    if (_isSceneChanged)
+        _hasForgotten = LastingCommand::keepOnly(_undo) || _hasForgotten;
     if (!_isSceneChanged)
         return;
     kxController::setModified(true);
@@ -105,9 +93,10 @@ void ScriptGuard::announceChanges()
     kxController::updateRender(false);
 }
 
-void ScriptGuard::containerChanged(osg::FieldContainer & /*container*/, osg::FieldMask /*fields*/)
+/// What the script made becomes part of the scene by a change of something that is.
+void ScriptGuard::containerChanged(osg::FieldContainer &container, osg::FieldMask /*fields*/)
 {
-    _isSceneChanged = true;
+    _isSceneChanged = _isSceneChanged || container.getFieldContainerId() < _firstNew;
 }
 
 void ScriptGuard::restoreSelection() const

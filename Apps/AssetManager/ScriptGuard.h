@@ -7,7 +7,7 @@
 #include <QCursor>
 #include <QMetaObject>
 
-#include <string>
+#include <cstdint>
 #include <vector>
 
 class QUndoStack;
@@ -15,8 +15,8 @@ class QUndoStack;
 /// Lasts as long as a script runs, and puts back afterwards what scripts leave behind. Main thread only.
 ///
 /// Whatever way a script ended, views and rendering follow the scene again as they did before, and the pointer looks as it
-/// did; after a failure the selection is the former one as well. A script that changed the scene or the libraries empties
-/// the undo stack: its steps would act on what they do not know. What it saved over stays, since that looks itself.
+/// did; after a failure the selection is the former one as well. A script that changed the scene empties the undo stack of what
+/// was done in it: these steps would act on what they do not know. Those on the disk stay, since they look themselves.
 class ScriptGuard final : private osg::SceneListener
 {
 public:
@@ -37,14 +37,13 @@ private:
 
     QUndoStack &_undo;
     QMetaObject::Connection _documents;
-    std::vector<std::string> _assets; ///< what the registry held, where there is something to undo
-    int _firstStep;                   ///< of the script on the stack
+    int _steps; ///< that could be undone at the beginning
     std::vector<std::uint32_t> _selected;
     std::vector<QCursor> _cursors; ///< the uppermost first
     bool _updatesScene;
     bool _updatesPicture;
+    std::uint32_t _firstNew; ///< the id from which containers are not what the scene consisted of
     bool _isSceneChanged = false;
-    bool _isOtherDocument = false;
     bool _hasForgotten = false;
     bool _isOver = false;
 };

@@ -61,7 +61,7 @@ void ScriptSide::addActions(QMenu &menu)
 {
     QAction *action = menu.addAction(tr("&Run Python file..."));
     action->setObjectName(QStringLiteral("runPythonFile"));
-    MenuTip::add(*action, tr("Where it changes the scene or the libraries, Undo forgets what was done before."));
+    MenuTip::add(*action, tr("Where it changes the scene, Undo forgets what was done in it before."));
     connect(action, &QAction::triggered, this, [this] {
         _dock->show();
         _dock->raise();

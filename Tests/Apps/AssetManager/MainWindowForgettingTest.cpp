@@ -14,6 +14,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 /// What scripts leave of the steps that can be undone, and what is said about it.
 class MainWindowForgettingTest : public WindowFixture
@@ -39,18 +40,16 @@ protected:
     }
 
     const QString forgotten =
-        "What was done before cannot be undone any more: the script has changed the scene or the libraries.\n";
+        "What was done in the scene before cannot be undone any more: the script has changed it.\n";
 };
 
 } // namespace
 
 TEST_F(MainWindowForgettingTest, SaysWhenAScriptLeavesNothingToUndo)
 {
-    const std::string oak = storeMaterial("Oak");
+    const osg::NodePtr throne = addChair("Throne");
     open();
-    clickAsset(oak);
-    press(Qt::Key_Delete);
-    settle();
+    window->scene().actions().renameNode(throne, "Bench");
     showConsole();
 
     enter("import kx");
@@ -63,12 +62,40 @@ TEST_F(MainWindowForgettingTest, SaysWhenAScriptLeavesNothingToUndo)
     EXPECT_FALSE(window->undoStack().canUndo());
     enter("node.name = 'Chair'");
     EXPECT_EQ(output().count(forgotten), 1) << "there was nothing to forget";
+    window->scene().actions().renameNode(throne, "Throne");
+    enter("kx.scene.new()");
+    EXPECT_EQ(output().count(forgotten), 2) << output().toStdString();
+}
+
+TEST_F(MainWindowForgettingTest, KeepsWhatWasDoneToLibrariesWhateverAScriptDoes)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    clickAsset(oak);
+    press(Qt::Key_Delete);
+    settle();
+    showConsole();
+
+    enter("import kx");
+    enter("node = kx.scene.add(kx.Node('Stool'))");
+    EXPECT_FALSE(output().contains(forgotten)) << "there was nothing to forget";
+    undo();
+    EXPECT_THAT(names(), ElementsAre("Oak"));
+    window->undoStack().redo();
+    settle();
+    EXPECT_THAT(names(), IsEmpty());
+    enter("kx.scene.new()");
+    EXPECT_FALSE(output().contains(forgotten));
+    undo();
+
+    EXPECT_THAT(names(), ElementsAre("Oak"));
+    EXPECT_EQ(reported(), "");
 }
 
 TEST_F(MainWindowForgettingTest, SaysBeforehandThatScriptsMayDoSo)
 {
     open();
-    const QString sentence = "Undo forgets what was done before.";
+    const QString sentence = "Undo forgets what was done in it before.";
 
     EXPECT_TRUE(line().toolTip().contains(sentence));
     EXPECT_TRUE(widget<QPushButton>("scriptRunFile").toolTip().contains(sentence));

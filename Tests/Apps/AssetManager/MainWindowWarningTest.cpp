@@ -66,8 +66,7 @@ TEST_F(MainWindowWarningTest, SaysThatAnotherSceneLeavesNothingToUndo)
 {
     open();
 
-    EXPECT_EQ(tipInMenuBar("fileMenu", "New scene"),
-              "Undo forgets what was done before, in the scene and in the libraries.");
+    EXPECT_EQ(tipInMenuBar("fileMenu", "New scene"), "Undo forgets what was done in the scene before.");
 }
 
 TEST_F(MainWindowWarningTest, SaysWhatClosingALibraryMeans)

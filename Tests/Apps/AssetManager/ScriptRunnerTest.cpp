@@ -352,17 +352,23 @@ TEST_F(ScriptRunnerTest, EmptiesTheUndoStackWhenTheSceneChanged)
     EXPECT_EQ(kxNodeUtils::getName(throne), "Bench");
 }
 
-TEST_F(ScriptRunnerTest, EmptiesTheUndoStackWhenAssetsChanged)
+TEST_F(ScriptRunnerTest, KeepsTheUndoStackWhenOnlyAssetsChanged)
 {
     storeMaterial("Oak");
     actions.renameNode(addChair("Throne"), "Chair");
+    kxController::setModified(false);
     const std::string open = "import kx\nlib = kx.library('" + library().toLocalFile().toStdString() + "')\n";
 
     EXPECT_EQ(run(open + "len(lib)"), 0);
     EXPECT_EQ(stack.count(), 1);
     EXPECT_EQ(run("lib['Oak'].tags = ['wood']"), 0) << errors;
 
-    EXPECT_EQ(stack.count(), 0);
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_FALSE(kxController::isModified());
+    stack.undo();
+    EXPECT_THAT(childNames(root()), Contains("Throne"));
+    EXPECT_EQ(run("kx.scene.new()\nkx.scene.add(kx.Node('Stool'))"), 0) << errors;
+    EXPECT_TRUE(kxController::isModified()) << "the new scene is not empty any more";
 }
 
 TEST_F(ScriptRunnerTest, TellsViewsOfWhatAScriptChanged)
