@@ -2,6 +2,80 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AssetActions</name>
+    <message>
+        <source>&quot;%1&quot; was not saved: %2</source>
+        <translation>„%1“ wurde nicht gespeichert: %2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was not saved.</source>
+        <translation>„%1“ wurde nicht gespeichert.</translation>
+    </message>
+    <message>
+        <source>The tags of &quot;%1&quot; could not be changed.</source>
+        <translation>Die Tags von „%1“ konnten nicht geändert werden.</translation>
+    </message>
+    <message>
+        <source>The material &quot;%1&quot; could not be saved.</source>
+        <translation>Das Material „%1“ konnte nicht gespeichert werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Tags of %n asset(s)</source>
+        <translation>
+            <numerusform>Tags von %n Asset</numerusform>
+            <numerusform>Tags von %n Assets</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>An asset&apos;s tags were not changed: it is not in an open library any more.</source>
+        <translation>Die Tags eines Assets wurden nicht geändert: Es liegt in keiner geöffneten Bibliothek mehr.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has no tags: only materials have them.</source>
+        <translation>„%1“ hat keine Tags: Nur Materialien haben welche.</translation>
+    </message>
+    <message numerus="yes">
+        <source>New previews of %n asset(s)</source>
+        <translation>
+            <numerusform>Neue Vorschau von %n Asset</numerusform>
+            <numerusform>Neue Vorschauen von %n Assets</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Rendering previews</source>
+        <translation>Vorschauen werden gerendert</translation>
+    </message>
+    <message>
+        <source>No new preview could be made of &quot;%1&quot;.</source>
+        <translation>Von „%1“ konnte keine neue Vorschau erstellt werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Saving of %n object(s)</source>
+        <translation>
+            <numerusform>Speichern von %n Objekt</numerusform>
+            <numerusform>Speichern von %n Objekten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Saving of %n material(s)</source>
+        <translation>
+            <numerusform>Speichern von %n Material</numerusform>
+            <numerusform>Speichern von %n Materialien</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was saved: something else is being done to the libraries.</source>
+        <translation>Nichts wurde gespeichert: An den Bibliotheken wird gerade etwas anderes getan.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Saving over %n asset(s)</source>
+        <translation>
+            <numerusform>Überschreiben von %n Asset</numerusform>
+            <numerusform>Überschreiben von %n Assets</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>AssetBrowser</name>
     <message>
         <source>Kind of assets</source>
@@ -828,55 +902,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <translation>Löschen von „%1“</translation>
     </message>
     <message>
-        <source>An asset&apos;s tags were not changed: it is not in an open library any more.</source>
-        <translation>Die Tags eines Assets wurden nicht geändert: Es liegt in keiner geöffneten Bibliothek mehr.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; has no tags: only materials have them.</source>
-        <translation>„%1“ hat keine Tags: Nur Materialien haben welche.</translation>
-    </message>
-    <message>
-        <source>The tags of &quot;%1&quot; could not be changed.</source>
-        <translation>Die Tags von „%1“ konnten nicht geändert werden.</translation>
-    </message>
-    <message>
-        <source>Rendering previews</source>
-        <translation>Vorschauen werden gerendert</translation>
-    </message>
-    <message>
-        <source>No new preview could be made of &quot;%1&quot;.</source>
-        <translation>Von „%1“ konnte keine neue Vorschau erstellt werden.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; was not saved: %2</source>
-        <translation>„%1“ wurde nicht gespeichert: %2</translation>
-    </message>
-    <message numerus="yes">
-        <source>Saving of %n object(s)</source>
-        <translation>
-            <numerusform>Speichern von %n Objekt</numerusform>
-            <numerusform>Speichern von %n Objekten</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>The material &quot;%1&quot; could not be saved.</source>
-        <translation>Das Material „%1“ konnte nicht gespeichert werden.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Saving of %n material(s)</source>
-        <translation>
-            <numerusform>Speichern von %n Material</numerusform>
-            <numerusform>Speichern von %n Materialien</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Tags of %n asset(s)</source>
-        <translation>
-            <numerusform>Tags von %n Asset</numerusform>
-            <numerusform>Tags von %n Assets</numerusform>
-        </translation>
-    </message>
-    <message>
         <source>Merge of &quot;%1&quot;</source>
         <translation>Zusammenführen von „%1“</translation>
     </message>
@@ -892,20 +917,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>No folder could be made in &quot;%1&quot;.</source>
         <translation>In „%1“ konnte kein Ordner angelegt werden.</translation>
     </message>
-    <message numerus="yes">
-        <source>New previews of %n asset(s)</source>
-        <translation>
-            <numerusform>Neue Vorschau von %n Asset</numerusform>
-            <numerusform>Neue Vorschauen von %n Assets</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Saving over %n asset(s)</source>
-        <translation>
-            <numerusform>Überschreiben von %n Asset</numerusform>
-            <numerusform>Überschreiben von %n Assets</numerusform>
-        </translation>
-    </message>
     <message>
         <source>&quot;%1&quot; was left: there is something in it, or it may not be removed.</source>
         <translation>„%1“ blieb: Es liegt etwas darin, oder der Ordner darf nicht entfernt werden.</translation>
@@ -917,10 +928,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>&quot;%1&quot; was left as it is: its library is not open any more.</source>
         <translation>„%1“ blieb, wie es ist: Die Bibliothek ist nicht mehr geöffnet.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; was not saved.</source>
-        <translation>„%1“ wurde nicht gespeichert.</translation>
     </message>
     <message numerus="yes">
         <source>Deletion of %n folder(s)</source>
@@ -939,10 +946,6 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
             <numerusform>Wiederherstellen von %n gelöschten Eintrag</numerusform>
             <numerusform>Wiederherstellen von %n gelöschten Einträgen</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>Nothing was saved: something else is being done to the libraries.</source>
-        <translation>Nichts wurde gespeichert: An den Bibliotheken wird gerade etwas anderes getan.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; was left as it is: it is not where it was saved any more.</source>

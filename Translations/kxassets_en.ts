@@ -2,6 +2,44 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>AssetActions</name>
+    <message numerus="yes">
+        <source>Tags of %n asset(s)</source>
+        <translation>
+            <numerusform>Tags of %n asset</numerusform>
+            <numerusform>Tags of %n assets</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>New previews of %n asset(s)</source>
+        <translation>
+            <numerusform>New preview of %n asset</numerusform>
+            <numerusform>New previews of %n assets</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Saving of %n object(s)</source>
+        <translation>
+            <numerusform>Saving of %n object</numerusform>
+            <numerusform>Saving of %n objects</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Saving of %n material(s)</source>
+        <translation>
+            <numerusform>Saving of %n material</numerusform>
+            <numerusform>Saving of %n materials</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Saving over %n asset(s)</source>
+        <translation>
+            <numerusform>Saving over %n asset</numerusform>
+            <numerusform>Saving over %n assets</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>DetailsPane</name>
     <message numerus="yes">
         <source>%n assets</source>
@@ -69,41 +107,6 @@
         <translation>
             <numerusform>Deletion of %n asset</numerusform>
             <numerusform>Deletion of %n assets</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Saving of %n object(s)</source>
-        <translation>
-            <numerusform>Saving of %n object</numerusform>
-            <numerusform>Saving of %n objects</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Saving of %n material(s)</source>
-        <translation>
-            <numerusform>Saving of %n material</numerusform>
-            <numerusform>Saving of %n materials</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Tags of %n asset(s)</source>
-        <translation>
-            <numerusform>Tags of %n asset</numerusform>
-            <numerusform>Tags of %n assets</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>New previews of %n asset(s)</source>
-        <translation>
-            <numerusform>New preview of %n asset</numerusform>
-            <numerusform>New previews of %n assets</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Saving over %n asset(s)</source>
-        <translation>
-            <numerusform>Saving over %n asset</numerusform>
-            <numerusform>Saving over %n assets</numerusform>
         </translation>
     </message>
     <message numerus="yes">

@@ -2,13 +2,12 @@
 #pragma once
 
 #include "AssetManager/AssetFilter.h"
-#include "AssetManager/BatchProgress.h"
+#include "AssetManager/BatchQueue.h"
 #include "AssetManager/Trash.h"
 
 #include <QObject>
 #include <QStringList>
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -17,7 +16,6 @@
 class AssetModel;
 class AssetTies;
 class FolderModel;
-class ReplaceCommand;
 class QUndoCommand;
 class QUndoStack;
 
@@ -45,18 +43,10 @@ public:
     void trashFolders(const QStringList &paths);
     /// Puts back from the trash where they were, as one step.
     void restore(const std::vector<Trash::Entry> &entries);
-    void editTags(const QStringList &uuids, const QStringList &added, const QStringList &removed);
-    void renderPreviews(const QStringList &uuids);
-
-    void saveNodes(const std::vector<std::uint32_t> &ids, const QString &folder);
-    void saveMaterials(const std::vector<std::uint32_t> &ids, const QString &folder);
-    /// Saves objects of the scene over the assets that they came from. What an asset was is kept for undo; one of which it
-    /// cannot be kept is not saved.
-    void overwrite(const std::vector<std::uint32_t> &ids);
-    /// The same without a report: the answer is what failed, in sentences.
-    QStringList replace(const std::vector<std::uint32_t> &ids);
-    /// Lets undo move into the trash what an import or a save has made.
-    void remember(const std::vector<std::string> &uuids, const QString &text);
+    /// Lets undo move into the trash what an import or a save has made, and tie objects as they were tied \a before that.
+    void remember(const std::vector<std::string> &uuids, const QString &text, const AssetTies *before = nullptr);
+    /// What is done already is a step from now on. It is kept whatever becomes of the scene.
+    void push(std::unique_ptr<QUndoCommand> command, const AssetTies *before = nullptr);
 
     /// A directory that goes from one place to another, with the assets in it that are known; reading finds the others.
     struct Move
@@ -81,8 +71,7 @@ public:
     /// The open library that holds the path, "" for none.
     QString libraryOf(const QString &path) const;
 
-    /// How many milliseconds go by before something that goes on shows its progress.
-    void setPatience(int patience) { _look.patience = patience; }
+    BatchQueue &batches() { return _batches; }
 
 Q_SIGNALS:
     void assetsChanged(const std::vector<std::string> &uuids);
@@ -102,24 +91,12 @@ private:
         std::vector<Move> done;
         QStringList failures;
     };
-    /// Whether something goes on, and \a action will be carried out after it.
-    bool waits(std::function<void()> action);
-    void begin(const QString &text, int total, const BatchProgress::Look &look);
-    /// Whether all was done that was asked for.
-    bool end();
-    void doWaiting();
     void begin(const Batch &batch);
     void perform(Batch &batch, const Move &move);
     void finish(Batch batch);
-    /// The command is done already. It is kept whatever becomes of the scene.
-    void push(std::unique_ptr<QUndoCommand> command, const AssetTies *before = nullptr);
-    void remember(const std::vector<std::string> &uuids, const QString &text, const AssetTies *before);
     void moveInto(const QString &folder, const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void trash(const QString &directory, const std::vector<std::string> &uuids, Batch &batch);
     void putBack(const Trash::Entry &entry, Batch &batch);
-    QString keepMetadata(const AssetEntry &entry, ReplaceCommand &edit);
-    QString retag(const QString &uuid, const QStringList &tags);
-    QString renderPreview(const std::string &uuid, ReplaceCommand &renewal);
     void mergeFolder(const QString &path, const QString &folder, QStringList &failures);
     std::vector<std::string> assetsIn(const QString &path) const;
     /// The directories of these assets, each once, with all assets in them.
@@ -128,7 +105,5 @@ private:
     AssetModel &_model;
     FolderModel &_folders;
     QUndoStack &_undo;
-    BatchProgress::Look _look;
-    std::unique_ptr<BatchProgress> _progress; ///< while something goes on
-    std::vector<std::function<void()>> _waiting;
+    BatchQueue _batches;
 };

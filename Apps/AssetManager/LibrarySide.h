@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "AssetManager/AssetActions.h"
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/AssetStates.h"
 #include "AssetManager/FolderModel.h"
@@ -26,6 +27,7 @@ public:
     AssetStates &states() { return _states; }
     FolderModel &folders() { return _folders; }
     LibraryActions &actions() { return _actions; }
+    AssetActions &assetActions() { return _assetActions; }
     LibraryScan &scan() { return _scan; }
     PreviewCache &previews() { return _previews; }
     LibraryWatcher &watcher() { return _watcher; }
@@ -59,4 +61,5 @@ private:
     LibraryScan _scan;
     LibraryWatcher _watcher;
     LibraryActions _actions;
+    AssetActions _assetActions{_actions, _assets};
 };

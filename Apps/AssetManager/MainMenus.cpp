@@ -84,7 +84,7 @@ void MainMenus::addUndoActions(QMenu &menu)
 void MainMenus::makeAssetMenu()
 {
     QMenu *menu = addMenu(tr("&Asset"), "assetMenu");
-    LibraryActions &actions = _window.libraries().actions();
+    AssetActions &actions = _window.libraries().assetActions();
     menu->addAction(tr("&Load into the scene"), &_window, &MainWindow::loadChosen, QStringLiteral("Ctrl+Return"));
     menu->addAction(
         tr("Load &below the selected object"), this, [this] { _window.scene().loadBelow(_window.selectedIds()); },

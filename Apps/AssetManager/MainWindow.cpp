@@ -143,14 +143,16 @@ void MainWindow::connectActions()
     connect(&_libraries->assets(), &AssetModel::renameRequested, &actions, &LibraryActions::renameAsset,
             Qt::QueuedConnection); // the editor has to be gone before rows move
     connect(_details, &DetailsPane::renameRequested, &actions, &LibraryActions::renameAsset);
-    connect(_details, &DetailsPane::tagsEdited, &actions, &LibraryActions::editTags);
+    connect(_details, &DetailsPane::tagsEdited, &_libraries->assetActions(), &AssetActions::editTags);
     connect(_details, &DetailsPane::favouriteChanged, _libraries.get(), &LibrarySide::setFavourite);
     connect(&folders, &FolderModel::renameRequested, &actions, &LibraryActions::renameFolder, Qt::QueuedConnection);
     // A drop ends first: what follows may ask, and whoever dragged would wait for the answer.
     connect(&folders, &FolderModel::assetsDropped, &actions, &LibraryActions::moveAssets, Qt::QueuedConnection);
     connect(&folders, &FolderModel::foldersDropped, &actions, &LibraryActions::moveFolders, Qt::QueuedConnection);
-    connect(&folders, &FolderModel::nodesDropped, &actions, &LibraryActions::saveNodes, Qt::QueuedConnection);
-    connect(&folders, &FolderModel::materialsDropped, &actions, &LibraryActions::saveMaterials, Qt::QueuedConnection);
+    connect(&folders, &FolderModel::nodesDropped, &_libraries->assetActions(), &AssetActions::saveNodes,
+            Qt::QueuedConnection);
+    connect(&folders, &FolderModel::materialsDropped, &_libraries->assetActions(), &AssetActions::saveMaterials,
+            Qt::QueuedConnection);
     connect(&folders, &FolderModel::filesDropped, _imports, &FileImports::importFiles, Qt::QueuedConnection);
 }
 
@@ -220,7 +222,7 @@ void MainWindow::connectManager(kxAssetManagerModule &manager)
             _browser->select(manager.selection());
     });
     connect(&manager, &kxAssetManagerModule::assetsSaved, this, [this] { _libraries->refresh(); });
-    manager.setOverwriting([actions = QPointer<LibraryActions>(&_libraries->actions())](const auto &ids) {
+    manager.setOverwriting([actions = QPointer<AssetActions>(&_libraries->assetActions())](const auto &ids) {
         return actions ? actions->replace(ids) : kxAssetManagerModule::saveOver(ids);
     });
     connect(_browser, &AssetBrowser::selectionChanged, &manager,

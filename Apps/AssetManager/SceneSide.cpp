@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/SceneSide.h"
 
+#include "AssetManager/AssetActions.h"
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/EnvironmentPanel.h"
-#include "AssetManager/LibraryActions.h"
 #include "AssetManager/MaterialPanel.h"
 #include "AssetManager/MenuTip.h"
 #include "AssetManager/PlatePanel.h"
@@ -125,7 +125,7 @@ void SceneSide::loadBelow(const QStringList &uuids, const osg::NodePtr &parent)
         _actions->loadPlates(byCategory[Sceneplate], parent);
 }
 
-void SceneSide::overwrite(const QStringList &uuids, LibraryActions &library)
+void SceneSide::overwrite(const QStringList &uuids, AssetActions &actions)
 {
     std::vector<std::uint32_t> ids;
     for (const QString &uuid : uuids) {
@@ -144,7 +144,7 @@ void SceneSide::overwrite(const QStringList &uuids, LibraryActions &library)
         tr("%n stored asset(s) will be replaced by what the scene has of them.", nullptr, static_cast<int>(ids.size())),
         QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
     if (answer == QMessageBox::Save)
-        library.overwrite(ids);
+        actions.overwrite(ids);
 }
 
 bool SceneSide::mayLeaveScene()

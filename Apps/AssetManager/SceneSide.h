@@ -12,7 +12,7 @@
 #include <vector>
 
 class AssetModel;
-class LibraryActions;
+class AssetActions;
 class MaterialPanel;
 class QDockWidget;
 class QMainWindow;
@@ -43,7 +43,7 @@ public:
     /// The same, but geometry below the selected object and plates beside or below the selected plate.
     void loadBelow(const QStringList &uuids);
     /// Saves what the scene has of these assets over them, after asking.
-    void overwrite(const QStringList &uuids, LibraryActions &library);
+    void overwrite(const QStringList &uuids, AssetActions &actions);
     /// Whether the scene may go; asks where it was changed.
     bool mayLeaveScene();
 

@@ -26,7 +26,7 @@ protected:
     }
     void tag(const std::string &uuid, const QStringList &tags)
     {
-        window->libraries().actions().editTags({id(uuid)}, tags, {});
+        window->libraries().assetActions().editTags({id(uuid)}, tags, {});
     }
     void moveTo(const QString &place, const std::string &uuid)
     {

@@ -459,9 +459,9 @@ TEST_F(LibrarySideTest, ChangesTagsOfSeveralAndTakesThatBack)
     const std::string ash = storeMaterial("Ash");
     open();
 
-    side.actions().editTags({id(oak), id(ash)}, {"wood", "old"}, {});
+    side.assetActions().editTags({id(oak), id(ash)}, {"wood", "old"}, {});
     EXPECT_EQ(side.assets().find(oak)->tags, (QStringList{"old", "wood"}));
-    side.actions().editTags({id(oak)}, {}, {"old"});
+    side.assetActions().editTags({id(oak)}, {}, {"old"});
     EXPECT_EQ(side.assets().find(oak)->tags, QStringList{"wood"});
     stack.undo();
     stack.undo();
@@ -478,7 +478,7 @@ TEST_F(LibrarySideTest, GoesOnWhereOneOfSeveralFails)
     const std::string ash = storeMaterial("Ash");
     open();
 
-    side.actions().editTags({id(oak), id(chair), id(ash)}, {"wood"}, {});
+    side.assetActions().editTags({id(oak), id(chair), id(ash)}, {"wood"}, {});
 
     ASSERT_EQ(reported.size(), 1);
     EXPECT_TRUE(reported.first().contains("Chair"));

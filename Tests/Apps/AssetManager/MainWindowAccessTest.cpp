@@ -200,7 +200,7 @@ TEST_F(MainWindowAccessTest, NamesEverythingWhileSomethingGoesOn)
     });
     helper.start(0);
 
-    window->libraries().actions().renderPreviews({id(oak)});
+    window->libraries().assetActions().renderPreviews({id(oak)});
 
     EXPECT_GT(seen, 0);
 }

@@ -32,7 +32,7 @@ protected:
             uuids.push_back(storeMaterial("Oak " + std::to_string(i)));
         QDir().mkpath(path("Wood"));
         open();
-        window->libraries().actions().setPatience(0);
+        window->libraries().actions().batches().setPatience(0);
         before = contentOf(path());
     }
 
@@ -169,7 +169,7 @@ TEST_F(MainWindowBatchTest, ShowsHowFarItIs)
 
 TEST_F(MainWindowBatchTest, ShowsNothingOfWhatTakesNoTime)
 {
-    window->libraries().actions().setPatience(600000);
+    window->libraries().actions().batches().setPatience(600000);
     selectAll();
     during([] { return true; }, [](QProgressDialog &) {});
 

@@ -70,7 +70,7 @@ TEST_F(MainWindowDetailsTest, TellsEverythingThatIsKnownOfAnAsset)
     EXPECT_FALSE(part<QAbstractButton>("favourite").isChecked());
     EXPECT_TRUE(shownTags().isEmpty());
     press(Qt::Key_D, Qt::ControlModifier);
-    window->libraries().actions().editTags({id(oak)}, {"wood", "dark"}, {});
+    window->libraries().assetActions().editTags({id(oak)}, {"wood", "dark"}, {});
     settle();
     EXPECT_TRUE(part<QAbstractButton>("favourite").isChecked());
     EXPECT_EQ(shownTags(), (QStringList{"dark", "wood"}));
@@ -83,8 +83,8 @@ TEST_F(MainWindowDetailsTest, TellsOfSeveralAssetsWhatIsTheSame)
     const std::string logo = storePlate("Logo");
     ASSERT_TRUE(QDir().mkpath(path("Wood")) && QDir().rename(path("MAT_Ash"), path("Wood/MAT_Ash")));
     open();
-    window->libraries().actions().editTags({id(oak)}, {"wood", "dark"}, {});
-    window->libraries().actions().editTags({id(ash)}, {"wood"}, {});
+    window->libraries().assetActions().editTags({id(oak)}, {"wood", "dark"}, {});
+    window->libraries().assetActions().editTags({id(ash)}, {"wood"}, {});
     settle();
 
     selectBoth(oak, ash);
@@ -144,7 +144,7 @@ TEST_F(MainWindowDetailsTest, RefusesTagsOfItemsThatShowNone)
     const std::string dusk = storeEnvironmentMaterial("Dusk");
     open();
 
-    window->libraries().actions().editTags({id(dusk)}, {"red"}, {});
+    window->libraries().assetActions().editTags({id(dusk)}, {"red"}, {});
 
     EXPECT_EQ(takeReport(), "\"Dusk\" has no tags: only materials have them.");
 }

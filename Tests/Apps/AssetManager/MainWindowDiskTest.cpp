@@ -142,7 +142,7 @@ TEST_F(MainWindowDiskTest, SaysWhatMayNotBeWritten)
         press(Qt::Key_Delete);
         settle();
         EXPECT_EQ(takeReport(), "\"Oak\" could not be deleted: you may not write into its library.");
-        window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
+        window->libraries().assetActions().editTags({id(oak)}, {"wood"}, {});
         EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed. You may not write there.");
         clickFolder(path());
         press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
@@ -170,7 +170,7 @@ TEST_F(MainWindowDiskTest, KeepsEverythingWhereTheDiskIsFull)
 
         window->libraries().actions().renameAsset(id(oak), "Bog oak");
         EXPECT_EQ(takeReport(), "\"Oak\" could not be renamed. The disk is full.");
-        window->libraries().actions().editTags({id(oak)}, {"wood"}, {});
+        window->libraries().assetActions().editTags({id(oak)}, {"wood"}, {});
         EXPECT_EQ(takeReport(), "The tags of \"Oak\" could not be changed. The disk is full.");
         window->libraries().actions().trashAssets({id(oak)});
         EXPECT_EQ(takeReport(), "\"Oak\" could not be deleted: the disk is full, and deleted assets are kept. Empty "

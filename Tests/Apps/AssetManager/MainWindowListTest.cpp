@@ -70,7 +70,7 @@ protected:
     }
     void tag(const std::string &uuid, const QStringList &tags)
     {
-        window->libraries().actions().editTags({id(uuid)}, tags, {});
+        window->libraries().assetActions().editTags({id(uuid)}, tags, {});
         settle();
     }
 };

@@ -78,10 +78,10 @@ TEST_F(MainWindowReadOnlyTest, SaysOfEachActionThatNothingMayBeWritten)
         EXPECT_EQ(takeReport(), "\"Oak\" could not be moved: you may not write there.");
         importBox();
         EXPECT_EQ(takeReport(), "\"box.obj\" could not be imported. You may not write there.");
-        actions().renderPreviews({id(oak)});
+        window->libraries().assetActions().renderPreviews({id(oak)});
         EXPECT_EQ(takeReport(),
                   "\"Oak\" was left as it is: its present version could not be kept. You may not write there.");
-        actions().overwrite(changed);
+        window->libraries().assetActions().overwrite(changed);
         EXPECT_EQ(takeReport(),
                   "\"Oak\" was left as it is: its present version could not be kept. You may not write there.");
         actions().restore({trashed});
@@ -112,7 +112,7 @@ TEST_F(MainWindowReadOnlyTest, SaysThatTheDiskIsFullAndLeavesNothingHalfMade)
         EXPECT_EQ(takeReport(), "\"box.obj\" could not be imported. The disk is full.");
         dropOnFolder(path(), *chair);
         EXPECT_EQ(takeReport(), "\"Chair\" was not saved. The disk is full.");
-        actions().renderPreviews({id(oak)});
+        window->libraries().assetActions().renderPreviews({id(oak)});
         EXPECT_EQ(takeReport(), "\"Oak\" was left as it is: the disk is too full to keep its present version.");
         EXPECT_FALSE(window->scene().actions().saveScene(scene));
         EXPECT_EQ(takeReport(), "The scene could not be saved as \"room.osb\". The disk is full.");

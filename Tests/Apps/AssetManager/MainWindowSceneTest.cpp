@@ -291,7 +291,7 @@ TEST_F(MainWindowSceneTest, SaysThatTheSceneHasNoCopy)
     const std::string oak = storeMaterial("Oak");
     open();
 
-    window->scene().overwrite({id(oak)}, window->libraries().actions());
+    window->scene().overwrite({id(oak)}, window->libraries().assetActions());
 
     EXPECT_EQ(reported(), "The scene has no copy of these assets.");
 }

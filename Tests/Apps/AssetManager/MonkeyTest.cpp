@@ -159,7 +159,7 @@ protected:
     {
         window->openLibraries({path()});
         const osg::NodePtr chair = addChair("Chair");
-        window->libraries().actions().saveNodes({chair.getFieldContainerId()}, path());
+        window->libraries().assetActions().saveNodes({chair.getFieldContainerId()}, path());
     }
 
     /// Panels that were put away and assets that were filtered out are there again, to have something done to them.
