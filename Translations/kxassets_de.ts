@@ -820,6 +820,33 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
 </context>
 <context>
+    <name>ImportTrouble</name>
+    <message>
+        <source>It is not there any more.</source>
+        <translation>Die Datei ist nicht mehr da.</translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation>Die Datei ist leer.</translation>
+    </message>
+    <message>
+        <source>It holds no materials.</source>
+        <translation>Die Datei enthält keine Materialien.</translation>
+    </message>
+    <message>
+        <source>It is too large for this computer.</source>
+        <translation>Die Datei ist zu groß für diesen Rechner.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; could not be imported.</source>
+        <translation>„%1“ konnte nicht importiert werden.</translation>
+    </message>
+    <message>
+        <source>It is damaged, or not what its name says. (%1)</source>
+        <translation>Die Datei ist beschädigt oder nicht das, was ihr Name sagt. (%1)</translation>
+    </message>
+</context>
+<context>
     <name>KeptVersion</name>
     <message>
         <source>&quot;%1&quot; was left as it is: the disk is too full to keep its present version.</source>

@@ -2,6 +2,7 @@
 #include "AssetManager/ImportJob.h"
 
 #include "AssetManager/DiskTrouble.h"
+#include "AssetManager/ImportTrouble.h"
 #include "AssetManager/SaveLeftovers.h"
 #include "AssetSession/kxAssetLibrary.h"
 #include "AssetSession/kxGeometryImport.h"
@@ -75,8 +76,11 @@ ImportJob::Outcome ImportJob::run(const QStringList &files, QWidget *window)
 void ImportJob::explain(const QString &file, int first, QStringList &failures) const
 {
     const QString reason = DiskTrouble::advice(_folder, {});
-    if (reason.isEmpty())
+    if (reason.isEmpty()) {
+        for (auto failure = failures.begin() + first; failure != failures.end(); ++failure)
+            *failure = ImportTrouble::sentences(file, *failure);
         return;
+    }
     failures.erase(failures.begin() + first, failures.end());
     failures.append(tr("\"%1\" could not be imported.").arg(QFileInfo(file).fileName()) + ' ' + reason);
 }

@@ -94,6 +94,25 @@ TEST_F(MainWindowImportTest, GoesOnAfterABrokenFileAndReportsOnceAtTheEnd)
     EXPECT_TRUE(reported().contains("\"notes.txt\" is of a kind that cannot be imported.")) << reported().toStdString();
 }
 
+TEST_F(MainWindowImportTest, SaysInWordsOfPeopleWhatIsWrongWithAFile)
+{
+    open();
+    const std::vector<std::pair<std::string, QString>> expected{
+        {folder.write("empty.obj", ""), "\"empty.obj\" could not be imported. The file is empty."},
+        {folder.file("gone.obj"), "\"gone.obj\" could not be imported. It is not there any more."},
+        {folder.write("photo.png", "no picture"),
+         "\"photo.png\" could not be imported. It is damaged, or not what its name says. (Not a PNG file)"},
+        {folder.write("broken.obj", "v 0 0\nf 1 2 nonsense\n"),
+         "\"broken.obj\" could not be imported. It is damaged, or not what its name says. (OBJ: Invalid face index.)"},
+    };
+
+    for (const auto &[file, report] : expected) {
+        window->importFiles({QString::fromStdString(file)}, path());
+        settle();
+        EXPECT_EQ(takeReport(), report);
+    }
+}
+
 TEST_F(MainWindowImportTest, TakesTheWholeImportBackInOneStep)
 {
     open();
