@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/DetailsPane.h"
-#include "AssetManager/EditorSilence.h"
-
 #include "AssetManager/AssetModel.h"
 #include "AssetManager/AssetStates.h"
+#include "AssetManager/EditorSilence.h"
 #include "AssetManager/ElidedLine.h"
 #include "AssetManager/FlowLayout.h"
 #include "AssetManager/PreviewCache.h"
+#include "AssetManager/UndoOutside.h"
 
 #include <QCompleter>
 #include <QDateTime>
@@ -159,6 +159,8 @@ void DetailsPane::connectEditors()
             _name->setText(entry->name);
     });
     connect(_newTag, &QLineEdit::returnPressed, this, &DetailsPane::addTag);
+    for (QLineEdit *line : {_name, _newTag})
+        new UndoOutside(*line);
     connect(_favourite, &QToolButton::clicked, this,
             [this](bool isChecked) { emit favouriteChanged(ids(), isChecked); });
     connect(&_previews, &PreviewCache::loaded, this, [this](const QString &uuid) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/PropertyPanel.h"
-#include "AssetManager/EditorSilence.h"
-
 #include "AssetManager/AssetState.h"
+#include "AssetManager/EditorSilence.h"
 #include "AssetManager/PropertySection.h"
 #include "AssetManager/SceneActions.h"
 #include "AssetManager/SceneNodes.h"
+#include "AssetManager/UndoOutside.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
@@ -83,6 +83,7 @@ PropertyPanel::PropertyPanel(SceneActions &actions, QWidget *parent)
     _hint->setForegroundRole(QPalette::PlaceholderText);
     _name->setObjectName("name");
     _name->setAccessibleName(tr("Name"));
+    new UndoOutside(*_name);
     auto *form = new QFormLayout(_object);
     form->setContentsMargins(0, 0, 0, 0);
     form->addRow(tr("Name"), _name);

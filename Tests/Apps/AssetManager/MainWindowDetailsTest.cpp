@@ -76,6 +76,45 @@ TEST_F(MainWindowDetailsTest, TellsEverythingThatIsKnownOfAnAsset)
     EXPECT_EQ(shownTags(), (QStringList{"dark", "wood"}));
 }
 
+TEST_F(MainWindowDetailsTest, TakesBackByTheKeysWhatWasEnteredInItsFields)
+{
+    const std::string oak = storeMaterial("Oak");
+    open();
+    clickAsset(oak);
+    const auto enter = [this](const char *field, const QString &content) {
+        auto &line = part<QLineEdit>(field);
+        click(line, line.rect().center());
+        press(Qt::Key_A, Qt::ControlModifier);
+        type(content);
+        press(Qt::Key_Return);
+        settle();
+    };
+
+    enter("newTag", "wood");
+    EXPECT_EQ(shownTags(), QStringList{"wood"});
+    type("dark");
+    undo();
+    EXPECT_EQ(part<QLineEdit>("newTag").text(), "") << "what is typed is the line's own";
+    EXPECT_EQ(shownTags(), QStringList{"wood"});
+    redo();
+    EXPECT_EQ(part<QLineEdit>("newTag").text(), "dark");
+    undo();
+    undo();
+    EXPECT_EQ(shownTags(), QStringList());
+    EXPECT_TRUE(part<QLineEdit>("newTag").hasFocus());
+    enter("newTag", "hard");
+    undo();
+    redo();
+    EXPECT_EQ(shownTags(), QStringList{"hard"});
+
+    enter("name", "Bog oak");
+    EXPECT_EQ(names(), std::vector<QString>{"Bog oak"});
+    undo();
+    EXPECT_EQ(names(), std::vector<QString>{"Oak"});
+    EXPECT_EQ(part<QLineEdit>("name").text(), "Oak");
+    EXPECT_EQ(reported(), "");
+}
+
 TEST_F(MainWindowDetailsTest, TellsOfSeveralAssetsWhatIsTheSame)
 {
     const std::string oak = storeMaterial("Oak");

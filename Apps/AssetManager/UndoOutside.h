@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QObject>
+
+class QLineEdit;
+
+/// Lets the window undo and redo while a line has nothing of its own to undo or redo. What was confirmed by Return is none of
+/// the line's any more: undo takes back what came of it.
+class UndoOutside final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The line owns it.
+    explicit UndoOutside(QLineEdit &line);
+    ~UndoOutside() override;
+
+private:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    QLineEdit &_line;
+};
