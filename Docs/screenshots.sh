@@ -111,10 +111,32 @@ sheet() {
             assets | tour | welcome | import | move | trash) picture "$file" "${options[@]}" ;;
             *) picture "$file" "${options[@]}" "$scene" --select "$subject" ;;
         esac
-        panels+=("$file" --ch 'R,G,B,A=1')
+        panels+=("$file")
     done
-    oiiotool "${panels[@]}" --mosaic:pad=12:fit=360x420 4x2 -d uint8 --compression zip:9 -o "$images/$name.png"
-    printf '%s\n' "$images/$name.png"
+    arrange "$images/$name.png" "${panels[@]}"
+}
+
+# arrange SHEET.png FILE...: rows of four, each as wide as the sheet, with all of a row equally high.
+arrange() {
+    local sheet=$1 width=1200 gap=12 x y=0 high wide row parts=() file
+    shift
+    while [[ $# -gt 0 ]]; do
+        row=("${@:1:4}")
+        high=$(for file in "${row[@]}"; do oiiotool --info "$file"; done | awk -v width=$width -v gap=$gap '
+            match($0, /[0-9]+ x +[0-9]+,/) { split(substr($0, RSTART), size, / x +|,/); aspects += size[1] / size[2] }
+            END { print int((width - (NR - 1) * gap) / aspects) }')
+        x=0
+        for file in "${row[@]}"; do
+            oiiotool "$file" --ch 'R,G,B,A=1' --resize "0x$high" -o "$temporary/part-$x-$y.png"
+            parts+=("$temporary/part-$x-$y.png" --swap --paste "+$x+$y")
+            wide=$(oiiotool --info "$temporary/part-$x-$y.png" | sed -E 's/.*: +([0-9]+) x.*/\1/')
+            x=$((x + wide + gap))
+        done
+        y=$((y + high + gap))
+        shift ${#row[@]}
+    done
+    oiiotool --create "${width}x$((y - gap))" 4 "${parts[@]}" -d uint8 --compression zip:9 -o "$sheet"
+    printf '%s\n' "$sheet"
 }
 
 library=${1-}
