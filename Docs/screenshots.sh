@@ -15,7 +15,8 @@ programs=$PWD/build/release/bin
 images=$PWD/Docs/images
 temporary=$(mktemp -d)
 home=
-trap 'rm -rf -- "$temporary" ${home:+"$home"}' EXIT
+trash=
+trap 'rm -rf -- "$temporary" ${home:+"$home"} ${trash:+"$trash"}' EXIT
 mkdir -m 700 "$temporary/config" "$temporary/runtime"
 export XDG_CONFIG_HOME=$temporary/config XDG_RUNTIME_DIR=$temporary/runtime
 
@@ -70,6 +71,26 @@ EOT
     "$programs/kxassets" script "$temporary/marks.py" -- "$1" "$subject" "$2" | tail -n 1
 }
 
+# Copies of some assets as deleted ones, for the time of one picture, unless the library has its own.
+fill_trash() {
+    local folder asset
+    [[ ! -e $library/.kx-trash ]] || return 0
+    trash=$library/.kx-trash
+    for folder in Wood Stone Metal; do
+        for asset in "$library/$folder"/*/; do
+            mkdir -p "$trash/$folder"
+            cp -R "$asset" "$trash/$folder"
+            printf '%s' "$folder" > "$trash/$folder/.origin"
+            break
+        done
+    done
+}
+
+empty_trash() {
+    rm -rf -- ${trash:+"$trash"}
+    trash=
+}
+
 # wanted NAME: whether that picture is to be taken.
 wanted() {
     # shellcheck disable=SC2053  # it is a pattern
@@ -96,19 +117,25 @@ keep() {
     printf '%s\n' "$images/$1.png"
 }
 
-# sheet NAME APPEARANCE LANGUAGE VIEW...: all of these side by side.
+# sheet NAME APPEARANCE LANGUAGE VIEW...: all of these, with a "/" between rows.
 sheet() {
     local name=$1-$2-$3 appearance=$2 language=$3 view panels=()
     wanted "$name" || return 0
     shift 3
     for view in "$@"; do
+        [[ $view != / ]] || { panels+=(/); continue; }
         local file=$folder/$view-$appearance-$language.png
         local options=(--language "$language" --appearance "$appearance" --show "$view")
         case $view in
             # Of the assets and of dialogs the scene shows nothing, and takes time.
             lines) lines=true picture "$file" "${options[@]/#lines/assets}" ;;
             python) picture "$file" "${options[@]}" --script "$temporary/hello.py" ;;
-            assets | tour | welcome | import | move | trash) picture "$file" "${options[@]}" ;;
+            trash)
+                fill_trash
+                picture "$file" "${options[@]}"
+                empty_trash
+                ;;
+            assets | tour | welcome | import | move) picture "$file" "${options[@]}" ;;
             *) picture "$file" "${options[@]}" "$scene" --select "$subject" ;;
         esac
         panels+=("$file")
@@ -116,24 +143,37 @@ sheet() {
     arrange "$images/$name.png" "${panels[@]}"
 }
 
-# arrange SHEET.png FILE...: rows of four, each as wide as the sheet, with all of a row equally high.
+# Width and height of each picture.
+sizes() {
+    local file
+    for file in "$@"; do oiiotool --info "$file"; done | sed -E 's/.*: +([0-9]+) x +([0-9]+),.*/\1 \2/'
+}
+
+# arrange SHEET.png FILE...: below each other where a "/" stands between, side by side otherwise. All of a row are equally
+# scaled, and none is enlarged.
 arrange() {
-    local sheet=$1 width=1200 gap=12 x y=0 high wide row parts=() file
+    local sheet=$1 width=1200 gap=12 x=0 y=0 high=0 wide file i parts=() row=() scale sizes
     shift
-    while [[ $# -gt 0 ]]; do
-        row=("${@:1:4}")
-        high=$(for file in "${row[@]}"; do oiiotool --info "$file"; done | awk -v width=$width -v gap=$gap '
-            match($0, /[0-9]+ x +[0-9]+,/) { split(substr($0, RSTART), size, / x +|,/); aspects += size[1] / size[2] }
-            END { print int((width - (NR - 1) * gap) / aspects) }')
-        x=0
-        for file in "${row[@]}"; do
-            oiiotool "$file" --ch 'R,G,B,A=1' --resize "0x$high" -o "$temporary/part-$x-$y.png"
-            parts+=("$temporary/part-$x-$y.png" --swap --paste "+$x+$y")
-            wide=$(oiiotool --info "$temporary/part-$x-$y.png" | sed -E 's/.*: +([0-9]+) x.*/\1/')
-            x=$((x + wide + gap))
+    set -- "$@" /
+    for file in "$@"; do
+        if [[ $file != / ]]; then
+            row+=("$file")
+            continue
+        fi
+        sizes=$(sizes "${row[@]}")
+        scale=$(awk -v width=$width -v gap=$gap '
+            { wide += $1 } END { scale = (width - (NR - 1) * gap) / wide; print scale < 1 ? scale : 1 }' <<< "$sizes")
+        for ((i = 0; i < ${#row[@]}; ++i)); do
+            file=$temporary/part-$x-$y.png
+            oiiotool "${row[i]}" --ch 'R,G,B,A=1' --resize "$(awk -v n=$((i + 1)) -v scale="$scale" '
+                NR == n { printf "%dx%d", $1 * scale, $2 * scale }' <<< "$sizes")" -o "$file"
+            parts+=("$file" --swap --paste "+$x+$y")
+            wide=$(sizes "$file")
+            x=$((x + ${wide% *} + gap))
+            high=$((high < ${wide#* } ? ${wide#* } : high))
         done
         y=$((y + high + gap))
-        shift ${#row[@]}
+        x=0 high=0 row=()
     done
     oiiotool --create "${width}x$((y - gap))" 4 "${parts[@]}" -d uint8 --compression zip:9 -o "$sheet"
     printf '%s\n' "$sheet"
@@ -183,8 +223,8 @@ for asset in kx.library("$library").assets("Materials"):
 EOT
 for language in en de; do
     for appearance in light dark; do
-        sheet panels "$appearance" "$language" folders tree details property material environment plate view
-        sheet dialogs "$appearance" "$language" assets lines python tour welcome import move trash
+        sheet panels "$appearance" "$language" folders tree details property / material environment plate view
+        sheet dialogs "$appearance" "$language" assets lines / tour welcome / import move trash / python
         name=empty-$appearance-$language
         [[ -z ${2-} ]] || ! wanted "$name" || picture "$folder/$name.png" --language "$language" --appearance "$appearance"
     done
