@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QPalette>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -16,9 +17,14 @@ namespace {
 class AppearanceTest : public testing::Test
 {
 protected:
-    ~AppearanceTest() override { QApplication::setPalette(before); }
+    ~AppearanceTest() override
+    {
+        QApplication::setPalette(before);
+        QToolTip::setPalette(tipsBefore);
+    }
 
     const QPalette before = QApplication::palette();
+    const QPalette tipsBefore = QToolTip::palette();
 };
 
 double luminance(const QColor &color)

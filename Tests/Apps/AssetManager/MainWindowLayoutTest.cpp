@@ -14,6 +14,7 @@
 #include <QStyle>
 #include <QTabBar>
 #include <QTableView>
+#include <QToolTip>
 #include <QTreeView>
 
 #include <gmock/gmock.h>
@@ -63,6 +64,7 @@ TEST_F(MainWindowLayoutTest, ShowsTheNamesOfPanelsWholeInASmallWindow)
 {
     const QString style = QApplication::style()->objectName();
     const QPalette palette = QApplication::palette();
+    const QPalette tips = QToolTip::palette();
     Appearance::apply(Appearance::Kind::Light);
     for (const auto &[name, title] :
          {std::pair("materialDock", "Materialien"), {"environmentDock", "Umgebungen"}, {"plateDock", "Platten"}})
@@ -81,6 +83,7 @@ TEST_F(MainWindowLayoutTest, ShowsTheNamesOfPanelsWholeInASmallWindow)
     window.reset();
     QApplication::setStyle(style);
     QApplication::setPalette(palette);
+    QToolTip::setPalette(tips);
 }
 
 TEST_F(MainWindowLayoutTest, HasRoomForTheTypesOfObjectsAtFirst)
