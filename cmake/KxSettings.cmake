@@ -6,6 +6,8 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
 endif()
 
 set(KX_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread; empty: none")
+option(KX_GROUP_TESTS
+  "CTest runs the tests of a program in a few processes, not in one each: for sanitizers, with which the start takes longer than most tests" OFF)
 option(KX_COVERAGE "Count which lines are executed" OFF)
 option(KX_BENCHMARKS "Build the benchmark programs" OFF)
 option(KX_FUZZERS "Build the programs that feed any bytes to readers; needs Clang" OFF)

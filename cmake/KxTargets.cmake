@@ -65,49 +65,113 @@ function(kx_add_program name)
   install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endfunction()
 
-# kx_add_tests(SceneGraph SOURCES ... [INTERNALS ...] [LIBRARIES ...] [NO_QT | WINDOWS])
+# kx_add_tests(SceneGraph SOURCES ... [INTERNALS ...] [LIBRARIES ...] [NO_QT | WINDOWS] [PROCESSES 2] [COST 1]
+#              [PRECOMPILED ...])
 #
 # Makes one program, SceneGraphTests, of all test files of a folder; CTest sees each test. INTERNALS are sources of
 # the tested library, relative to the project, whose classes it does not export: they are compiled into the program
 # once more. With NO_QT the program has a main without QApplication, with WINDOWS one that starts an X server for them.
+# PROCESSES is how many KX_GROUP_TESTS spreads its tests over (1); programs of a higher COST start before others (0).
+# PRECOMPILED are headers that most of the files include, and no file has to: clang-tidy reads each without them.
 function(kx_add_tests name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "NO_QT;WINDOWS" "" "SOURCES;INTERNALS;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "NO_QT;WINDOWS" "PROCESSES;COST" "SOURCES;INTERNALS;LIBRARIES;PRECOMPILED")
   _kx_expect_parsed("${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
   if(NOT BUILD_TESTING)
     return()
   endif()
 
   set(target ${name}Tests)
-  list(TRANSFORM arg_INTERNALS PREPEND "${PROJECT_SOURCE_DIR}/")
-  add_executable(${target} ${arg_SOURCES} ${arg_INTERNALS})
-  target_include_directories(${target} PRIVATE
-    "${PROJECT_SOURCE_DIR}/Tests"
-    "${PROJECT_SOURCE_DIR}/Host"
-    "${PROJECT_SOURCE_DIR}/Libs"
-    "${PROJECT_SOURCE_DIR}/Apps"
-  )
-  _kx_apply_settings(${target})
-  # Halves the time that they take to compile; what they test, and its speed, stays as it is.
-  set_source_files_properties(${arg_SOURCES} PROPERTIES COMPILE_OPTIONS -O0)
   if(arg_NO_QT)
-    target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} kx::TestSupportNoQt)
+    set(support kx::TestSupportNoQt)
+  elseif(arg_WINDOWS)
+    set(support kx::TestSupportWindows)
   else()
-    if(arg_WINDOWS)
-      set(support kx::TestSupportWindows)
-    else()
-      set(support kx::TestSupport)
-    endif()
-    target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} ${support})
-    _kx_apply_qt(${target} TRUE)
+    set(support kx::TestSupport)
+  endif()
+  add_executable(${target} ${arg_SOURCES})
+  _kx_apply_test_settings(${target} "${arg_NO_QT}" ${arg_LIBRARIES} ${support})
+  # Halves the time that they take to compile; what they test, and its speed, stays as it is.
+  target_compile_options(${target} PRIVATE -O0)
+  if(arg_INTERNALS)
+    list(TRANSFORM arg_INTERNALS PREPEND "${PROJECT_SOURCE_DIR}/")
+    add_library(${target}Internals OBJECT ${arg_INTERNALS})
+    _kx_apply_test_settings(${target}Internals "${arg_NO_QT}" ${arg_LIBRARIES} ${support})
+    target_link_libraries(${target} PRIVATE ${target}Internals)
+  endif()
+  if(arg_PRECOMPILED)
+    _kx_precompile(${target} ${arg_PRECOMPILED})
+  endif()
+  if(NOT DEFINED arg_COST)
+    set(arg_COST 0)
+  endif()
+  if(KX_GROUP_TESTS)
+    _kx_add_grouped_tests(${name} "${arg_PROCESSES}" ${arg_COST})
+    return()
   endif()
   gtest_discover_tests(${target}
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 120
     NO_PRETTY_VALUES
     PROPERTIES
+      COST ${arg_COST}
       TIMEOUT 900
       LABELS ${name}
   )
+endfunction()
+
+function(_kx_apply_test_settings target no_qt)
+  target_include_directories(${target} PRIVATE
+    "${PROJECT_SOURCE_DIR}/Tests"
+    "${PROJECT_SOURCE_DIR}/Host"
+    "${PROJECT_SOURCE_DIR}/Libs"
+    "${PROJECT_SOURCE_DIR}/Apps"
+  )
+  target_link_libraries(${target} PRIVATE ${ARGN})
+  _kx_apply_settings(${target})
+  if(NOT no_qt)
+    _kx_apply_qt(${target} TRUE)
+  endif()
+endfunction()
+
+# The tests of a program as group.SceneGraphTests.1 and so on, which run one after the other in a process each. What became of
+# the single tests lies in test-groups/ then, in a file for each group, from which run_tests of setup.bash counts them.
+function(_kx_add_grouped_tests name processes cost)
+  if(NOT processes)
+    set(processes 1)
+  endif()
+  foreach(index RANGE 1 ${processes})
+    set(group group.${name}Tests.${index})
+    math(EXPR shard "${index} - 1")
+    add_test(NAME ${group} COMMAND ${name}Tests)
+    set_tests_properties(${group} PROPERTIES
+      COST ${cost}
+      ENVIRONMENT "GTEST_TOTAL_SHARDS=${processes};GTEST_SHARD_INDEX=${shard};GTEST_OUTPUT=xml:${PROJECT_BINARY_DIR}/test-groups/${group}.xml"
+      TIMEOUT 1500
+      LABELS ${name}
+    )
+  endforeach()
+endfunction()
+
+# _kx_precompile(SceneGraphTests <gtest/gtest.h> ...)
+function(_kx_precompile target)
+  target_precompile_headers(${target} PRIVATE ${ARGN})
+  if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # Without the time the file is the same each time, and ccache finds what was compiled with it.
+    target_compile_options(${target} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
+  endif()
+  if(NOT TARGET plain_commands)
+    # clang-tidy takes GCC's precompiled headers for its own, and fails: the list of commands is to name none.
+    set(commands "${PROJECT_BINARY_DIR}/compile_commands.json")
+    add_custom_command(
+      OUTPUT "${commands}.stamp"
+      COMMAND sed -i -E "s/ (-Winvalid-pch|-Xclang -(include|include-pch|fno-pch-timestamp)|(-Xclang |-include )[^ ]*cmake_pch[^ ]*)//g" "${commands}"
+      COMMAND "${CMAKE_COMMAND}" -E touch "${commands}.stamp"
+      DEPENDS "${commands}"
+      VERBATIM
+    )
+    add_custom_target(plain_commands DEPENDS "${commands}.stamp")
+  endif()
+  add_dependencies(${target} plain_commands)
 endfunction()
 
 # A misspelt keyword would otherwise end up as one more source file.
