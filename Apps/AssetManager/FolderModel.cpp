@@ -96,10 +96,33 @@ void FolderModel::setProblem(const QString &library, const QString &reason)
     QStandardItem *item = itemOf(library);
     if (!item || !item->data(LibraryRole).toBool() || item->data(ProblemRole).toString() == reason)
         return;
-    const auto icon = reason.isEmpty() ? QStyle::SP_DriveHDIcon : QStyle::SP_MessageBoxWarning;
-    item->setIcon(QApplication::style()->standardIcon(icon));
-    item->setToolTip(reason.isEmpty() ? QDir::toNativeSeparators(library) : reason);
     item->setData(reason, ProblemRole);
+    showState(*item);
+}
+
+void FolderModel::setAwaited(const QString &library, bool isAwaited)
+{
+    QStandardItem *item = itemOf(library);
+    if (!item || !item->data(LibraryRole).toBool() || item->data(AwaitedRole).toBool() == isAwaited)
+        return;
+    item->setData(isAwaited, AwaitedRole);
+    showState(*item);
+}
+
+void FolderModel::showState(QStandardItem &library)
+{
+    const QString problem = library.data(ProblemRole).toString();
+    const QString path = QDir::toNativeSeparators(library.data(PathRole).toString());
+    if (!problem.isEmpty()) {
+        library.setIcon(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning));
+        library.setToolTip(problem);
+    } else if (library.data(AwaitedRole).toBool()) {
+        library.setIcon(QApplication::style()->standardIcon(QStyle::SP_BrowserReload));
+        library.setToolTip(tr("Waiting for \"%1\" to answer").arg(path));
+    } else {
+        library.setIcon(QApplication::style()->standardIcon(QStyle::SP_DriveHDIcon));
+        library.setToolTip(path);
+    }
 }
 
 QString FolderModel::problemOf(const QString &library) const

@@ -15,7 +15,7 @@ class FolderModel final : public QStandardItemModel
     Q_OBJECT
 
 public:
-    enum Role { PathRole = Qt::UserRole + 1, LibraryRole, ProblemRole };
+    enum Role { PathRole = Qt::UserRole + 1, LibraryRole, ProblemRole, AwaitedRole };
 
     explicit FolderModel(QObject *parent = nullptr);
 
@@ -26,6 +26,8 @@ public:
     QString libraryOf(const QString &path) const;
     /// Marks a library as unreadable, with the reason as its tool tip; "" takes that back.
     void setProblem(const QString &library, const QString &reason);
+    /// Marks a library whose drive has not answered yet, until it does.
+    void setAwaited(const QString &library, bool isAwaited);
     /// The reason, "" where it can be read.
     QString problemOf(const QString &library) const;
 
@@ -58,6 +60,7 @@ Q_SIGNALS:
 private:
     QStandardItem *makeItem(const QString &path, const QString &name) const;
     QStandardItem *itemOf(const QString &path) const;
+    static void showState(QStandardItem &library);
 
     /// One for all: each that a style hands out has pixmaps of its own.
     const QIcon _folderIcon;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/LibraryScan.h"
 
+#include "AssetManager/AssetFilter.h"
 #include "Assets/kxAssetCategory.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
@@ -90,22 +91,34 @@ void LibraryScan::stop()
 
 void LibraryScan::add(const QString &folder)
 {
-    _waiting.append(folder);
-    start();
+    Folder added;
+    added.path = folder;
+    added.isAsked = true;
+    added.withContents = true;
+    _roots.insert(folder);
+    ask(added, folder);
 }
 
 void LibraryScan::refresh(const QString &folder)
 {
+    if (isAsked(folder) || isSilent(folder))
+        return; // it is read when it answers
     Folder changed;
     changed.path = folder;
     changed.onlyChanges = true;
     changed.isAsked = true;
+    if (_roots.contains(folder)) { // only these are few enough for a thread each
+        ask(changed, folder);
+        return;
+    }
     _open.push_back(changed);
     start();
 }
 
 void LibraryScan::refreshAsset(const QString &directory)
 {
+    if (isSilent(directory))
+        return;
     Folder parent;
     parent.path = QFileInfo(directory).path();
     parent.left.append(directory);
@@ -116,13 +129,72 @@ void LibraryScan::refreshAsset(const QString &directory)
     start();
 }
 
+/// Has the folder read as soon as there is an answer from the place.
+void LibraryScan::ask(const Folder &folder, const QString &place, bool isSilent)
+{
+    Question question;
+    question.id = ++_lastQuestion;
+    question.folder = folder;
+    question.place = place;
+    question.isSilent = isSilent;
+    question.since.start();
+    _questions.push_back(question);
+    _inquiry.ask([this, place, id = question.id, manager = managerOf(place), withContents = folder.withContents] {
+        const QString canonical = QFileInfo(place).canonicalFilePath();
+        if (manager)
+            ReadAhead::read(*manager, place, withContents);
+        return [this, id, canonical] { receive(id, canonical); };
+    });
+    if (!isSilent)
+        start();
+}
+
+void LibraryScan::receive(int id, const QString &canonical)
+{
+    const auto found =
+        std::find_if(_questions.begin(), _questions.end(), [id](const Question &asked) { return asked.id == id; });
+    if (found == _questions.end())
+        return; // nobody wants to know any more
+    Folder folder = found->folder;
+    folder.isReadAhead = found->place == folder.path;
+    _questions.erase(found);
+    start();
+    _timer.start(0);
+    const bool isElsewhere = !folder.onlyChanges && !canonical.isEmpty() && canonical != folder.path;
+    if (!isElsewhere && folder.onlyChanges)
+        _open.push_back(folder);
+    else if (!isElsewhere)
+        _waiting.push_back(folder);
+    emit folderAnswered(folder.path);
+    if (!isElsewhere)
+        return;
+    _roots.remove(folder.path);
+    emit folderElsewhere(folder.path, canonical);
+}
+
+bool LibraryScan::isAsked(const QString &folder) const
+{
+    return std::any_of(_questions.begin(), _questions.end(),
+                       [&](const Question &asked) { return asked.folder.path == folder && !asked.folder.isPartial; });
+}
+
+bool LibraryScan::isSilent(const QString &path) const
+{
+    return std::any_of(_questions.begin(), _questions.end(), [&](const Question &asked) {
+        return asked.isSilent && AssetFilter::isIn(path, asked.folder.path);
+    });
+}
+
 void LibraryScan::cancel()
 {
     if (!_isRunning)
         return;
     stop();
+    _ahead.giveUp();
     _open.clear();
     _waiting.clear();
+    _questions.erase(std::remove_if(_questions.begin(), _questions.end(), [](const Question &asked) { return !asked.isSilent; }),
+                     _questions.end());
     announce();
     emit finished(true);
 }
@@ -132,40 +204,101 @@ void LibraryScan::forget(const QString &folder)
     const QString beginning = folder + '/';
     for (auto known = _known.lowerBound(beginning); known != _known.end() && known.key().startsWith(beginning);)
         known = _known.erase(known);
+    _roots.remove(folder);
+    _questions.erase(std::remove_if(_questions.begin(), _questions.end(),
+                                    [&](const Question &asked) { return AssetFilter::isIn(asked.folder.path, folder); }),
+                     _questions.end());
+}
+
+bool LibraryScan::hasAssetsIn(const QString &folder) const
+{
+    const QString beginning = folder + '/';
+    const auto known = _known.lowerBound(beginning);
+    return known != _known.end() && known.key().startsWith(beginning);
 }
 
 void LibraryScan::work()
 {
     QElapsedTimer slice;
     slice.start();
+    bool hasAdvanced = false;
     bool isHeldUp = false;
-    while (_isRunning && !isHeldUp && slice.elapsed() < SliceTime && (!_open.empty() || !_waiting.isEmpty()))
+    while (_isRunning && !isHeldUp && slice.elapsed() < SliceTime && hasFolders()) {
         isHeldUp = !step();
+        hasAdvanced = hasAdvanced || !isHeldUp;
+    }
+    if (_isRunning)
+        noteSilence(hasAdvanced, isHeldUp);
     if (!_isRunning)
         return; // somebody who heard of something cancelled
-    const bool isDone = _open.empty() && _waiting.isEmpty();
     const bool isDue = now() - _announcedAt >= std::max(AnnounceTime, Restraint * _announcing);
     const auto most = static_cast<std::size_t>(std::max(MostAtOnce, _assetCount / ShareAtOnce));
-    if (isDone || isDue || _changed.size() >= most)
+    if (isDone() || isDue || _changed.size() >= most)
         announce();
     if (!_isRunning)
         return;
-    if (!_open.empty() || !_waiting.isEmpty()) {
-        _timer.start(isHeldUp ? AnnounceTime : 0); // while it waits, what is there is shown
+    if (!isDone()) {
+        _timer.start(isHeldUp || !hasFolders() ? AnnounceTime : 0); // while it waits, what is there is shown
         return;
     }
     stop();
     emit finished(false);
 }
 
+bool LibraryScan::isDone() const
+{
+    return !hasFolders() && std::all_of(_questions.begin(), _questions.end(),
+                                        [](const Question &asked) { return asked.isSilent; });
+}
+
+/// Tells which drives have not answered for too long.
+void LibraryScan::noteSilence(bool hasAdvanced, bool isHeldUp)
+{
+    QStringList silent;
+    for (Question &asked : _questions)
+        if (!asked.isSilent && asked.since.hasExpired(_patience)) {
+            asked.isSilent = true;
+            silent.append(asked.folder.path);
+        }
+    if (hasAdvanced || !isHeldUp)
+        _heldUp.invalidate();
+    if (isHeldUp && !_heldUp.isValid())
+        _heldUp.start();
+    else if (isHeldUp && _heldUp.hasExpired(_patience))
+        silent.append(setAside());
+    for (const QString &folder : silent)
+        emit folderSilent(folder);
+}
+
+/// Leaves what was asked for last until that answers which it is held up by. Returns its path.
+QString LibraryScan::setAside()
+{
+    const Folder &last = _open.back();
+    const QString place = last.isListed ? last.left.last() : last.path;
+    while (!_open.back().isAsked && !_open.back().isPartial)
+        _open.pop_back();
+    Folder folder = _open.back();
+    _open.pop_back();
+    if (!folder.isPartial) { // it starts anew: what is known already costs little
+        Folder again;
+        again.path = folder.path;
+        again.isAsked = true;
+        again.onlyChanges = true;
+        again.withContents = folder.withContents;
+        folder = again;
+    }
+    _ahead.giveUp();
+    _heldUp.invalidate();
+    ask(folder, place, true);
+    return folder.path;
+}
+
 /// Whether it could go on; otherwise a directory has to be read ahead first.
 bool LibraryScan::step()
 {
     if (_open.empty()) {
-        Folder next;
-        next.path = _waiting.takeFirst();
-        next.isAsked = true;
-        _open.push_back(next);
+        _open.push_back(_waiting.front());
+        _waiting.erase(_waiting.begin());
     }
     Folder &folder = _open.back();
     if (!isReadAhead(folder))
@@ -188,13 +321,16 @@ bool LibraryScan::isReadAhead(const Folder &folder)
     if (_ahead.take(next))
         return true;
     if (!_ahead.isWanted(next))
-        _ahead.want({next}, !folder.onlyChanges);
+        _ahead.want({next}, folder.withContents);
     return false;
 }
 
 void LibraryScan::list(Folder &folder)
 {
     folder.isListed = true;
+    for (Folder &earlier : _open)
+        if (&earlier != &folder && earlier.path == folder.path)
+            earlier.isPartial = true; // what it listed may have changed since
     const QFileInfo info(folder.path);
     kxUrlManager *manager = managerOf(folder.path);
     if (info.isDir() && (!info.isReadable() || !info.isExecutable()))
@@ -203,7 +339,7 @@ void LibraryScan::list(Folder &folder)
         return;
     for (const QUrl &directory : manager->subDirectories(QUrl::fromLocalFile(folder.path)))
         folder.left.prepend(directory.toLocalFile());
-    _ahead.want({folder.left.rbegin(), folder.left.rend()}, !folder.onlyChanges);
+    _ahead.want({folder.left.rbegin(), folder.left.rend()}, folder.withContents);
 }
 
 void LibraryScan::readDirectory(const QString &directory)
@@ -235,6 +371,7 @@ void LibraryScan::readDirectory(const QString &directory)
     Folder below;
     below.path = directory;
     below.onlyChanges = folder.onlyChanges;
+    below.withContents = folder.withContents;
     below.isReadAhead = true;
     _open.push_back(below); // what was referred to as the open folder is not valid any more
 }
@@ -255,7 +392,7 @@ void LibraryScan::leave()
 void LibraryScan::leaveVanished(const Folder &folder)
 {
     if (folder.isAsked) {
-        emit folderFailed(folder.path, tr("The folder \"%1\" is not there. Is its drive connected?").arg(folder.path));
+        emit folderGone(folder.path, tr("The folder \"%1\" is not there. Is its drive connected?").arg(folder.path));
         return;
     }
     Folder nothing;

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "AssetManager/DirectoryStamp.h"
+#include "AssetManager/DriveInquiry.h"
 #include "AssetManager/ReadAhead.h"
 
+#include <QElapsedTimer>
 #include <QMap>
 #include <QObject>
 #include <QSet>
@@ -15,7 +17,8 @@
 
 /// Reads libraries a little at a time, so that the window stays alive meanwhile. Main thread only.
 ///
-/// A worker reads each directory first, so that a drive that takes its time holds nobody up but the reading itself.
+/// A worker reads each directory first, so that a drive that takes its time holds nobody up but the reading itself. What does not
+/// answer for a while is left aside, and read when it answers: others are read meanwhile.
 ///
 /// What is found is in the registry when it is announced. Folders are read in the order of their names.
 class LibraryScan final : public QObject
@@ -38,8 +41,16 @@ public:
     /// Forgets what was read below the folder; the registry is not touched.
     void forget(const QString &folder);
 
+    /// Not while all that is left to read does not answer.
     bool isRunning() const { return _isRunning; }
     int assetCount() const { return _assetCount; }
+    /// Whether assets were read in the folder or below.
+    bool hasAssetsIn(const QString &folder) const;
+    /// What an asset's directory was like when it was read.
+    DirectoryStamp stampOf(const QString &directory) const { return _known.value(directory).stamp; }
+
+    /// How long a drive may take before it counts as silent.
+    void setPatience(int milliseconds) { _patience = milliseconds; }
 
 Q_SIGNALS:
     void started();
@@ -51,6 +62,13 @@ Q_SIGNALS:
     void assetsChanged(const std::vector<std::string> &uuids);
     /// A folder that cannot be read, with the reason in a sentence.
     void folderFailed(const QString &folder, const QString &reason);
+    /// The same where it is not there.
+    void folderGone(const QString &folder, const QString &reason);
+    /// The drive of a folder that was asked for does not answer; it is read as soon as it does.
+    void folderSilent(const QString &folder);
+    void folderAnswered(const QString &folder);
+    /// A folder that was added is spelled otherwise, and was not read.
+    void folderElsewhere(const QString &folder, const QString &canonical);
     void progressed(int assetCount, const QString &folder);
     void finished(bool wasCancelled);
 
@@ -65,6 +83,7 @@ private:
         bool isListed = false;
         bool isAsked = false; ///< and not met on the way
         bool onlyChanges = false;
+        bool withContents = false; ///< which are not known yet
         bool isPartial = false; ///< what is left is not all that it holds
     };
 
@@ -75,7 +94,25 @@ private:
         std::vector<std::string> uuids;
     };
 
+    /// Something that has to answer before a folder is read.
+    struct Question
+    {
+        int id = 0;
+        Folder folder;
+        QString place;
+        QElapsedTimer since;
+        bool isSilent = false;
+    };
+
+    void ask(const Folder &folder, const QString &place, bool isSilent = false);
+    void receive(int id, const QString &canonical);
+    bool isAsked(const QString &folder) const;
+    bool isSilent(const QString &path) const;
+    void noteSilence(bool hasAdvanced, bool isHeldUp);
+    QString setAside();
     void work();
+    bool hasFolders() const { return !_open.empty() || !_waiting.empty(); }
+    bool isDone() const;
     bool step();
     bool isReadAhead(const Folder &folder);
     void list(Folder &folder);
@@ -90,12 +127,20 @@ private:
     void start();
     void stop();
 
+    static constexpr int Patience = 8000; // milliseconds: longer than a drive takes that was asleep
+
     ReadAhead _ahead;
     QTimer _timer;
     QMap<QString, Known> _known;            ///< by path
     QMap<QString, DirectoryStamp> _damaged; ///< directories that were reported, with what they were like
     std::vector<Folder> _open;              ///< from the top down to that which is being read
-    QStringList _waiting;
+    std::vector<Folder> _waiting;
+    std::vector<Question> _questions;
+    QSet<QString> _roots;  ///< what was added
+    QElapsedTimer _heldUp; ///< since when nothing could be read
+    DriveInquiry _inquiry;
+    int _lastQuestion = 0;
+    int _patience = Patience;
     std::vector<std::string> _changed;
     qint64 _announcedAt = 0;
     qint64 _announcing = 0; ///< how long the last announcement took, milliseconds

@@ -23,6 +23,11 @@ bool needsPayload(const std::string &uuid)
     return item && (!material || material->subMaterialUUIDs().empty());
 }
 
+QString silenceOf(const QString &library)
+{
+    return LibrarySide::tr("The folder \"%1\" does not answer. Is its drive or network connected?").arg(library);
+}
+
 } // namespace
 
 LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
@@ -30,6 +35,33 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
 {
     _assets.setFavourites(Settings::favourites());
     _assets.setRecent(Settings::recent());
+    connectScan();
+    _watcher.setKnown([this](const QString &directory) { return _scan.stampOf(directory); });
+    connect(&_watcher, &LibraryWatcher::changed, this, [this](const QString &folder) {
+        if (!_folders.libraryOf(folder).isEmpty())
+            _scan.refresh(folder);
+    });
+    connect(this, &LibrarySide::librariesChanged, &_watcher, &LibraryWatcher::setLibraries);
+    connect(&_states, &AssetStates::changed, this, &LibrarySide::watchUsed);
+    connect(&_watcher, &LibraryWatcher::assetChanged, &_scan, &LibraryScan::refreshAsset);
+    connect(&_actions, &LibraryActions::assetsChanged, this, &LibrarySide::refreshAssets);
+    connect(&_actions, &LibraryActions::foldersChanged, this, [this](const QStringList &paths) {
+        for (const QString &path : paths)
+            // What is in the trash is no asset any more, although it looks like one.
+            if (!_folders.libraryOf(path).isEmpty() && !Trash::isTrash(path))
+                _scan.refresh(path);
+    });
+    connect(&_actions, &LibraryActions::failed, this, &LibrarySide::failed);
+    connect(&_previews, &PreviewCache::brokenFound, this, [this](const QString &uuid, bool isBroken) {
+        const bool isUnusable = isBroken && needsPayload(uuid.toStdString());
+        _states.setBroken(uuid.toStdString(), isUnusable ? tr("Its file is missing: it cannot be loaded.") : QString());
+    });
+}
+
+LibrarySide::~LibrarySide() = default;
+
+void LibrarySide::connectScan()
+{
     connect(&_scan, &LibraryScan::assetsChanged, this, &LibrarySide::refreshAssets);
     connect(&_scan, &LibraryScan::folderFound, this, [this](const QString &parent, const QString &folder) {
         _folders.addFolder(parent, folder);
@@ -42,50 +74,67 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
             _folders.setProblem(folder, {});
     });
     connect(&_scan, &LibraryScan::folderFailed, this, &LibrarySide::noteFailure);
-    connect(&_watcher, &LibraryWatcher::changed, this, [this](const QString &folder) {
-        const QString library = _folders.libraryOf(folder);
-        if (QFileInfo(folder).isDir())
-            _scan.refresh(folder);
-        else if (!library.isEmpty())
-            _scan.refresh(library); // which may have gone itself, with its drive
-    });
-    connect(this, &LibrarySide::librariesChanged, &_watcher, &LibraryWatcher::setLibraries);
-    connect(&_states, &AssetStates::changed, this, &LibrarySide::watchUsed);
-    connect(&_watcher, &LibraryWatcher::assetChanged, &_scan, &LibraryScan::refreshAsset);
-    connect(&_actions, &LibraryActions::assetsChanged, this, &LibrarySide::refreshAssets);
-    connect(&_actions, &LibraryActions::foldersChanged, this, [this](const QStringList &paths) {
-        for (const QString &path : paths)
-            // What is in the trash is no asset any more, although it looks like one.
-            if (!_folders.libraryOf(path).isEmpty() && !Trash::isTrash(path) && QFileInfo(path).isDir())
-                _scan.refresh(path);
-    });
-    connect(&_actions, &LibraryActions::failed, this, &LibrarySide::failed);
-    connect(&_previews, &PreviewCache::brokenFound, this, [this](const QString &uuid, bool isBroken) {
-        const bool isUnusable = isBroken && needsPayload(uuid.toStdString());
-        _states.setBroken(uuid.toStdString(), isUnusable ? tr("Its file is missing: it cannot be loaded.") : QString());
+    connect(&_scan, &LibraryScan::folderGone, this, &LibrarySide::noteGone);
+    connect(&_scan, &LibraryScan::folderSilent, this, &LibrarySide::noteSilence);
+    connect(&_scan, &LibraryScan::folderAnswered, this, &LibrarySide::noteAnswer);
+    connect(&_scan, &LibraryScan::folderElsewhere, this, &LibrarySide::openElsewhere);
+    connect(&_scan, &LibraryScan::finished, this, [this] {
+        for (const QString &library : _folders.libraries()) // also when a person did not want to wait
+            _folders.setAwaited(library, false);
     });
 }
 
-LibrarySide::~LibrarySide() = default;
-
 void LibrarySide::noteFailure(const QString &folder, const QString &reason)
 {
-    const QFileInfo info(folder);
-    const bool isLibrary = _folders.libraryOf(folder) == folder;
-    if (!isLibrary && !info.exists() && QFileInfo(info.path()).isDir()) {
-        _scan.refresh(info.path()); // it was moved or removed before its turn came, as folders may be
+    if (_folders.libraryOf(folder) == folder)
+        noteProblem(folder, reason);
+    else if (!QFileInfo::exists(folder)) // it answered just now
+        noteGone(folder, reason);
+    else
+        emit failed({reason});
+}
+
+/// A folder was moved or removed before its turn came, as folders may be; a library has gone with its drive.
+void LibrarySide::noteGone(const QString &folder, const QString &reason)
+{
+    const QString library = _folders.libraryOf(folder);
+    if (library != folder) {
+        if (!library.isEmpty())
+            _scan.refresh(QFileInfo(folder).path());
         return;
     }
-    if (isLibrary) {
-        // Looked at from now on, so that it is also noticed when it is back at once.
-        _watcher.setLibraries({});
-        _watcher.setLibraries(_folders.libraries());
-    }
-    if (isLibrary && _folders.problemOf(folder) == reason)
-        return; // it was said already, and is still to be seen
-    if (isLibrary)
-        _folders.setProblem(folder, reason);
+    _watcher.setGone(library);
+    noteProblem(library, reason);
+}
+
+/// Says it once, for as long as it is to be seen.
+void LibrarySide::noteProblem(const QString &library, const QString &reason)
+{
+    if (_folders.problemOf(library) == reason)
+        return;
+    _folders.setProblem(library, reason);
     emit failed({reason});
+}
+
+void LibrarySide::noteSilence(const QString &folder)
+{
+    if (const QString library = _folders.libraryOf(folder); !library.isEmpty())
+        noteProblem(library, silenceOf(library));
+}
+
+void LibrarySide::noteAnswer(const QString &folder)
+{
+    const QString library = _folders.libraryOf(folder);
+    _folders.setAwaited(library, false);
+    if (!library.isEmpty() && _folders.problemOf(library) == silenceOf(library))
+        _folders.setProblem(library, {});
+}
+
+void LibrarySide::openElsewhere(const QString &path, const QString &canonical)
+{
+    close(path);
+    if (const QString reason = open(canonical); !reason.isEmpty())
+        emit failed({reason});
 }
 
 void LibrarySide::refreshAssets(const std::vector<std::string> &uuids)
@@ -114,8 +163,7 @@ void LibrarySide::watchUsed()
 
 QString LibrarySide::open(const QString &path)
 {
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    const QString library = canonical.isEmpty() ? QDir::cleanPath(QFileInfo(path).absoluteFilePath()) : canonical;
+    const QString library = QDir::cleanPath(QFileInfo(path).absoluteFilePath()); // nothing of it asks the drive
     for (const QString &other : _folders.libraries()) {
         if (other == library)
             return {};
@@ -123,6 +171,7 @@ QString LibrarySide::open(const QString &path)
             return tr("\"%1\" and the open library \"%2\" lie in each other.").arg(library, other);
     }
     _folders.addLibrary(library);
+    _folders.setAwaited(library, true);
     _scan.add(library);
     emit librariesChanged(_folders.libraries());
     return {};

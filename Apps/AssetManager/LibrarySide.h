@@ -32,7 +32,8 @@ public:
     PreviewCache &previews() { return _previews; }
     LibraryWatcher &watcher() { return _watcher; }
 
-    /// Reads the library in the background; its folder need not be there now. "" or why it cannot be opened.
+    /// Reads the library in the background; its folder need not be there now, nor its drive answer. "" or why it cannot be
+    /// opened.
     QString open(const QString &path);
     /// Forgets the library; its files stay.
     void close(const QString &path);
@@ -51,7 +52,13 @@ Q_SIGNALS:
 
 private:
     void watchUsed();
+    void connectScan();
     void noteFailure(const QString &folder, const QString &reason);
+    void noteGone(const QString &folder, const QString &reason);
+    void noteProblem(const QString &library, const QString &reason);
+    void noteSilence(const QString &folder);
+    void noteAnswer(const QString &folder);
+    void openElsewhere(const QString &path, const QString &canonical);
     void refreshAssets(const std::vector<std::string> &uuids);
 
     AssetStates _states;

@@ -68,21 +68,31 @@ void LibraryWatcher::replace(Stamps &assets, const QStringList &directories)
 {
     Stamps all;
     for (const QString &directory : directories.mid(0, MaxSeen)) {
-        const auto known = assets.constFind(directory);
-        all.insert(directory, known != assets.constEnd() ? *known : DirectoryStamp(directory));
+        std::optional<DirectoryStamp> stamp = assets.value(directory);
+        if (!stamp && _stampOf && _stampOf(directory) != DirectoryStamp())
+            stamp = _stampOf(directory);
+        all.insert(directory, stamp);
     }
     assets = all;
 }
 
 void LibraryWatcher::setLibraries(const QStringList &libraries)
 {
-    std::map<QString, Place> places;
+    std::map<QString, std::optional<Place>> places;
     for (const QString &library : libraries) {
         const auto known = _libraries.find(library);
-        places.emplace(library, known != _libraries.end() ? known->second : Place(library));
+        places.emplace(library, known != _libraries.end() ? known->second : std::nullopt);
+        if (known == _libraries.end())
+            lookAt(library, {});
     }
     _libraries = std::move(places);
     lookWhileNeeded();
+}
+
+void LibraryWatcher::setGone(const QString &library)
+{
+    if (const auto known = _libraries.find(library); known != _libraries.end())
+        known->second = Place();
 }
 
 void LibraryWatcher::lookWhileNeeded()
@@ -93,38 +103,77 @@ void LibraryWatcher::lookWhileNeeded()
         _lookTimer.start();
 }
 
-/// Whether there is something else at the path than when it was looked at last; then nothing is watched there any more.
-bool LibraryWatcher::isElsewhere(const QString &library, Place &place)
+QString LibraryWatcher::libraryOf(const QString &directory) const
 {
-    const Place now(library);
-    if (now == place)
-        return false;
-    place = now;
-    forget(library);
-    return true;
+    for (const auto &[library, place] : _libraries)
+        if (AssetFilter::isIn(directory, library))
+            return library;
+    return {};
 }
 
 void LibraryWatcher::look()
 {
-    for (auto &[library, place] : _libraries) {
-        if (!isElsewhere(library, place))
-            continue;
-        _changed.insert(library);
-        _timer.start();
-    }
-    lookAt(_seen);
-    lookAt(_used);
+    QMap<QString, QStringList> directories;
+    for (const auto &[library, place] : _libraries)
+        directories.insert(library, {});
+    for (const Stamps &assets : {_seen, _used})
+        for (auto asset = assets.begin(); asset != assets.end(); ++asset)
+            directories[libraryOf(asset.key())].append(asset.key());
+    for (auto library = directories.begin(); library != directories.end(); ++library)
+        lookAt(library.key(), *library);
+}
+
+/// \a library is "" for what lies in none.
+void LibraryWatcher::lookAt(const QString &library, const QStringList &directories)
+{
+    if (_asked.contains(library))
+        return;
+    _asked.insert(library);
+    _inquiry.ask([this, library, directories] {
+        Sight sight;
+        if (!library.isEmpty())
+            sight.library = Place(library);
+        for (const QString &directory : directories)
+            sight.assets.insert(directory, DirectoryStamp(directory));
+        return [this, library, sight] { receive(library, sight); };
+    });
+}
+
+void LibraryWatcher::receive(const QString &library, const Sight &sight)
+{
+    _asked.remove(library);
+    noteLibrary(library, sight.library);
+    compare(_seen, sight.assets);
+    compare(_used, sight.assets);
+}
+
+/// Where there is something else at the path than before, nothing is watched any more.
+void LibraryWatcher::noteLibrary(const QString &library, const Place &now)
+{
+    const auto known = _libraries.find(library);
+    if (known == _libraries.end() || known->second == now)
+        return;
+    const bool isFirstSight = !known->second;
+    known->second = now;
+    if (isFirstSight && !now.isNothing())
+        return;
+    forget(library);
+    _changed.insert(library);
+    _timer.start();
 }
 
 /// Also where something was only saved by this program: it is read once more then.
-void LibraryWatcher::lookAt(Stamps &assets)
+void LibraryWatcher::compare(Stamps &assets, const QMap<QString, DirectoryStamp> &now)
 {
-    for (auto asset = assets.begin(); asset != assets.end(); ++asset) {
-        const DirectoryStamp now(asset.key());
-        if (now == *asset)
+    for (auto found = now.begin(); found != now.end(); ++found) {
+        const auto asset = assets.find(found.key());
+        if (asset == assets.end() || *asset == *found)
             continue;
-        *asset = now;
-        _changedAssets.insert(asset.key());
+        const bool isFirstSight = !*asset;
+        *asset = *found;
+        if (isFirstSight)
+            continue;
+        _changedAssets.insert(found.key());
         _timer.start();
     }
 }

@@ -5,8 +5,12 @@
 #include "Assets/kxUrlManager.h"
 
 #include <QFile>
+#include <QSet>
 #include <QUrl>
-#include <QtConcurrent>
+
+#include <mutex>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -17,97 +21,131 @@ constexpr int MaxWorkers = 2;
 
 } // namespace
 
-ReadAhead::ReadAhead(QObject *parent) : QObject(parent)
+struct ReadAhead::Wanted
 {
-    _pool.setMaxThreadCount(MaxWorkers);
+    QString directory;
+    bool withContents = false;
+    kxUrlManager *manager = nullptr; ///< looked up by the main thread: at the end there is no list of them
+};
+
+struct ReadAhead::State
+{
+    explicit State(ReadAhead *reader) : owner(reader) {}
+
+    void drop();
+    bool next(Wanted &found);
+    void finish(const QString &directory);
+
+    std::mutex mutex;          ///< guards what follows
+    ReadAhead *owner;          ///< null once nobody wants anything of this any more
+    std::vector<Wanted> queue; ///< the next one last
+    QSet<QString> wanted;      ///< those, and that which is being read
+    QSet<QString> read;
+    int workers = 0;
+    bool isAwaited = false;
+};
+
+/// With the mutex held.
+void ReadAhead::State::drop()
+{
+    queue.clear();
+    wanted.clear();
+    read.clear();
+    isAwaited = false;
 }
+
+/// On a worker, as is what follows.
+bool ReadAhead::State::next(Wanted &found)
+{
+    const std::lock_guard lock(mutex);
+    if (queue.empty()) {
+        --workers;
+        return false;
+    }
+    found = std::move(queue.back());
+    queue.pop_back();
+    return true;
+}
+
+void ReadAhead::State::finish(const QString &directory)
+{
+    const std::lock_guard lock(mutex);
+    if (!wanted.remove(directory))
+        return; // nobody waits for it any more
+    read.insert(directory);
+    if (!isAwaited || !owner)
+        return;
+    isAwaited = false;
+    QMetaObject::invokeMethod(owner, &ReadAhead::advanced, Qt::QueuedConnection);
+}
+
+ReadAhead::ReadAhead(QObject *parent) : QObject(parent), _state(std::make_shared<State>(this)) {}
 
 ReadAhead::~ReadAhead()
 {
-    clear();
-    _pool.waitForDone();
+    giveUp();
 }
 
 void ReadAhead::want(const QStringList &directories, bool withContents)
 {
-    const std::lock_guard lock(_mutex);
+    const std::lock_guard lock(_state->mutex);
     for (auto directory = directories.rbegin(); directory != directories.rend(); ++directory)
-        if (!_wanted.contains(*directory) && !_read.contains(*directory)) {
-            _wanted.insert(*directory);
-            _queue.push_back({*directory, withContents});
+        if (!_state->wanted.contains(*directory) && !_state->read.contains(*directory)) {
+            _state->wanted.insert(*directory);
+            _state->queue.push_back(
+                {*directory, withContents, kxUrlManager::getUrlManager(QUrl::fromLocalFile(*directory))});
         }
-    while (!_queue.empty() && _workers < MaxWorkers) {
-        ++_workers;
-        QtConcurrent::run(&_pool, this, &ReadAhead::work);
+    for (auto most = static_cast<int>(_state->queue.size()); most > 0 && _state->workers < MaxWorkers; --most) {
+        ++_state->workers;
+        std::thread([state = _state] { work(*state); }).detach();
     }
 }
 
 bool ReadAhead::isWanted(const QString &directory) const
 {
-    const std::lock_guard lock(_mutex);
-    return _wanted.contains(directory) || _read.contains(directory);
+    const std::lock_guard lock(_state->mutex);
+    return _state->wanted.contains(directory) || _state->read.contains(directory);
 }
 
 bool ReadAhead::take(const QString &directory)
 {
-    const std::lock_guard lock(_mutex);
-    const bool isRead = _read.remove(directory);
-    _isAwaited = !isRead;
+    const std::lock_guard lock(_state->mutex);
+    const bool isRead = _state->read.remove(directory);
+    _state->isAwaited = !isRead;
     return isRead;
 }
 
 void ReadAhead::clear()
 {
-    const std::lock_guard lock(_mutex);
-    _queue.clear();
-    _wanted.clear();
-    _read.clear();
-    _isAwaited = false;
+    const std::lock_guard lock(_state->mutex);
+    _state->drop();
 }
 
-/// On a worker, as is what it calls.
-void ReadAhead::work()
+void ReadAhead::giveUp()
+{
+    {
+        const std::lock_guard lock(_state->mutex);
+        _state->drop();
+        _state->owner = nullptr;
+    }
+    _state = std::make_shared<State>(this);
+}
+
+void ReadAhead::work(State &state)
 {
     Wanted wanted;
-    while (next(wanted)) {
-        read(wanted);
-        finish(wanted.directory);
+    while (state.next(wanted)) {
+        if (wanted.manager)
+            read(*wanted.manager, wanted.directory, wanted.withContents);
+        state.finish(wanted.directory);
     }
 }
 
-bool ReadAhead::next(Wanted &wanted)
+void ReadAhead::read(kxUrlManager &manager, const QString &directory, bool withContents)
 {
-    const std::lock_guard lock(_mutex);
-    if (_queue.empty()) {
-        --_workers;
-        return false;
-    }
-    wanted = std::move(_queue.back());
-    _queue.pop_back();
-    return true;
-}
-
-void ReadAhead::finish(const QString &directory)
-{
-    const std::lock_guard lock(_mutex);
-    if (!_wanted.remove(directory))
-        return; // nobody waits for it any more
-    _read.insert(directory);
-    if (!_isAwaited)
-        return;
-    _isAwaited = false;
-    QMetaObject::invokeMethod(this, &ReadAhead::advanced, Qt::QueuedConnection);
-}
-
-void ReadAhead::read(const Wanted &wanted)
-{
-    const QUrl url = QUrl::fromLocalFile(wanted.directory);
-    kxUrlManager *manager = kxUrlManager::getUrlManager(url);
-    if (!manager)
-        return;
-    const DirectoryStamp stamp(wanted.directory); // asks for each file's size and time
-    const std::vector<QUrl> files = manager->files(url, {QStringLiteral("*.xml")}, QDir::NoSort);
-    if (!wanted.withContents)
+    const DirectoryStamp stamp(directory); // asks for each file's size and time
+    const std::vector<QUrl> files = manager.files(QUrl::fromLocalFile(directory), {QStringLiteral("*.xml")}, QDir::NoSort);
+    if (!withContents)
         return;
     for (const QUrl &found : files) {
         QFile file(found.toLocalFile());

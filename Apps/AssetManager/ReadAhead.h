@@ -2,24 +2,23 @@
 #pragma once
 
 #include <QObject>
-#include <QSet>
 #include <QStringList>
-#include <QThreadPool>
 
-#include <mutex>
-#include <vector>
+#include <memory>
+
+class kxUrlManager;
 
 /// Reads directories before the main thread does, which then finds in memory what it asks for: the window does not stand still
 /// over a drive that takes its time to answer. What is read is dropped; who reads after it sees what is there then.
 ///
-/// Main thread only, but for the reading itself.
+/// Main thread only, but for the reading itself. A drive that does not answer at all is not waited for, not even at the end.
 class ReadAhead final : public QObject
 {
     Q_OBJECT
 
 public:
     explicit ReadAhead(QObject *parent = nullptr);
-    /// Waits for the directory that is being read.
+    /// Leaves a directory that is being read to itself.
     ~ReadAhead() override;
 
     /// Has these read before all that was wanted earlier, the first one first; without the descriptions of assets when only what
@@ -30,29 +29,20 @@ public:
     bool take(const QString &directory);
     /// Nothing is wanted any more.
     void clear();
+    /// The same, and whoever is held up holds up nobody else: others read what is wanted next.
+    void giveUp();
+
+    /// Reads one directory at once, on any thread.
+    static void read(kxUrlManager &manager, const QString &directory, bool withContents);
 
 Q_SIGNALS:
     /// More was read since take() failed.
     void advanced();
 
 private:
-    struct Wanted
-    {
-        QString directory;
-        bool withContents = false;
-    };
+    struct Wanted;
+    struct State;
+    static void work(State &state);
 
-    void work();
-    bool next(Wanted &wanted);
-    void finish(const QString &directory);
-    static void read(const Wanted &wanted);
-
-    mutable std::mutex _mutex;  ///< guards what follows
-    std::vector<Wanted> _queue; ///< the next one last
-    QSet<QString> _wanted;      ///< those, and that which is being read
-    QSet<QString> _read;
-    int _workers = 0;
-    bool _isAwaited = false;
-
-    QThreadPool _pool;
+    std::shared_ptr<State> _state; ///< the workers have it too, for as long as they are held up
 };

@@ -320,6 +320,7 @@ TEST_F(MainWindowDiskTest, LooksAtABoundedNumberOfAssetsOnly)
         ASSERT_TRUE(QDir().mkpath(directories.last()));
     }
     LibraryWatcher watcher;
+    watcher.setKnown([](const QString &directory) { return DirectoryStamp(directory); });
     QSignalSpy noticed(&watcher, &LibraryWatcher::assetChanged);
 
     watcher.setSeen(directories);
