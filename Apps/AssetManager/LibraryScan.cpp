@@ -193,8 +193,9 @@ void LibraryScan::cancel()
     _ahead.giveUp();
     _open.clear();
     _waiting.clear();
-    _questions.erase(std::remove_if(_questions.begin(), _questions.end(), [](const Question &asked) { return !asked.isSilent; }),
-                     _questions.end());
+    _questions.erase(
+        std::remove_if(_questions.begin(), _questions.end(), [](const Question &asked) { return !asked.isSilent; }),
+        _questions.end());
     announce();
     emit finished(true);
 }
@@ -205,9 +206,10 @@ void LibraryScan::forget(const QString &folder)
     for (auto known = _known.lowerBound(beginning); known != _known.end() && known.key().startsWith(beginning);)
         known = _known.erase(known);
     _roots.remove(folder);
-    _questions.erase(std::remove_if(_questions.begin(), _questions.end(),
-                                    [&](const Question &asked) { return AssetFilter::isIn(asked.folder.path, folder); }),
-                     _questions.end());
+    _questions.erase(
+        std::remove_if(_questions.begin(), _questions.end(),
+                       [&](const Question &asked) { return AssetFilter::isIn(asked.folder.path, folder); }),
+        _questions.end());
 }
 
 bool LibraryScan::hasAssetsIn(const QString &folder) const
@@ -247,8 +249,8 @@ void LibraryScan::work()
 
 bool LibraryScan::isDone() const
 {
-    return !hasFolders() && std::all_of(_questions.begin(), _questions.end(),
-                                        [](const Question &asked) { return asked.isSilent; });
+    return !hasFolders() &&
+           std::all_of(_questions.begin(), _questions.end(), [](const Question &asked) { return asked.isSilent; });
 }
 
 /// Tells which drives have not answered for too long.

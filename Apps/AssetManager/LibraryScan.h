@@ -84,7 +84,7 @@ private:
         bool isAsked = false; ///< and not met on the way
         bool onlyChanges = false;
         bool withContents = false; ///< which are not known yet
-        bool isPartial = false; ///< what is left is not all that it holds
+        bool isPartial = false;    ///< what is left is not all that it holds
     };
 
     /// An asset directory as it was when it was read.

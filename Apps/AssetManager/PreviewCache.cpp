@@ -5,9 +5,9 @@
 #include "SceneGraph/ExternalThread.h"
 
 #include <QDir>
-#include <QFutureWatcher>
 #include <QImage>
-#include <QtConcurrent>
+#include <QThread>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -32,14 +32,11 @@ struct PreviewCache::Result
 
 PreviewCache::PreviewCache(int capacity, QObject *parent) : QObject(parent), _pixmaps(capacity)
 {
-    _pool.setMaxThreadCount(std::max(1, QThread::idealThreadCount() - 1));
+    _timer.setSingleShot(true);
+    connect(&_timer, &QTimer::timeout, this, &PreviewCache::loadNext);
 }
 
-PreviewCache::~PreviewCache()
-{
-    _queue.clear();
-    _pool.waitForDone();
-}
+PreviewCache::~PreviewCache() = default;
 
 QPixmap PreviewCache::find(const QString &uuid) const
 {
@@ -64,25 +61,31 @@ void PreviewCache::forget(const QString &uuid)
 
 void PreviewCache::loadNext()
 {
-    while (!_queue.empty() && _underWay.size() < MaxUnderWay) {
+    const int most = std::clamp(QThread::idealThreadCount() - 1, 2, MaxUnderWay);
+    while (!_queue.empty() && busyCount() < most) {
         const Wanted next = _queue.back();
         _queue.pop_back();
-        _underWay.insert(next.uuid, true);
-        auto *watcher = new QFutureWatcher<Result>(this);
-        connect(watcher, &QFutureWatcher<Result>::finished, this, [this, watcher] {
-            watcher->deleteLater();
-            receive(watcher->result());
-        });
-        watcher->setFuture(QtConcurrent::run(&_pool, &PreviewCache::load, next));
+        _underWay[next.uuid].start();
+        const kxUrlManager *manager = kxUrlManager::getUrlManager(QUrl::fromLocalFile(next.directory));
+        _inquiry.ask([this, next, manager] { return [this, result = load(next, manager)] { receive(result); }; });
     }
+    if (!_queue.empty())
+        _timer.start(_patience + 1);
+}
+
+/// How many are loaded on drives that may be expected to answer.
+int PreviewCache::busyCount() const
+{
+    return static_cast<int>(std::count_if(_underWay.begin(), _underWay.end(),
+                                          [this](const QElapsedTimer &since) { return !since.hasExpired(_patience); }));
 }
 
 /// On a worker.
-PreviewCache::Result PreviewCache::load(const Wanted &wanted)
+PreviewCache::Result PreviewCache::load(const Wanted &wanted, const kxUrlManager *manager)
 {
     Result result{wanted.uuid, {}, hasPayload(wanted.directory)};
     const QUrl url = QUrl::fromLocalFile(wanted.directory);
-    if (const kxUrlManager *manager = kxUrlManager::getUrlManager(url)) {
+    if (manager) {
         const osg::KnownThread known;
         manager->loadImageFromDir(url, &result.image);
     }

@@ -1,18 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "AssetManager/DriveInquiry.h"
+
 #include <QCache>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
 #include <QPixmap>
 #include <QString>
-#include <QThreadPool>
+#include <QTimer>
 
 #include <vector>
+
+class kxUrlManager;
 
 /// The previews of assets, loaded in the background and kept up to a bound. Main thread only.
 ///
 /// Whoever shows assets says which are to be seen, in the order of importance; what is no longer wanted is not loaded.
+/// A drive that does not answer holds up neither the others for long nor the end of the program.
 class PreviewCache final : public QObject
 {
     Q_OBJECT
@@ -26,7 +32,6 @@ public:
 
     /// \a capacity is in kilobytes of pixels.
     explicit PreviewCache(int capacity = 64 * 1024, QObject *parent = nullptr);
-    /// Waits for what is being loaded.
     ~PreviewCache() override;
 
     /// Null when it is not there yet, or there is none. No larger than Size in either direction.
@@ -38,8 +43,11 @@ public:
     /// Has the preview loaded again when it is wanted next.
     void forget(const QString &uuid);
 
-    bool isIdle() const { return _queue.empty() && _underWay.isEmpty(); }
+    /// Nothing is to be loaded but what does not answer.
+    bool isIdle() const { return _queue.empty() && busyCount() == 0; }
     int loadedCount() const { return _loadedCount; }
+    /// How long a drive may take before others are asked beside it.
+    void setPatience(int milliseconds) { _patience = milliseconds; }
 
     static constexpr int Size = 288; ///< pixels
     static constexpr int MaxMissing =
@@ -52,14 +60,17 @@ Q_SIGNALS:
 
 private:
     struct Result;
-    static Result load(const Wanted &wanted);
+    static Result load(const Wanted &wanted, const kxUrlManager *manager);
+    int busyCount() const;
     void loadNext();
     void receive(const Result &result);
 
-    QThreadPool _pool;
     QCache<QString, QPixmap> _pixmaps;
     QCache<QString, bool> _missing{MaxMissing};
     std::vector<Wanted> _queue; ///< the next one last
-    QHash<QString, bool> _underWay;
+    QHash<QString, QElapsedTimer> _underWay;
+    QTimer _timer; ///< looks for what does not answer
+    int _patience = 8000;
     int _loadedCount = 0;
+    DriveInquiry _inquiry;
 };

@@ -144,7 +144,8 @@ void ReadAhead::work(State &state)
 void ReadAhead::read(kxUrlManager &manager, const QString &directory, bool withContents)
 {
     const DirectoryStamp stamp(directory); // asks for each file's size and time
-    const std::vector<QUrl> files = manager.files(QUrl::fromLocalFile(directory), {QStringLiteral("*.xml")}, QDir::NoSort);
+    const std::vector<QUrl> files =
+        manager.files(QUrl::fromLocalFile(directory), {QStringLiteral("*.xml")}, QDir::NoSort);
     if (!withContents)
         return;
     for (const QUrl &found : files) {

@@ -152,3 +152,26 @@ TEST_F(PreviewCacheTest, RemembersOnlySoManyWithoutAPicture)
                             [&](const PreviewCache::Wanted &asset) { return cache.isMissing(asset.uuid); }),
               PreviewCache::MaxMissing);
 }
+
+TEST_F(PreviewCacheTest, ReadsOthersBesideADriveThatDoesNotAnswerAndEndsWithoutIt)
+{
+    std::vector<PreviewCache::Wanted> assets = make(10);
+    for (int i = 0; i < 8; ++i) {
+        ASSERT_TRUE(QDir().mkpath(path("away")));
+        ASSERT_TRUE(QDir().rename(assets[i].directory, path("away/") + nameOf(i)));
+        assets[i].directory = path("away/") + nameOf(i);
+    }
+    disk.hold(path("away"));
+    {
+        PreviewCache cache;
+        cache.setPatience(50);
+
+        cache.want(assets);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return cache.loadedCount() == 2 && cache.isIdle(); }, Patience));
+
+        EXPECT_FALSE(cache.find(assets.back().uuid).isNull());
+        EXPECT_EQ(disk.waitingCount(), 8);
+    }
+    disk.letGo();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return disk.waitingCount() == 0; }, Patience));
+}
