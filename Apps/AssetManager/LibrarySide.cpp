@@ -70,8 +70,8 @@ void LibrarySide::connectScan()
     connect(&_scan, &LibraryScan::folderRead, this, [this](const QString &folder, const QStringList &subFolders) {
         _folders.setSubFolders(folder, subFolders);
         _watcher.watch(folder);
-        if (const QFileInfo info(folder); info.isDir() && info.isReadable() && info.isExecutable())
-            _folders.setProblem(folder, {});
+        if (_folders.libraryOf(folder) == folder)
+            noteRead(folder);
     });
     connect(&_scan, &LibraryScan::folderFailed, this, &LibrarySide::noteFailure);
     connect(&_scan, &LibraryScan::folderGone, this, &LibrarySide::noteGone);
@@ -82,6 +82,21 @@ void LibrarySide::connectScan()
         for (const QString &library : _folders.libraries()) // also when a person did not want to wait
             _folders.setAwaited(library, false);
     });
+}
+
+/// A place that a drive was at is an empty folder without it.
+void LibrarySide::noteRead(const QString &library)
+{
+    const QFileInfo info(library);
+    if (!info.isDir() || !info.isReadable() || !info.isExecutable())
+        return;
+    const bool isEmpty = QDir(library).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    if (isEmpty && Settings::filledLibraries().contains(library)) {
+        noteProblem(library, tr("The folder \"%1\" is empty now. Is its drive connected?").arg(library));
+        return;
+    }
+    Settings::setFilled(library, _scan.hasAssetsIn(library));
+    _folders.setProblem(library, {});
 }
 
 void LibrarySide::noteFailure(const QString &folder, const QString &reason)
@@ -187,6 +202,7 @@ void LibrarySide::close(const QString &path)
         kxAssetItemFactory::the().deleteItem(uuid);
     refreshAssets(uuids);
     _folders.removeLibrary(path);
+    Settings::setFilled(path, false);
     emit librariesChanged(_folders.libraries());
 }
 

@@ -53,6 +53,7 @@ Q_SIGNALS:
 private:
     void watchUsed();
     void connectScan();
+    void noteRead(const QString &library);
     void noteFailure(const QString &folder, const QString &reason);
     void noteGone(const QString &folder, const QString &reason);
     void noteProblem(const QString &library, const QString &reason);

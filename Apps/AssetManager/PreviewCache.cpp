@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int MaxUnderWay = 4; // few, so that what is scrolled to is not behind what was
+constexpr int MaxThreads = 64; // with those that wait for drives that do not answer
 
 bool hasPayload(const QString &directory)
 {
@@ -62,7 +63,7 @@ void PreviewCache::forget(const QString &uuid)
 void PreviewCache::loadNext()
 {
     const int most = std::clamp(QThread::idealThreadCount() - 1, 2, MaxUnderWay);
-    while (!_queue.empty() && busyCount() < most) {
+    while (!_queue.empty() && busyCount() < most && _underWay.size() < MaxThreads) {
         const Wanted next = _queue.back();
         _queue.pop_back();
         _underWay[next.uuid].start();

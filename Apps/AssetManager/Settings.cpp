@@ -29,6 +29,22 @@ void Settings::setLibraries(const QStringList &paths)
     setValue("libraries", paths);
 }
 
+QStringList Settings::filledLibraries()
+{
+    return value("filledLibraries").toStringList();
+}
+
+void Settings::setFilled(const QString &library, bool isFilled)
+{
+    QStringList filled = filledLibraries();
+    if (filled.contains(library) == isFilled)
+        return;
+    filled.removeAll(library);
+    if (isFilled)
+        filled.append(library);
+    setValue("filledLibraries", filled);
+}
+
 QString Settings::folder()
 {
     return value("folder").toString();

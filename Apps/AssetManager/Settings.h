@@ -13,6 +13,9 @@ public:
 
     static QStringList libraries();
     static void setLibraries(const QStringList &paths);
+    /// The libraries that assets were seen in.
+    static QStringList filledLibraries();
+    static void setFilled(const QString &library, bool isFilled);
     static QString folder();
     static void setFolder(const QString &path);
 

@@ -123,49 +123,49 @@ QStringList HangingDrive::askedByMainThread() const
 
 extern "C" {
 
-int stat(const char *path, struct stat *status)
+int stat(const char *path, struct stat *status) noexcept
 {
     ask("stat", path);
     return real<int (*)(const char *, struct stat *)>("stat")(path, status);
 }
 
-int stat64(const char *path, struct stat64 *status)
+int stat64(const char *path, struct stat64 *status) noexcept
 {
     ask("stat", path);
     return real<int (*)(const char *, struct stat64 *)>("stat64")(path, status);
 }
 
-int lstat(const char *path, struct stat *status)
+int lstat(const char *path, struct stat *status) noexcept
 {
     ask("lstat", path);
     return real<int (*)(const char *, struct stat *)>("lstat")(path, status);
 }
 
-int lstat64(const char *path, struct stat64 *status)
+int lstat64(const char *path, struct stat64 *status) noexcept
 {
     ask("lstat", path);
     return real<int (*)(const char *, struct stat64 *)>("lstat64")(path, status);
 }
 
-int statx(int folder, const char *path, int flags, unsigned mask, struct statx *status)
+int statx(int folder, const char *path, int flags, unsigned mask, struct statx *status) noexcept
 {
     ask("stat", path);
     return real<int (*)(int, const char *, int, unsigned, struct statx *)>("statx")(folder, path, flags, mask, status);
 }
 
-int access(const char *path, int mode)
+int access(const char *path, int mode) noexcept
 {
     ask("access", path);
     return real<int (*)(const char *, int)>("access")(path, mode);
 }
 
-char *realpath(const char *path, char *resolved)
+char *realpath(const char *path, char *resolved) noexcept
 {
     ask("realpath", path);
     return real<char *(*)(const char *, char *)>("realpath")(path, resolved);
 }
 
-ssize_t readlink(const char *path, char *target, size_t size)
+ssize_t readlink(const char *path, char *target, size_t size) noexcept
 {
     ask("readlink", path);
     return real<ssize_t (*)(const char *, char *, size_t)>("readlink")(path, target, size);
@@ -197,7 +197,7 @@ int open64(const char *path, int flags, ...)
     return real<int (*)(const char *, int, ...)>("open64")(path, flags, mode);
 }
 
-int inotify_add_watch(int instance, const char *path, uint32_t mask)
+int inotify_add_watch(int instance, const char *path, uint32_t mask) noexcept
 {
     ask("watch", path);
     return real<int (*)(int, const char *, uint32_t)>("inotify_add_watch")(instance, path, mask);
