@@ -161,15 +161,16 @@ void LibraryScan::receive(int id, const QString &canonical)
     start();
     _timer.start(0);
     const bool isElsewhere = !folder.onlyChanges && !canonical.isEmpty() && canonical != folder.path;
-    if (!isElsewhere && folder.onlyChanges)
-        _open.push_back(folder);
-    else if (!isElsewhere)
-        _waiting.push_back(folder);
     emit folderAnswered(folder.path);
-    if (!isElsewhere)
+    if (isElsewhere) {
+        _roots.remove(folder.path);
+        emit folderElsewhere(folder.path, canonical);
         return;
-    _roots.remove(folder.path);
-    emit folderElsewhere(folder.path, canonical);
+    }
+    if (folder.onlyChanges)
+        _open.push_back(folder);
+    else
+        _waiting.push_back(folder);
 }
 
 bool LibraryScan::isAsked(const QString &folder) const

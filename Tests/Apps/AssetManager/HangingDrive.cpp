@@ -29,7 +29,7 @@ struct Drive
     std::string folder;
     std::thread::id mainThread;
     QStringList askedByMainThread;
-    int waitingCount = 0;
+    QStringList waiting;
     bool isHanging = false;
 };
 
@@ -61,13 +61,14 @@ void ask(const char *operation, const char *path)
     std::unique_lock lock(asked.mutex);
     if (!asked.isHanging || !liesIn(path, asked.folder))
         return;
+    const QString question = QString::fromLatin1(operation) + ' ' + QString::fromUtf8(path);
     if (std::this_thread::get_id() == asked.mainThread) {
-        asked.askedByMainThread.append(QString::fromLatin1(operation) + ' ' + QString::fromUtf8(path));
+        asked.askedByMainThread.append(question);
         return;
     }
-    ++asked.waitingCount;
+    asked.waiting.append(question);
     EXPECT_TRUE(asked.changed.wait_for(lock, Patience, [&asked] { return !asked.isHanging; })) << "nobody let go";
-    --asked.waitingCount;
+    asked.waiting.removeOne(question);
     asked.changed.notify_all();
 }
 
@@ -94,7 +95,7 @@ HangingDrive::~HangingDrive()
     letGo();
     Drive &left = drive();
     std::unique_lock lock(left.mutex);
-    left.changed.wait(lock, [&left] { return left.waitingCount == 0; });
+    left.changed.wait(lock, [&left] { return left.waiting.isEmpty(); });
     isInUse = false;
 }
 
@@ -106,10 +107,10 @@ void HangingDrive::letGo()
     held.changed.notify_all();
 }
 
-int HangingDrive::waitingCount() const
+QStringList HangingDrive::waiting() const
 {
     const std::lock_guard lock(drive().mutex);
-    return drive().waitingCount;
+    return drive().waiting;
 }
 
 QStringList HangingDrive::askedByMainThread() const

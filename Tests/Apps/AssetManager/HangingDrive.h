@@ -18,7 +18,7 @@ public:
     HangingDrive &operator=(const HangingDrive &) = delete;
 
     void letGo();
-    int waitingCount() const;
-    /// Such as "stat /folder/file".
+    /// What others ask, such as "stat /folder/file".
+    QStringList waiting() const;
     QStringList askedByMainThread() const;
 };
