@@ -746,6 +746,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>All libraries</source>
         <translation>Alle Bibliotheken</translation>
     </message>
+    <message>
+        <source>Waiting for &quot;%1&quot; to answer</source>
+        <translation>Warten auf eine Antwort von „%1“</translation>
+    </message>
 </context>
 <context>
     <name>FolderTree</name>
@@ -1015,6 +1019,14 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     <message>
         <source>&quot;%1&quot; and the open library &quot;%2&quot; lie in each other.</source>
         <translation>„%1“ und die geöffnete Bibliothek „%2“ liegen ineinander.</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; does not answer. Is its drive or network connected?</source>
+        <translation>Der Ordner „%1“ antwortet nicht. Ist das Laufwerk angeschlossen oder das Netzwerk verbunden?</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; is empty now. Is its drive connected?</source>
+        <translation>Der Ordner „%1“ ist jetzt leer. Ist das Laufwerk angeschlossen?</translation>
     </message>
 </context>
 <context>

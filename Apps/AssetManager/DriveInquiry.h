@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
 /// Asks drives on threads of their own, and brings the answers to the main thread.
 ///
-/// A drive may never answer. Nobody waits for it then, not even the end of the program: such a thread is left alone.
+/// A drive may never answer. Nobody waits for it then, not even the end of the program: such a thread is left alone after a
+/// moment, which suffices for all that are busy, so that none uses what the program's end takes away.
 class DriveInquiry
 {
 public:
@@ -17,12 +19,14 @@ public:
 
     /// Main thread only, as is all else.
     DriveInquiry();
-    /// No answer is brought any more.
+    /// No answer is brought any more. Threads may take no longer than Farewell.
     ~DriveInquiry();
     DriveInquiry(const DriveInquiry &) = delete;
     DriveInquiry &operator=(const DriveInquiry &) = delete;
 
     void ask(Question question);
+
+    static constexpr std::chrono::seconds Farewell{1};
 
 private:
     struct Receiver;

@@ -2,12 +2,14 @@
 #include "AssetManager/ReadAhead.h"
 
 #include "AssetManager/DirectoryStamp.h"
+#include "AssetManager/DriveInquiry.h"
 #include "Assets/kxUrlManager.h"
 
 #include <QFile>
 #include <QSet>
 #include <QUrl>
 
+#include <condition_variable>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -36,7 +38,8 @@ struct ReadAhead::State
     bool next(Wanted &found);
     void finish(const QString &directory);
 
-    std::mutex mutex;          ///< guards what follows
+    std::mutex mutex; ///< guards what follows
+    std::condition_variable changed;
     ReadAhead *owner;          ///< null once nobody wants anything of this any more
     std::vector<Wanted> queue; ///< the next one last
     QSet<QString> wanted;      ///< those, and that which is being read
@@ -60,6 +63,7 @@ bool ReadAhead::State::next(Wanted &found)
     const std::lock_guard lock(mutex);
     if (queue.empty()) {
         --workers;
+        changed.notify_all();
         return false;
     }
     found = std::move(queue.back());
@@ -83,7 +87,10 @@ ReadAhead::ReadAhead(QObject *parent) : QObject(parent), _state(std::make_shared
 
 ReadAhead::~ReadAhead()
 {
+    const std::shared_ptr<State> last = _state;
     giveUp();
+    std::unique_lock lock(last->mutex);
+    last->changed.wait_for(lock, DriveInquiry::Farewell, [&last] { return last->workers == 0; });
 }
 
 void ReadAhead::want(const QStringList &directories, bool withContents)

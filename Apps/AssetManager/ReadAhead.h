@@ -18,7 +18,7 @@ class ReadAhead final : public QObject
 
 public:
     explicit ReadAhead(QObject *parent = nullptr);
-    /// Leaves a directory that is being read to itself.
+    /// Leaves a directory to itself that takes longer to read than DriveInquiry::Farewell.
     ~ReadAhead() override;
 
     /// Has these read before all that was wanted earlier, the first one first; without the descriptions of assets when only what
