@@ -62,7 +62,7 @@ void PreviewCache::forget(const QString &uuid)
 
 void PreviewCache::loadNext()
 {
-    const int most = std::clamp(QThread::idealThreadCount() - 1, 2, MaxUnderWay);
+    const int most = std::clamp(QThread::idealThreadCount() - 1, 1, MaxUnderWay);
     while (!_queue.empty() && busyCount() < most && _underWay.size() < MaxThreads) {
         const Wanted next = _queue.back();
         _queue.pop_back();

@@ -27,7 +27,7 @@ class MainWindowHangingTest : public WindowFixture
 protected:
     MainWindowHangingTest() : share(QFileInfo(path()).path() + "/share")
     {
-        storeMaterial("Ash");
+        ash = storeMaterial("Ash");
         const QString own = path();
         EXPECT_TRUE(QDir().rename(own, share));
         EXPECT_TRUE(QDir().mkpath(own));
@@ -59,6 +59,7 @@ protected:
 
     QString share;
     QString home;
+    std::string ash; ///< lies on that drive
     const QString silence = QString("The folder \"%1\" does not answer. Is its drive or network connected?").arg(share);
     std::optional<HangingDrive> drive;
 };
@@ -104,6 +105,8 @@ TEST_F(MainWindowHangingTest, GoesOnWhileTheDriveOfAnOpenLibraryCeasesToAnswer)
 
     EXPECT_EQ(takeReport(), silence);
     EXPECT_THAT(names(), ElementsAre("Ash", "Elm", "Oak")) << "what was read is still shown";
+    clickAsset(ash);
+    EXPECT_THAT(window->browser().selected(), ElementsAre(ash));
     EXPECT_THAT(drive->askedByMainThread(), IsEmpty());
     drive->letGo();
     ASSERT_TRUE(QTest::qWaitFor([this] { return problem().isEmpty(); }, Patience));
