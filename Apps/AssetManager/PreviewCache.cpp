@@ -5,16 +5,17 @@
 #include "SceneGraph/ExternalThread.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QThread>
 #include <QUrl>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
 constexpr int MaxUnderWay = 4; // few, so that what is scrolled to is not behind what was
-constexpr int MaxThreads = 64; // with those that wait for drives that do not answer
 
 bool hasPayload(const QString &directory)
 {
@@ -63,10 +64,16 @@ void PreviewCache::forget(const QString &uuid)
 void PreviewCache::loadNext()
 {
     const int most = std::clamp(QThread::idealThreadCount() - 1, 1, MaxUnderWay);
-    while (!_queue.empty() && busyCount() < most && _underWay.size() < MaxThreads) {
-        const Wanted next = _queue.back();
-        _queue.pop_back();
-        _underWay[next.uuid].start();
+    while (busyCount() < most) {
+        const auto found =
+            std::find_if(_queue.rbegin(), _queue.rend(), [this](const Wanted &wanted) { return !isHeldUp(wanted); });
+        if (found == _queue.rend())
+            break;
+        const Wanted next = *found;
+        _queue.erase(std::next(found).base());
+        Loading &loading = _underWay[next.uuid];
+        loading.folder = QFileInfo(next.directory).path();
+        loading.since.start();
         const kxUrlManager *manager = kxUrlManager::getUrlManager(QUrl::fromLocalFile(next.directory));
         _inquiry.ask([this, next, manager] { return [this, result = load(next, manager)] { receive(result); }; });
     }
@@ -74,11 +81,27 @@ void PreviewCache::loadNext()
         _timer.start(_patience + 1);
 }
 
+bool PreviewCache::isIdle() const
+{
+    return busyCount() == 0 &&
+           std::all_of(_queue.begin(), _queue.end(), [this](const Wanted &wanted) { return isHeldUp(wanted); });
+}
+
 /// How many are loaded on drives that may be expected to answer.
 int PreviewCache::busyCount() const
 {
-    return static_cast<int>(std::count_if(_underWay.begin(), _underWay.end(),
-                                          [this](const QElapsedTimer &since) { return !since.hasExpired(_patience); }));
+    return static_cast<int>(std::count_if(_underWay.begin(), _underWay.end(), [this](const Loading &loading) {
+        return !loading.since.hasExpired(_patience);
+    }));
+}
+
+/// Whether another asset in the same folder waits for a drive that does not answer.
+bool PreviewCache::isHeldUp(const Wanted &wanted) const
+{
+    const QString folder = QFileInfo(wanted.directory).path();
+    return std::any_of(_underWay.begin(), _underWay.end(), [&](const Loading &loading) {
+        return loading.since.hasExpired(_patience) && loading.folder == folder;
+    });
 }
 
 /// On a worker.

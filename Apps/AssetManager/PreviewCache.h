@@ -44,9 +44,9 @@ public:
     void forget(const QString &uuid);
 
     /// Nothing is to be loaded but what does not answer.
-    bool isIdle() const { return _queue.empty() && busyCount() == 0; }
+    bool isIdle() const;
     int loadedCount() const { return _loadedCount; }
-    /// How long a drive may take before others are asked beside it.
+    /// How long a drive may take before others are asked beside it, and no more of that folder.
     void setPatience(int milliseconds) { _patience = milliseconds; }
 
     static constexpr int Size = 288; ///< pixels
@@ -60,15 +60,21 @@ Q_SIGNALS:
 
 private:
     struct Result;
+    struct Loading
+    {
+        QString folder; ///< that the asset lies in
+        QElapsedTimer since;
+    };
     static Result load(const Wanted &wanted, const kxUrlManager *manager);
     int busyCount() const;
+    bool isHeldUp(const Wanted &wanted) const;
     void loadNext();
     void receive(const Result &result);
 
     QCache<QString, QPixmap> _pixmaps;
     QCache<QString, bool> _missing{MaxMissing};
     std::vector<Wanted> _queue; ///< the next one last
-    QHash<QString, QElapsedTimer> _underWay;
+    QHash<QString, Loading> _underWay;
     QTimer _timer; ///< looks for what does not answer
     int _patience = 8000;
     int _loadedCount = 0;

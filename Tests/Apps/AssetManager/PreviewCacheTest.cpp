@@ -170,7 +170,7 @@ TEST_F(PreviewCacheTest, ReadsOthersBesideADriveThatDoesNotAnswerAndEndsWithoutI
         ASSERT_TRUE(QTest::qWaitFor([&] { return cache.loadedCount() == 2 && cache.isIdle(); }, Patience));
 
         EXPECT_FALSE(cache.find(assets.back().uuid).isNull());
-        EXPECT_EQ(disk.waitingCount(), 8);
+        EXPECT_LE(disk.waitingCount(), 4) << "others of that folder are not asked for";
     }
     disk.letGo();
     EXPECT_TRUE(QTest::qWaitFor([this] { return disk.waitingCount() == 0; }, Patience));
