@@ -199,6 +199,12 @@ void RealInput::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
     perform({[=, this] { fakeStroke(stroke, modifiers); }});
 }
 
+void RealInput::pressEscapeNow()
+{
+    fakeStroke(strokeOf(symbolOf(Qt::Key_Escape)), Qt::NoModifier);
+    xcb_flush(_connection);
+}
+
 void RealInput::holdKey(Qt::Key key)
 {
     perform({[=, this] {

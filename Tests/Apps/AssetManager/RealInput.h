@@ -43,6 +43,8 @@ public:
     /// The parts of a stroke; the server does not repeat it in between.
     void holdKey(Qt::Key key);
     void letGoKey(Qt::Key key);
+    /// Presses Escape at once, in the middle of whatever goes on.
+    void pressEscapeNow();
     /// Whether it still goes on; only a loop in which the program waits for something may ask.
     bool isBusy() const { return !_isDone; }
     /// Whether the keyboard has all the letters; otherwise nothing is typed.
