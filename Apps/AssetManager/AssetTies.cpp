@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/AssetTies.h"
 
+#include "Assets/kxAssetItem.h"
+#include "Assets/kxAssetItemFactory.h"
 #include "Kernel/kxController.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraph.h"
@@ -8,7 +10,9 @@
 #include "SceneGraph/EditCP.h"
 #include "SceneGraph/FieldContainerFactory.h"
 
+#include <QFileInfo>
 #include <QUndoCommand>
+#include <QUrl>
 
 #include <set>
 #include <utility>
@@ -45,17 +49,34 @@ void setTie(const osg::AttachmentContainerPtr &container, const AssetTies::Tie &
     asset->setUserEdited(tie.isEdited);
 }
 
+struct Change
+{
+    std::uint32_t containerId = 0;
+    AssetTies::Tie before;
+    AssetTies::Tie after;
+};
+
+/// Whether the asset itself became another one, and not only what an object knows of it.
+bool isOfTheAsset(const Change &change)
+{
+    return change.before.uuid != change.after.uuid || change.before.checksum != change.after.checksum;
+}
+
+/// Whether the stored asset is as \a tie says, which is one side of \a change. What could not be taken back stays as it is.
+bool isStoredAs(const Change &change, const AssetTies::Tie &tie)
+{
+    if (change.before.uuid != change.after.uuid) {
+        const bool isThere = QFileInfo::exists(QUrl(QString::fromStdString(change.after.url)).toLocalFile());
+        return isThere == (tie == change.after);
+    }
+    const kxAssetItem *item = kxAssetItemFactory::the().findItem(tie.uuid);
+    return item && item->checksum() == tie.checksum;
+}
+
 /// Objects that were tied otherwise.
 class TieCommand final : public QUndoCommand
 {
 public:
-    struct Change
-    {
-        std::uint32_t containerId = 0;
-        AssetTies::Tie before;
-        AssetTies::Tie after;
-    };
-
     explicit TieCommand(std::vector<Change> changes) : _changes(std::move(changes)) {}
 
     void undo() override { tie(&Change::before); }
@@ -68,12 +89,18 @@ public:
 private:
     void tie(AssetTies::Tie Change::*side) const
     {
-        bool isChanged = false;
+        std::set<std::string> left; ///< assets that are not as that side says
         for (const Change &change : _changes)
-            if (const osg::AttachmentContainerPtr container = containerOf(change.containerId)) {
-                setTie(container, change.*side);
-                isChanged = true;
-            }
+            if (isOfTheAsset(change) && !isStoredAs(change, change.*side))
+                left.insert(change.after.uuid);
+        bool isChanged = false;
+        for (const Change &change : _changes) {
+            const osg::AttachmentContainerPtr container = containerOf(change.containerId);
+            if (!container || left.count(change.after.uuid) > 0)
+                continue;
+            setTie(container, change.*side);
+            isChanged = true;
+        }
         if (!isChanged)
             return;
         kxController::setModified(true);
@@ -97,7 +124,7 @@ AssetTies::AssetTies(const std::vector<std::uint32_t> &containerIds)
 
 std::unique_ptr<QUndoCommand> AssetTies::changes() const
 {
-    std::vector<TieCommand::Change> changes;
+    std::vector<Change> changes;
     for (const Tied &before : _tied) {
         const osg::AttachmentContainerPtr container = containerOf(before.containerId);
         const Tie after = tieOf(container);

@@ -16,8 +16,8 @@ public:
     /// Looks at these objects, and at all materials that came from assets.
     explicit AssetTies(const std::vector<std::uint32_t> &containerIds);
 
-    /// For what is tied otherwise now: a command that is done already, null without any. It passes over what is gone from the
-    /// scene.
+    /// For what is tied otherwise now: a command that is done already, null without any. It comes after the one that puts the
+    /// stored assets back, and passes over those that could not be, and what is gone from the scene.
     std::unique_ptr<QUndoCommand> changes() const;
 
     struct Tie

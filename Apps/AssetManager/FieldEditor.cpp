@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/FieldEditor.h"
-#include "AssetManager/EditorSilence.h"
-
 #include "AssetManager/ColorButton.h"
+#include "AssetManager/EditorSilence.h"
 #include "AssetManager/FieldLabels.h"
 #include "AssetManager/FieldNumbers.h"
 #include "AssetManager/NumberBox.h"
 #include "AssetManager/SceneActions.h"
+#include "AssetManager/UndoOutside.h"
 #include "SceneGraph/FieldContainerFactory.h"
 #include "SceneGraph/NameAttachment.h"
 
@@ -201,6 +201,7 @@ void FieldEditor::addText()
     auto *line = new QLineEdit(this);
     line->setObjectName("text");
     line->setAccessibleName(FieldLabels::label(_field));
+    new UndoOutside(*line);
     row()->addWidget(line);
     connect(line, &QLineEdit::editingFinished, this, [this, line] {
         if (!line->isModified())

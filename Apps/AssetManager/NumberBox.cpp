@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/NumberBox.h"
 
+#include "AssetManager/UndoOutside.h"
+
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QStyle>
@@ -25,6 +27,7 @@ NumberBox::NumberBox(QWidget *parent) : QDoubleSpinBox(parent), _gesture(nextGes
     setDecimals(6);
     setStepType(AdaptiveDecimalStepType);
     setKeyboardTracking(false);
+    new UndoOutside(*lineEdit(), *this);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(this, qOverload<double>(&QDoubleSpinBox::valueChanged), this, &NumberBox::commit);

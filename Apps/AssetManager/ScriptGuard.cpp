@@ -49,15 +49,15 @@ std::uint32_t idOfNewContainer()
 } // namespace
 
 ScriptGuard::ScriptGuard(QUndoStack &undo)
-    : _undo(undo), _steps(undo.index()), _selected(selectedIds()), _cursors(takeCursors()),
+    : _undo(undo), _sceneSteps(LastingCommand::countOthers(undo)), _selected(selectedIds()), _cursors(takeCursors()),
       _updatesScene(kxScenegraph::isUpdateEnabled()), _updatesPicture(kxController::isRenderUpdateEnabled()),
       _firstNew(idOfNewContainer())
 {
     giveCursors(_cursors);
     osg::FieldContainerFactory::the().addListener(*this);
     _documents = QObject::connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::documentChanged, [this] {
-        _hasForgotten = _hasForgotten || _undo.index() < _steps; // what belonged to the former one is gone already
-        _isSceneChanged = false;                                 // a fresh document is as it was made
+        _hasForgotten = _hasForgotten || _sceneSteps > 0; // they belonged to the former one, and are gone already
+        _isSceneChanged = false;                          // a fresh document is as it was made
         _firstNew = idOfNewContainer();
     });
 }

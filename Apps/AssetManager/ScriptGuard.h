@@ -37,7 +37,7 @@ private:
 
     QUndoStack &_undo;
     QMetaObject::Connection _documents;
-    int _steps; ///< that could be undone at the beginning
+    int _sceneSteps; ///< that could be undone at the beginning
     std::vector<std::uint32_t> _selected;
     std::vector<QCursor> _cursors; ///< the uppermost first
     bool _updatesScene;

@@ -4,9 +4,11 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-UndoOutside::UndoOutside(QLineEdit &line) : QObject(&line), _line(line)
+UndoOutside::UndoOutside(QLineEdit &line) : UndoOutside(line, line) {}
+
+UndoOutside::UndoOutside(QLineEdit &line, QWidget &box) : QObject(&line), _line(line)
 {
-    line.installEventFilter(this);
+    box.installEventFilter(this);
     // Setting a text is what makes a line forget how it was typed; after everybody else heard of the key.
     connect(
         &line, &QLineEdit::returnPressed, this, [&line] { line.setText(line.text()); }, Qt::QueuedConnection);

@@ -14,6 +14,8 @@ class UndoOutside final : public QObject
 public:
     /// The line owns it.
     explicit UndoOutside(QLineEdit &line);
+    /// The line is part of \a box, which has the focus for it.
+    UndoOutside(QLineEdit &line, QWidget &box);
     ~UndoOutside() override;
 
 private:

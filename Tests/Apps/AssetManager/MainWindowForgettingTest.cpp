@@ -92,6 +92,22 @@ TEST_F(MainWindowForgettingTest, KeepsWhatWasDoneToLibrariesWhateverAScriptDoes)
     EXPECT_EQ(reported(), "");
 }
 
+TEST_F(MainWindowForgettingTest, SaysSoAlsoWhereTheScriptLeftAStepOfItsOwn)
+{
+    const std::string chair = storeGeometry("Chair");
+    open();
+    clickAsset(chair);
+    press(Qt::Key_Return, Qt::ControlModifier); // a step in the scene
+    settle();
+    showConsole();
+
+    enter("import kx");
+    enter("n = kx.scene.node('Chair'); arm = n.add(kx.Node('Arm')); kx.assets.overwrite([n]); kx.scene.new()");
+
+    EXPECT_EQ(window->undoStack().undoText(), "Saving over 1 asset(s)") << output().toStdString();
+    EXPECT_EQ(output().count(forgotten), 1) << output().toStdString();
+}
+
 TEST_F(MainWindowForgettingTest, SaysBeforehandThatScriptsMayDoSo)
 {
     open();

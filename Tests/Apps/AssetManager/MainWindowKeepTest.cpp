@@ -98,3 +98,30 @@ TEST_F(MainWindowKeepTest, UndoesWhatWasDoneToLibrariesBeforeAnotherScene)
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_EQ(reported(), "");
 }
+
+TEST_F(MainWindowKeepTest, RedoesWhatWasUndoneInLibrariesBeforeAnotherScene)
+{
+    const std::string ash = storeMaterial("Ash");
+    const std::string oak = storeMaterial("Oak");
+    open();
+    remove(oak);
+    remove(ash);
+    undo();
+    undo();
+    redo();
+    ASSERT_THAT(names(), ElementsAre("Ash"));
+
+    press(Qt::Key_N, Qt::ControlModifier);
+    settle();
+
+    EXPECT_THAT(names(), ElementsAre("Ash")) << "nothing is done by it";
+    redo();
+    EXPECT_THAT(names(), IsEmpty());
+    undo();
+    undo();
+    EXPECT_THAT(names(), ElementsAre("Ash", "Oak"));
+    redo();
+    redo();
+    EXPECT_THAT(names(), IsEmpty());
+    EXPECT_EQ(reported(), "");
+}

@@ -151,3 +151,33 @@ TEST_F(MainWindowTieTest, PassesOverWhatIsGoneFromTheScene)
     EXPECT_FALSE(window->isWindowModified()) << "nothing of the scene was changed";
     EXPECT_EQ(reported(), "");
 }
+
+TEST_F(MainWindowTieTest, StaysTiedToWhatCouldNotBeTakenBack)
+{
+    const osg::NodePtr chair = addChair("Chair");
+    const std::string oak = storeMaterial("Oak");
+    open();
+    auto &tree = widget<QAbstractItemView>("sceneTree");
+    clickItem(tree, rowOf(tree, "Chair"));
+    press(Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+    const std::string uuid = tieOf(chair);
+    const osg::MaterialPtr material = load(oak);
+    const std::uint32_t checksum = osg::AssetAttachment::getAssetAttachment(material)->getChecksum();
+    kxMaterials::setName(material, "Bog oak", false);
+    kxModalQuestion::setAnswerer([](const kxModalQuestion::Question &) { return QMessageBox::Save; });
+    clickAsset(oak);
+    clickInMenuBar("assetMenu", "Save the scene's copy over it...");
+    settle();
+    ASSERT_NE(osg::AssetAttachment::getAssetAttachment(material)->getChecksum(), checksum);
+    window->libraries().close(path());
+
+    undo();
+    EXPECT_EQ(takeReport(), "\"Bog oak\" was left as it is: its library is not open any more.");
+    EXPECT_NE(osg::AssetAttachment::getAssetAttachment(material)->getChecksum(), checksum);
+    undo(); // of loading the material
+    undo();
+
+    EXPECT_EQ(takeReport(), "\"Chair\" was left as it is: its library is not open any more.");
+    EXPECT_EQ(tieOf(chair), uuid);
+}

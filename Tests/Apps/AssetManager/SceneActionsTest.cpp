@@ -341,7 +341,7 @@ TEST_F(SceneActionsTest, UndoesWhatIsLeftAfterTheNodeWasRemovedElsewhere)
     EXPECT_FALSE(stack.canUndo());
 }
 
-TEST_F(SceneActionsTest, ClearsTheStackWithTheDocument)
+TEST_F(SceneActionsTest, TakesWhatWasDoneInTheSceneOffTheStackWithTheDocument)
 {
     actions.loadGeometry({storeGeometry("Chair")}, nullptr);
 
