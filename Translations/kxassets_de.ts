@@ -1037,27 +1037,27 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
     <message>
         <source>Add &amp;library...</source>
-        <translation>&amp;Bibliothek hinzufügen ...</translation>
+        <translation>&amp;Bibliothek hinzufügen …</translation>
     </message>
     <message>
         <source>&amp;Import files...</source>
-        <translation>Dateien &amp;importieren ...</translation>
+        <translation>Dateien &amp;importieren …</translation>
     </message>
     <message>
-        <source>&amp;New folder</source>
-        <translation>&amp;Neuer Ordner</translation>
+        <source>New &amp;folder</source>
+        <translation>Neuer &amp;Ordner</translation>
     </message>
     <message>
         <source>&amp;Read libraries again</source>
         <translation>Bibliotheken neu &amp;einlesen</translation>
     </message>
     <message>
-        <source>&amp;Deleted assets...</source>
-        <translation>&amp;Gelöschte Assets ...</translation>
+        <source>Dele&amp;ted assets...</source>
+        <translation>&amp;Gelöschte Assets …</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
-        <translation>&amp;Beenden</translation>
+        <translation>Been&amp;den</translation>
     </message>
     <message>
         <source>&amp;Edit</source>
@@ -1101,7 +1101,7 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
     <message>
         <source>Save the scene&apos;s copy &amp;over it...</source>
-        <translation>Mit der Kopie aus der Szene über&amp;schreiben ...</translation>
+        <translation>Mit der Kopie aus der Szene über&amp;schreiben …</translation>
     </message>
     <message>
         <source>&amp;Favourite</source>
@@ -1113,10 +1113,10 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
     <message>
         <source>&amp;Move to folder...</source>
-        <translation>In Ordner &amp;verschieben …</translation>
+        <translation>In Ordner v&amp;erschieben …</translation>
     </message>
     <message>
-        <source>Save selected &amp;objects as assets</source>
+        <source>Save selected ob&amp;jects as assets</source>
         <translation>Gewählte &amp;Objekte als Assets sichern</translation>
     </message>
     <message>
@@ -1125,7 +1125,7 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
     </message>
     <message>
         <source>&amp;View</source>
-        <translation>&amp;Ansicht</translation>
+        <translation>A&amp;nsicht</translation>
     </message>
     <message>
         <source>&amp;Tiles</source>
@@ -1136,12 +1136,12 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <translation>&amp;Liste</translation>
     </message>
     <message>
-        <source>&amp;Larger tiles</source>
+        <source>Lar&amp;ger tiles</source>
         <translation>&amp;Größere Kacheln</translation>
     </message>
     <message>
-        <source>&amp;Smaller tiles</source>
-        <translation>&amp;Kleinere Kacheln</translation>
+        <source>S&amp;maller tiles</source>
+        <translation>Kleinere Ka&amp;cheln</translation>
     </message>
     <message>
         <source>&amp;Help</source>
@@ -1200,7 +1200,7 @@ Verwaltet Bibliotheken von Materialien, Umgebungen, Geometrie und Plates.</trans
     </message>
     <message>
         <source>Reading the libraries...</source>
-        <translation>Bibliotheken werden gelesen ...</translation>
+        <translation>Bibliotheken werden gelesen …</translation>
     </message>
     <message>
         <source>%1: %2 of %3</source>
@@ -1483,7 +1483,7 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     </message>
     <message>
         <source>Reading...</source>
-        <translation>Liest ...</translation>
+        <translation>Liest …</translation>
     </message>
     <message numerus="yes">
         <source>Reading &quot;%1&quot;: %n asset(s)</source>
@@ -1715,7 +1715,7 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     </message>
     <message>
         <source>&amp;Open scene...</source>
-        <translation>Szene &amp;öffnen ...</translation>
+        <translation>Szene &amp;öffnen …</translation>
     </message>
     <message>
         <source>&amp;Save scene</source>
@@ -1723,7 +1723,7 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     </message>
     <message>
         <source>Save scene &amp;as...</source>
-        <translation>Szene speichern &amp;unter ...</translation>
+        <translation>Szene speichern &amp;unter …</translation>
     </message>
     <message>
         <source>Show the &amp;selection</source>
@@ -1860,7 +1860,7 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     </message>
     <message>
         <source>&amp;Run Python file...</source>
-        <translation>Python-Datei &amp;ausführen …</translation>
+        <translation>&amp;Python-Datei ausführen …</translation>
     </message>
     <message>
         <source>Python (this build comes without it)</source>
@@ -1968,7 +1968,7 @@ Das Menü Datei fügt einen Ordner als Bibliothek hinzu.</translation>
     </message>
     <message>
         <source>&amp;Remove everything for good...</source>
-        <translation>Alles &amp;endgültig entfernen ...</translation>
+        <translation>Alles &amp;endgültig entfernen …</translation>
     </message>
     <message>
         <source>Asset Manager</source>
@@ -2145,7 +2145,7 @@ Letzter bekannter Speicherort: %1.</translation>
     <name>kxGeometryAssetItem</name>
     <message>
         <source>Rendering asset preview image ...</source>
-        <translation>Vorschaubild des Assets wird gerendert ...</translation>
+        <translation>Vorschaubild des Assets wird gerendert …</translation>
     </message>
     <message>
         <source>Save Geometry Asset</source>

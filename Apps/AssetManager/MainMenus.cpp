@@ -47,9 +47,9 @@ void MainMenus::makeFileMenu()
     menu->addSeparator();
     menu->addAction(tr("Add &library..."), &_window, &MainWindow::addLibrary, QStringLiteral("Ctrl+L"));
     menu->addAction(tr("&Import files..."), &_window, &MainWindow::chooseFilesToImport, QStringLiteral("Ctrl+I"));
-    menu->addAction(tr("&New folder"), &_window, &MainWindow::createFolder, QStringLiteral("Ctrl+Shift+N"));
+    menu->addAction(tr("New &folder"), &_window, &MainWindow::createFolder, QStringLiteral("Ctrl+Shift+N"));
     menu->addAction(tr("&Read libraries again"), &_window.libraries(), &LibrarySide::refresh, QKeySequence::Refresh);
-    MenuTip::add(*menu->addAction(tr("&Deleted assets..."), &_window, &MainWindow::showTrash),
+    MenuTip::add(*menu->addAction(tr("Dele&ted assets..."), &_window, &MainWindow::showTrash),
                  tr("Puts deleted assets and folders back, or removes them for good."));
     menu->addSeparator();
     menu->addAction(tr("&Quit"), &_window, &QWidget::close, QStringLiteral("Ctrl+Q"));
@@ -100,7 +100,7 @@ void MainMenus::makeAssetMenu()
     menu->addAction(tr("&Move to folder..."), &_window, &MainWindow::moveChosen, QStringLiteral("Ctrl+M"));
     menu->addSeparator();
     menu->addAction(
-        tr("Save selected &objects as assets"), this,
+        tr("Save selected ob&jects as assets"), this,
         [this, &actions] { actions.saveNodes(_window.scene().selectedNodes(), _window.targetFolder()); },
         QStringLiteral("Ctrl+Shift+O"));
     menu->addAction(
@@ -126,10 +126,10 @@ void MainMenus::makeViewMenu()
     menu->addAction(
         tr("&List"), this, [&browser] { browser.setLook(AssetBrowser::Look::Lines); }, QStringLiteral("Ctrl+2"));
     menu->addAction(
-        tr("&Larger tiles"), this, [&browser] { browser.setTileSize(browser.tileSize() + TileStep); },
+        tr("Lar&ger tiles"), this, [&browser] { browser.setTileSize(browser.tileSize() + TileStep); },
         QKeySequence::ZoomIn);
     menu->addAction(
-        tr("&Smaller tiles"), this, [&browser] { browser.setTileSize(browser.tileSize() - TileStep); },
+        tr("S&maller tiles"), this, [&browser] { browser.setTileSize(browser.tileSize() - TileStep); },
         QKeySequence::ZoomOut);
     menu->addSeparator();
     _window.scene().addActions(*menu);
@@ -179,7 +179,7 @@ void MainMenus::showFolderMenu(const QPoint &position)
     if (isLibrary)
         MenuTip::add(*menu.addAction(tr("&Close library"), &_window, &MainWindow::removeLibrary),
                      tr("Its files stay as they are. What was done in it can be undone only while it is open."));
-    menu.addAction(tr("&New folder"), &_window, &MainWindow::createFolder);
+    menu.addAction(tr("New &folder"), &_window, &MainWindow::createFolder);
     if (selected == QStringList{folders.folder()})
         menu.addAction(tr("Re&name"), &folders, &FolderTree::editName);
     if (!selected.isEmpty()) {
@@ -188,6 +188,6 @@ void MainMenus::showFolderMenu(const QPoint &position)
     }
     menu.addSeparator();
     menu.addAction(tr("&Import files..."), &_window, &MainWindow::chooseFilesToImport);
-    menu.addAction(tr("&Deleted assets..."), &_window, &MainWindow::showTrash);
+    menu.addAction(tr("Dele&ted assets..."), &_window, &MainWindow::showTrash);
     menu.exec(position);
 }

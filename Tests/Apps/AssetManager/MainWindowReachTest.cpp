@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/AssetBrowser.h"
+#include "AssetManager/Language.h"
 #include "AssetManager/SceneView.h"
 #include "WindowFixture.h"
 
@@ -10,16 +11,20 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QKeySequence>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QTranslator>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace {
@@ -147,6 +152,40 @@ TEST_F(MainWindowReachTest, GivesEveryActionAKeyOrAPlaceInAMenu)
             missing.push_back(action->text().toStdString() + " of " + action->parent()->objectName().toStdString());
 
     EXPECT_THAT(missing, IsEmpty());
+}
+
+/// The letters are chosen by hand, in each language.
+TEST_F(MainWindowReachTest, GivesEachEntryOfAMenuALetterOfItsOwnInEachLanguage)
+{
+    const QLocale before;
+    for (const char *language : {"en", "de"}) {
+        window.reset();
+        Language::install(QLocale(QLatin1String(language)));
+        makeWindow();
+        std::vector<QMenu *> menus;
+        std::map<QString, QString> titles;
+        for (const QAction *title : window->menuBar()->actions()) {
+            menus.push_back(title->menu());
+            const QString letter = QKeySequence::mnemonic(title->text()).toString();
+            EXPECT_NE(letter, "") << title->text().toStdString();
+            EXPECT_EQ(titles[letter], "") << title->text().toStdString();
+            titles[letter] = title->text();
+        }
+        for (const QMenu *menu : menus) {
+            std::map<QString, QString> letters;
+            for (const QAction *action : menu->actions()) {
+                const QString letter = QKeySequence::mnemonic(action->text()).toString();
+                if (letter.isEmpty())
+                    continue; // panels, which say what the panel's title says
+                EXPECT_EQ(letters[letter], "")
+                    << language << ": " << letter.toStdString() << " for " << action->text().toStdString();
+                letters[letter] = action->text();
+            }
+        }
+        for (QTranslator *translator : QCoreApplication::instance()->findChildren<QTranslator *>())
+            delete translator;
+    }
+    QLocale::setDefault(before);
 }
 
 TEST_F(MainWindowReachTest, LeadsToEveryControlByTab)
