@@ -28,7 +28,7 @@
 
 namespace {
 
-constexpr int MaxTags = 60;     // more are found by typing
+constexpr int MaxTags = 1000;   // more are found by typing
 constexpr int HintMargin = 20;  // pixels
 constexpr int LeastSearch = 14; // letters
 constexpr int LeastTiles = 190; // pixels: a row of tiles as they are at first

@@ -7,14 +7,18 @@
 #include <QResizeEvent>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace {
 
-constexpr int MaxButtons = 6; // more are no help
+constexpr int MaxButtons = 6;      // more are no help
+constexpr std::size_t InMenu = 30; // which a screen has room for
 
 /// With how many assets have the tag; those are not counted where \a count is negative.
 QString textOf(const QString &tag, int count)
 {
-    return count < 0 ? tag : QStringLiteral("%1 (%2)").arg(tag).arg(count);
+    const QString text = QString(tag).replace('&', QLatin1String("&&")); // which marks letters otherwise
+    return count < 0 ? text : QStringLiteral("%1 (%2)").arg(text).arg(count);
 }
 
 } // namespace
@@ -54,6 +58,7 @@ void TagBar::arrange()
     connect(menu, &QMenu::aboutToHide, this, &TagBar::catchUp, Qt::QueuedConnection); // after what was chosen in it
     int room = width() - more->sizeHint().width();
     QStringList shown;
+    std::vector<std::pair<QString, int>> others;
     const auto show = [&](QToolButton *button, const QString &tag) {
         room -= button->sizeHint().width() + _layout->spacing();
         _layout->addWidget(button);
@@ -64,18 +69,41 @@ void TagBar::arrange()
     for (const auto &[tag, count] : _counts) {
         if (shown.contains(tag))
             continue;
-        auto *button = menu->isEmpty() && shown.size() < MaxButtons ? makeButton(tag, count) : nullptr;
+        auto *button = others.empty() && shown.size() < MaxButtons ? makeButton(tag, count) : nullptr;
         if (button && button->sizeHint().width() + _layout->spacing() <= room) {
             show(button, tag);
             continue;
         }
         delete button; // NOLINT(cppcoreguidelines-owning-memory): it was made to be measured
-        menu->addAction(textOf(tag, count), this, [this, tag = tag] { toggle(tag, true); });
+        others.emplace_back(tag, count);
     }
+    fill(*menu, std::move(others));
     more->setVisible(!menu->isEmpty());
     _layout->addWidget(more);
     _layout->addStretch(1);
     setVisible(!_chosen.isEmpty() || !_counts.empty());
+}
+
+/// The most frequent ones, and menus with the others by their names.
+void TagBar::fill(QMenu &menu, std::vector<std::pair<QString, int>> tags)
+{
+    const auto add = [this](QMenu &to, const std::pair<QString, int> &counted) {
+        to.addAction(textOf(counted.first, counted.second), this, [this, tag = counted.first] { toggle(tag, true); });
+    };
+    const std::size_t direct = std::min(tags.size(), InMenu);
+    for (std::size_t i = 0; i < direct; ++i)
+        add(menu, tags[i]);
+    std::sort(tags.begin() + static_cast<std::ptrdiff_t>(direct), tags.end(),
+              [](const auto &a, const auto &b) { return QString::localeAwareCompare(a.first, b.first) < 0; });
+    for (std::size_t first = direct; first < tags.size(); first += InMenu) {
+        const std::size_t last = std::min(first + InMenu, tags.size()) - 1;
+        if (first == direct)
+            menu.addSeparator();
+        QMenu *some =
+            menu.addMenu(textOf(tags[first].first, -1) + QStringLiteral(" – ") + textOf(tags[last].first, -1));
+        for (std::size_t i = first; i <= last; ++i)
+            add(*some, tags[i]);
+    }
 }
 
 void TagBar::catchUp()

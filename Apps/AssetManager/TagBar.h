@@ -34,6 +34,7 @@ Q_SIGNALS:
 private:
     void arrange();
     void catchUp();
+    void fill(QMenu &menu, std::vector<std::pair<QString, int>> tags);
     QToolButton *makeButton(const QString &tag, int count);
     void resizeEvent(QResizeEvent *event) override;
     void toggle(const QString &tag, bool isChosen);

@@ -85,6 +85,34 @@ TEST_F(TagBarTest, KeepsInAMenuWhatFindsNoRoom)
     EXPECT_THAT(menu(), IsEmpty());
 }
 
+TEST_F(TagBarTest, OffersTheRarestOfHundredsByItsName)
+{
+    show(300);
+    std::vector<std::pair<QString, int>> counts;
+    for (int i = 0; i < 200; ++i)
+        counts.emplace_back(QString("tag %1").arg(i, 3, 10, QChar('0')), 1000 - i);
+    counts.emplace_back("black & white", 1);
+
+    bar.setTags(counts);
+    process();
+
+    QMenu *last = nullptr;
+    std::vector<QString> titles;
+    for (const QAction *action : more()->menu()->actions())
+        if (action->menu()) {
+            titles.push_back(action->text());
+            last = last ? last : action->menu();
+        }
+    ASSERT_TRUE(last);
+    EXPECT_TRUE(titles.front().startsWith("black && white – tag ")) << titles.front().toStdString();
+    EXPECT_TRUE(titles.back().endsWith(" – tag 199")) << titles.back().toStdString();
+    EXPECT_LE(more()->menu()->actions().size(), 40);
+    EXPECT_LE(last->actions().size(), 30);
+    EXPECT_EQ(last->actions().front()->text(), "black && white (1)");
+    last->actions().front()->trigger();
+    EXPECT_EQ(bar.chosen(), QStringList{"black & white"});
+}
+
 TEST_F(TagBarTest, AlwaysHasButtonsForWhatIsChosen)
 {
     show(800);
