@@ -14,6 +14,19 @@
 #include <QDropEvent>
 #include <QMimeData>
 
+namespace {
+
+/// Which needs something that it is put on; among others it comes into the scene at least.
+bool isMaterialAlone(const QMimeData &dragged)
+{
+    for (const kxAssetCategoryType category : {Geometry, Environment, Sceneplate})
+        if (dragged.hasFormat(DragData::mimeTypeOf(category)))
+            return false;
+    return DragData::assets(dragged, Material).size() < 2;
+}
+
+} // namespace
+
 SceneView::SceneView(SceneActions &actions, QWidget *parent) : kxViewport(parent), _actions(actions)
 {
     setObjectName(QStringLiteral("sceneView"));
@@ -56,10 +69,8 @@ void SceneView::dragLeaveEvent(QDragLeaveEvent *event)
 
 void SceneView::dragMoveEvent(QDragMoveEvent *event)
 {
-    const bool isMaterial = event->mimeData()->hasFormat(DragData::mimeTypeOf(Material)) ||
-                            event->mimeData()->hasFormat(DragData::materialMimeType());
     event->setDropAction(Qt::CopyAction);
-    event->setAccepted(!isMaterial || nodeAt(event->pos()));
+    event->setAccepted(!isMaterialAlone(*event->mimeData()) || nodeAt(event->pos()));
 }
 
 void SceneView::dropEvent(QDropEvent *event)
@@ -67,10 +78,15 @@ void SceneView::dropEvent(QDropEvent *event)
     setRefinementPaused(false);
     const QMimeData &dragged = *event->mimeData();
     const osg::NodePtr node = nodeAt(event->pos());
-    if (const auto materials = DragData::assets(dragged, Material); !materials.empty() && node)
+    auto materials = DragData::assets(dragged, Material);
+    if (!materials.empty() && node) {
         _actions.assignMaterial(materials.front(), SceneNodes::meantInPicture(node));
-    if (const auto materials = DragData::materials(dragged); !materials.empty() && node)
-        _actions.assignMaterial(materials.front(), SceneNodes::meantInPicture(node));
+        materials.erase(materials.begin());
+    }
+    if (!materials.empty())
+        _actions.loadMaterials(materials);
+    if (const auto own = DragData::materials(dragged); !own.empty() && node)
+        _actions.assignMaterial(own.front(), SceneNodes::meantInPicture(node));
     if (const auto geometries = DragData::assets(dragged, Geometry); !geometries.empty())
         _actions.loadGeometry(geometries, nullptr);
     if (const auto environments = DragData::assets(dragged, Environment); !environments.empty())

@@ -7,6 +7,7 @@
 #include "AssetManager/SceneSide.h"
 #include "AssetManager/SceneView.h"
 #include "Kernel/kxDefaultEnvironment.h"
+#include "Kernel/kxMaterials.h"
 #include "Kernel/kxModalQuestion.h"
 #include "Kernel/kxNodeUtils.h"
 #include "Kernel/kxScenegraph.h"
@@ -182,6 +183,24 @@ TEST_F(MainWindowDragTest, LoadsSeveralAtOnce)
     dragAssets({stool, table}, view(), view().rect().center());
 
     EXPECT_THAT(childNames(root()), testing::IsSupersetOf({"Stool", "Table"}));
+}
+
+TEST_F(MainWindowDragTest, LoadsSeveralOfEachKindAtOnce)
+{
+    const std::vector<std::string> all{storeGeometry("Stool"), storeEnvironment("Dawn"), storeEnvironment("Dusk"),
+                                       storePlate("Logo"),     storePlate("Frame"),      storeMaterial("Ash"),
+                                       storeMaterial("Oak")};
+    open();
+    const std::size_t before = kxDefaultEnvironment::getSwitch()->getMaterials().size();
+
+    dragAssets(all, view(), {4, 4});
+
+    EXPECT_THAT(childNames(root()), Contains("Stool"));
+    EXPECT_EQ(kxDefaultEnvironment::getSwitch()->getMaterials().size(), before + 2);
+    EXPECT_THAT(childNames(kxSceneplateUtils::getSceneplateRoot()), UnorderedElementsAre("Logo", "Frame"));
+    for (const std::size_t material : {5U, 6U})
+        EXPECT_TRUE(kxMaterials::findAssetMaterial(all[material])) << material;
+    EXPECT_EQ(reported(), "");
 }
 
 TEST_F(MainWindowDragTest, LightsTheSceneByTheBackgroundAndByTheList)
