@@ -190,14 +190,20 @@ void LargeLibrary::measureReading()
     kxbench::Pauses pauses;
     time.start();
     _window.openLibraries({_path});
+    const auto &progress = widget<QWidget>("scanProgress");
     double firstSeconds = 0.0;
+    double signMilliseconds = 0.0; // until there is content or progress
     kxbench::spin([&] {
+        if (signMilliseconds == 0.0 && (progress.isVisible() || _window.libraries().assets().rowCount() > 0))
+            signMilliseconds = static_cast<double>(time.nsecsElapsed()) / 1e6;
         if (firstSeconds == 0.0 && _window.libraries().assets().rowCount() > 0)
             firstSeconds = static_cast<double>(time.elapsed()) / 1000.0;
         return !_window.libraries().scan().isRunning();
     });
     std::fprintf(stderr, "100,000 assets: first shown after %.2f s, all after %.1f s\n", firstSeconds,
                  static_cast<double>(time.elapsed()) / 1000.0);
+    kxbench::report("content or progress of 100,000 assets that are to be read", "-", 100.0, 50.0, signMilliseconds,
+                    kxbench::Better::Less, "ms");
     kxbench::report("99.9 % of the pauses while 100,000 assets are read", "-", MustPause, 16.0, pauses.worstOf(0.999),
                     kxbench::Better::Less, "ms");
     std::fprintf(stderr, "reading: 99.9 %% compute %.1f ms, the worst %.1f ms\n", pauses.computedOf(0.999),
