@@ -76,9 +76,7 @@ configure() {
     local folder=$1 log=$1/configure.log
     shift
     mkdir -p "$folder"
-    # It does not keep what was compiled with precompiled headers unless it may overlook what they say of time and definitions.
-    command -v ccache > /dev/null &&
-        set -- '-DCMAKE_CXX_COMPILER_LAUNCHER=env;CCACHE_SLOPPINESS=pch_defines,time_macros;ccache' "$@"
+    command -v ccache > /dev/null && set -- "-DCMAKE_CXX_COMPILER_LAUNCHER=$PWD/cmake/cached.sh" "$@"
     cmake -S . -B "$folder" -G Ninja "$@" > "$log" 2>&1 || { tail -n 40 "$log" >&2; fail "configuring $folder failed"; }
 }
 

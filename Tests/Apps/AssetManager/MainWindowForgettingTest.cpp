@@ -96,9 +96,7 @@ TEST_F(MainWindowForgettingTest, SaysSoAlsoWhereTheScriptLeftAStepOfItsOwn)
 {
     const std::string chair = storeGeometry("Chair");
     open();
-    clickAsset(chair);
-    press(Qt::Key_Return, Qt::ControlModifier); // a step in the scene
-    settle();
+    load(chair); // a step in the scene
     showConsole();
 
     enter("import kx");
@@ -123,9 +121,7 @@ TEST_F(MainWindowForgettingTest, KeepsWhatAScriptSavedOver)
 {
     const std::string chair = storeGeometry("Chair");
     open();
-    clickAsset(chair);
-    press(Qt::Key_Return, Qt::ControlModifier);
-    settle();
+    load(chair);
     const LibraryContent before = contentOf(path());
     showConsole();
 

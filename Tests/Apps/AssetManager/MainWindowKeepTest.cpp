@@ -18,12 +18,6 @@ using testing::Not;
 class MainWindowKeepTest : public WindowFixture
 {
 protected:
-    void load(const std::string &uuid)
-    {
-        clickAsset(uuid);
-        press(Qt::Key_Return, Qt::ControlModifier);
-        settle();
-    }
     void remove(const std::string &uuid)
     {
         clickAsset(uuid);

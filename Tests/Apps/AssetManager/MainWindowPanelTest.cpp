@@ -45,12 +45,6 @@ protected:
         return found;
     }
     /// Brings it into the scene.
-    void load(const std::string &uuid)
-    {
-        clickAsset(uuid);
-        press(Qt::Key_Return, Qt::ControlModifier);
-        settle();
-    }
     /// In the line that appears where a name stood.
     void typeName(const QString &name)
     {

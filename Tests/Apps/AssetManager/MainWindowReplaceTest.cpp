@@ -37,12 +37,6 @@ protected:
         kxModalQuestion::setAnswerer([](const kxModalQuestion::Question &) { return QMessageBox::Save; });
     }
 
-    void load(const std::string &uuid)
-    {
-        clickAsset(uuid);
-        press(Qt::Key_Return, Qt::ControlModifier);
-        settle();
-    }
     void saveOver(const std::string &uuid)
     {
         clickAsset(uuid);

@@ -36,12 +36,17 @@ protected:
         const AssetStates &states = window->libraries().states();
         return QTest::qWaitFor([&] { return states.stateOf(uuid) == AssetStates::InScene; }, Patience);
     }
-    osg::MaterialPtr load(const std::string &uuid)
+    osg::MaterialPtr loadMaterial(const std::string &uuid)
     {
-        clickAsset(uuid);
-        press(Qt::Key_Return, Qt::ControlModifier);
-        settle();
+        load(uuid);
         return kxMaterials::findAssetMaterial(uuid);
+    }
+    void saveObject(const QString &name)
+    {
+        auto &tree = widget<QAbstractItemView>("sceneTree");
+        clickItem(tree, rowOf(tree, name));
+        press(Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
+        settle();
     }
     void saveMaterial(const QString &name)
     {
@@ -59,10 +64,7 @@ TEST_F(MainWindowTieTest, LetsGoOfAnAssetThatWasMadeOfAnObject)
 {
     const osg::NodePtr chair = addChair("Chair");
     open();
-    auto &tree = widget<QAbstractItemView>("sceneTree");
-    clickItem(tree, rowOf(tree, "Chair"));
-    press(Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
-    settle();
+    saveObject("Chair");
     const std::string uuid = tieOf(chair);
     ASSERT_THAT(names(), ElementsAre("Chair"));
     ASSERT_NE(uuid, "");
@@ -84,7 +86,7 @@ TEST_F(MainWindowTieTest, TiesAMaterialToTheAssetThatItCameFromAgain)
 {
     const std::string oak = storeMaterial("Oak");
     open();
-    const osg::MaterialPtr material = load(oak);
+    const osg::MaterialPtr material = loadMaterial(oak);
     ASSERT_TRUE(material);
     const std::string url = osg::AssetAttachment::getAssetAttachment(material)->getUrl();
     saveMaterial("Oak");
@@ -107,7 +109,7 @@ TEST_F(MainWindowTieTest, TellsOtherCopiesThatTheyAreNotBehindAnyMore)
 {
     const std::string oak = storeMaterial("Oak");
     open();
-    const osg::MaterialPtr material = load(oak);
+    const osg::MaterialPtr material = loadMaterial(oak);
     const osg::FCRef<osg::Material> other(osg::deepClone(material, {}));
     {
         const osg::MaterialPoolPtr pool = kxScenegraph::getMaterialPool();
@@ -137,10 +139,7 @@ TEST_F(MainWindowTieTest, PassesOverWhatIsGoneFromTheScene)
 {
     addChair("Chair");
     open();
-    auto &tree = widget<QAbstractItemView>("sceneTree");
-    clickItem(tree, rowOf(tree, "Chair"));
-    press(Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
-    settle();
+    saveObject("Chair");
     window->scene().actions().newScene();
     settle();
     ASSERT_FALSE(window->isWindowModified());
@@ -157,12 +156,9 @@ TEST_F(MainWindowTieTest, StaysTiedToWhatCouldNotBeTakenBack)
     const osg::NodePtr chair = addChair("Chair");
     const std::string oak = storeMaterial("Oak");
     open();
-    auto &tree = widget<QAbstractItemView>("sceneTree");
-    clickItem(tree, rowOf(tree, "Chair"));
-    press(Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
-    settle();
+    saveObject("Chair");
     const std::string uuid = tieOf(chair);
-    const osg::MaterialPtr material = load(oak);
+    const osg::MaterialPtr material = loadMaterial(oak);
     const std::uint32_t checksum = osg::AssetAttachment::getAssetAttachment(material)->getChecksum();
     kxMaterials::setName(material, "Bog oak", false);
     kxModalQuestion::setAnswerer([](const kxModalQuestion::Question &) { return QMessageBox::Save; });

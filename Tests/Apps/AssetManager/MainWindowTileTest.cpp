@@ -108,11 +108,9 @@ protected:
                 all += part.contains((x + 0.5) / image.width(), (y + 0.5) / image.height()) ? 1 : 0;
         return all - count(uuid, Ground, part);
     }
-    void load(const std::string &uuid)
+    void loadAndWait(const std::string &uuid)
     {
-        clickAsset(uuid);
-        press(Qt::Key_Return, Qt::ControlModifier);
-        settle();
+        load(uuid);
         waitForState(uuid, AssetStates::InScene);
         const QAbstractItemView &view = window->browser().view();
         input.click(view.viewport()->mapToGlobal({view.viewport()->width() - 3, view.viewport()->height() - 3}),
@@ -192,7 +190,7 @@ TEST_F(MainWindowTileTest, MarksWhatIsInTheSceneAndWhatBecameOfIt)
     openWithPlainPreviews({oak, ash});
     EXPECT_EQ(count(oak, Green), 0);
 
-    load(oak);
+    loadAndWait(oak);
     EXPECT_THAT(count(oak, Green, UpperRight), Gt(Some));
     editCopy(oak);
     EXPECT_THAT(count(oak, Blue, UpperRight), Gt(Some));
@@ -212,7 +210,7 @@ TEST_F(MainWindowTileTest, MarksTheSameInTheList)
     showList();
     EXPECT_EQ(foreign(oak), 0);
 
-    load(oak);
+    loadAndWait(oak);
     EXPECT_THAT(count(oak, Green), Gt(Some));
     editCopy(oak);
     EXPECT_THAT(count(oak, Blue), Gt(Some));
@@ -264,7 +262,7 @@ TEST_F(MainWindowTileTest, SaysWhatTheMarksShow)
     clickAsset(oak);
     press(Qt::Key_D, Qt::ControlModifier);
     EXPECT_EQ(spoken(), "Oak, BRDF Material, favourite");
-    load(oak);
+    loadAndWait(oak);
     EXPECT_EQ(spoken(), "Oak, BRDF Material, favourite. It is used in the scene.");
     editCopy(oak);
     EXPECT_EQ(spoken(), "Oak, BRDF Material, favourite. It is used in the scene. "

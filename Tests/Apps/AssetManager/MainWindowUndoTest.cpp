@@ -53,12 +53,6 @@ protected:
         EXPECT_EQ(differenceOf(before, content()), "") << name << ", after undo again";
         EXPECT_EQ(reported(), "") << name;
     }
-    void load(const std::string &uuid)
-    {
-        clickAsset(uuid);
-        press(Qt::Key_Return, Qt::ControlModifier);
-        settle();
-    }
     QAction &action(const char *menu, const QString &text) const
     {
         for (QAction *found : widget<QMenu>(menu).actions())

@@ -159,6 +159,13 @@ void WindowFixture::clickAsset(const std::string &uuid, Qt::KeyboardModifiers mo
     clickItem(window->browser().view(), window->libraries().assets().indexOf(uuid), modifiers);
 }
 
+void WindowFixture::load(const std::string &uuid)
+{
+    clickAsset(uuid);
+    press(Qt::Key_Return, Qt::ControlModifier);
+    settle();
+}
+
 QModelIndex WindowFixture::indexOfFolder(const QString &directory)
 {
     const FolderModel &folders = window->libraries().folders();

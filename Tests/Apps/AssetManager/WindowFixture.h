@@ -58,6 +58,8 @@ protected:
     void click(QWidget &target, const QPoint &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void clickItem(QAbstractItemView &view, const QModelIndex &index, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void clickAsset(const std::string &uuid, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// Into the scene, by a click and the keys.
+    void load(const std::string &uuid);
     /// Waits until it is shown, which those made on the disk are soon.
     QModelIndex indexOfFolder(const QString &directory);
     void clickFolder(const QString &directory);
