@@ -81,17 +81,19 @@ void kxGeometryImport::save(const osg::NodePtr &node, const std::string &name, c
     }
     kxGeometryAssetItem item;
     item.initFrom(place.node(), {}, false);
-    if (item.save(folder))
+    if (item.save(folder)) {
         outcome.saved.push_back({item.uuid(), item.name()});
-    else
+    } else {
         outcome.failures.push_back("'" + name + "' cannot be saved");
+        outcome.unsaved.push_back({name, folder.toLocalFile()});
+    }
 }
 
 kxGeometryImport::Outcome kxGeometryImport::importFile(const QString &path, const QUrl &folder,
                                                        const std::function<bool()> &goOn) const
 {
     Outcome outcome;
-    const auto scene = kxSceneImporter().importScene(path.toStdString());
+    const auto scene = kxSceneImporter({}, _whileReading).importScene(path.toStdString());
     if (!scene) {
         outcome.failures.push_back(scene.reason());
         return outcome;

@@ -74,11 +74,11 @@ void carryOverTags(kxAssetItem &stored, const osg::MaterialPtr &material)
 
 using Described = kxMaterialDescription::Described;
 
-osg::Result<std::vector<Described>> readMaterials(const std::string &path)
+osg::Result<std::vector<Described>> readMaterials(const std::string &path, const std::function<bool()> &goOn)
 {
     if (kxMaterialDescription::isDescription(QString::fromStdString(path)))
         return kxMaterialDescription::read(QString::fromStdString(path));
-    const kxSceneImporter importer;
+    const kxSceneImporter importer({}, goOn);
     std::vector<Described> result;
     if (kxForeignFormats::isImageFile(path) && !kxForeignFormats::isSceneFile(path)) {
         const auto environment = importer.importEnvironment(path);
@@ -136,7 +136,7 @@ kxMaterialImport::Outcome kxMaterialImport::importFile(const QString &path, cons
                                                        const std::function<bool()> &goOn)
 {
     Outcome outcome;
-    const auto materials = readMaterials(path.toStdString());
+    const auto materials = readMaterials(path.toStdString(), _whileReading);
     if (!materials) {
         outcome.failures.push_back(materials.reason());
         return outcome;
@@ -149,10 +149,12 @@ kxMaterialImport::Outcome kxMaterialImport::importFile(const QString &path, cons
             break;
         const QString target = QDir(folder.toLocalFile()).filePath(QString::fromStdString(named.folder));
         const osg::Result<QUrl> inside = _library.folder(target);
-        if (inside)
+        if (inside) {
             saveMaterial(named.material, {named.file, digestOfFolder(info)}, inside.value(), outcome);
-        else
+        } else {
             outcome.failures.push_back(path.toStdString() + ": " + inside.reason());
+            outcome.unsaved.push_back({kxMaterials::getName(named.material), {}});
+        }
     }
     return outcome;
 }
@@ -180,6 +182,7 @@ void kxMaterialImport::saveMaterial(const osg::MaterialPtr &material, const Orig
     if (!item->save(target)) {
         outcome.failures.push_back(origin.file + ": the material '" + name + "' could not be saved in " +
                                    target.toLocalFile().toStdString());
+        outcome.unsaved.push_back({name, target.toLocalFile()});
         return;
     }
     kxAssetItem *saved = kxAssetItemFactory::the().findItem(uuid);

@@ -3,6 +3,7 @@
 
 #include "AssetSession/AssetSessionExport.h"
 #include "AssetSession/kxAssetLibrary.h"
+#include "AssetSession/kxUnsavedPart.h"
 #include "SceneGraph/Material.h"
 
 #include <QString>
@@ -29,7 +30,8 @@ public:
     struct Outcome
     {
         std::vector<Saved> saved;
-        std::vector<std::string> failures; ///< each names the file or material and the reason
+        std::vector<std::string> failures;    ///< each names the file or material and the reason
+        std::vector<kxUnsavedPart> unsaved{}; ///< where the file could be read: what each failure is about
     };
 
     /// The library must be open, and stay.
@@ -37,6 +39,9 @@ public:
 
     /// Tags that every imported material gets.
     void setTags(const std::vector<std::string> &tags) { _tags = tags; }
+    /// What is asked many times a second while a file is read, and may handle events; false stops that, and the import
+    /// fails.
+    void setWhileReading(const std::function<bool()> &goOn) { _whileReading = goOn; }
 
     /// A scene file gives its materials, an HDR or other picture an environment material, a description what it describes
     /// (kxMaterialDescription). Assets go into \a folder, those of a description into its folders in there.
@@ -58,6 +63,7 @@ private:
 
     const kxAssetLibrary &_library;
     std::vector<std::string> _tags;
+    std::function<bool()> _whileReading;
     std::multimap<std::string, std::string> _uuidsOfPayloads; ///< by the payloads' names, which renaming leaves alone
     bool _isIndexed = false;
 };

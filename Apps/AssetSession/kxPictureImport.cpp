@@ -37,7 +37,7 @@ osg::SceneplatePtr makePlate(const osg::USphereEnvironmentMaterialPtr &picture, 
 kxPictureImport::Outcome kxPictureImport::importFile(const QString &path, const QUrl &folder) const
 {
     Outcome outcome;
-    const auto picture = kxSceneImporter().importEnvironment(path.toStdString());
+    const auto picture = kxSceneImporter({}, _whileReading).importEnvironment(path.toStdString());
     if (!picture) {
         outcome.failures.push_back(picture.reason());
         return outcome;
@@ -50,9 +50,11 @@ kxPictureImport::Outcome kxPictureImport::importFile(const QString &path, const 
         core, isEnvironment ? kxScenegraph::getRoot() : kxSceneplateUtils::getSceneplateRoot(),
         QFileInfo(path).completeBaseName().toStdString());
     const auto saved = kxNodeSaving({}).save(temporary.node(), {}, folder);
-    if (saved)
+    if (saved) {
         outcome.saved.push_back({saved.value().uuid, saved.value().name});
-    else
+    } else {
         outcome.failures.push_back(path.toStdString() + ": " + saved.reason());
+        outcome.unsaved.push_back({QFileInfo(path).completeBaseName().toStdString(), folder.toLocalFile()});
+    }
     return outcome;
 }

@@ -17,9 +17,14 @@ public:
 
     explicit kxPictureImport(Kind kind) : _kind(kind) {}
 
+    /// What is asked many times a second while a file is read, and may handle events; false stops that, and the import
+    /// fails.
+    void setWhileReading(const std::function<bool()> &goOn) { _whileReading = goOn; }
+
     /// Saves the picture as a new asset in \a folder, named like the file. The scene document is as before afterwards.
     Outcome importFile(const QString &path, const QUrl &folder) const;
 
 private:
     Kind _kind;
+    std::function<bool()> _whileReading;
 };

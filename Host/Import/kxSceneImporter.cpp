@@ -47,7 +47,8 @@ osg::Result<std::uint64_t> readableSize(const std::string &path)
 }
 
 /// Has the file parsed, and reads what came of it.
-osg::Result<osg::SceneRoots> parseApart(const std::string &path, ImportKind kind, const kxImportLimits &limits)
+osg::Result<osg::SceneRoots> parseApart(const std::string &path, ImportKind kind, const kxImportLimits &limits,
+                                        const std::function<bool()> &goOn)
 {
     const osg::Result<std::uint64_t> size = readableSize(path);
     if (!size)
@@ -66,7 +67,7 @@ osg::Result<osg::SceneRoots> parseApart(const std::string &path, ImportKind kind
     request.resultFile = folder.path() + "/result.osb";
     request.workFolder = folder.path();
     request.memory = resolved.memory;
-    const auto notes = kximport::WorkerProcess(program, resolved).run(request);
+    const auto notes = kximport::WorkerProcess(program, resolved, goOn).run(request);
     if (!notes)
         return osg::Failure{notes.reason()};
 
@@ -98,7 +99,9 @@ std::vector<osg::FCRef<osg::Material>> materialsOf(const osg::MaterialPoolPtr &p
 
 } // namespace
 
-kxSceneImporter::kxSceneImporter(const kxImportLimits &limits) : _limits(limits) {}
+kxSceneImporter::kxSceneImporter(const kxImportLimits &limits, std::function<bool()> goOn)
+    : _limits(limits), _goOn(std::move(goOn))
+{}
 
 void kxSceneImporter::setWorkerProgram(const std::string &path)
 {
@@ -107,7 +110,7 @@ void kxSceneImporter::setWorkerProgram(const std::string &path)
 
 osg::Result<kxImportedScene> kxSceneImporter::importScene(const std::string &path) const
 {
-    const osg::Result<osg::SceneRoots> roots = parseApart(path, ImportKind::Scene, _limits);
+    const osg::Result<osg::SceneRoots> roots = parseApart(path, ImportKind::Scene, _limits, _goOn);
     if (!roots)
         return failure(path, roots.reason());
     const bool hasBoth = roots.value().size() == 2;
@@ -120,7 +123,7 @@ osg::Result<kxImportedScene> kxSceneImporter::importScene(const std::string &pat
 
 osg::Result<std::vector<osg::FCRef<osg::Material>>> kxSceneImporter::importMaterials(const std::string &path) const
 {
-    const osg::Result<osg::SceneRoots> roots = parseApart(path, ImportKind::Materials, _limits);
+    const osg::Result<osg::SceneRoots> roots = parseApart(path, ImportKind::Materials, _limits, _goOn);
     if (!roots)
         return failure(path, roots.reason());
     const auto pool =
@@ -133,7 +136,7 @@ osg::Result<std::vector<osg::FCRef<osg::Material>>> kxSceneImporter::importMater
 osg::Result<osg::FCRef<osg::USphereEnvironmentMaterial>>
 kxSceneImporter::importEnvironment(const std::string &path) const
 {
-    const osg::Result<osg::SceneRoots> roots = parseApart(path, ImportKind::Environment, _limits);
+    const osg::Result<osg::SceneRoots> roots = parseApart(path, ImportKind::Environment, _limits, _goOn);
     if (!roots)
         return failure(path, roots.reason());
     const auto environment = roots.value().size() == 1

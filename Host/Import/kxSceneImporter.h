@@ -7,6 +7,7 @@
 #include "SceneGraph/Result.h"
 #include "SceneGraph/USphereEnvironmentMaterial.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,9 @@
 class KX_IMPORT_EXPORT kxSceneImporter
 {
 public:
-    explicit kxSceneImporter(const kxImportLimits &limits = {});
+    /// \a goOn is asked some thirty times a second while a file is parsed, by the calling thread, and may handle events;
+    /// false ends the parser, and the import fails.
+    explicit kxSceneImporter(const kxImportLimits &limits = {}, std::function<bool()> goOn = {});
 
     /// The program that parses; empty: it is looked for again. Without this call it is the one that the environment
     /// variable KX_IMPORT_WORKER names, else the one beside this library, in the neighbouring folders of programs, or
@@ -45,4 +48,5 @@ public:
 
 private:
     kxImportLimits _limits;
+    std::function<bool()> _goOn;
 };

@@ -24,6 +24,8 @@ namespace {
 // How often the size of the process is looked at; short against the time that memory needs to fill.
 constexpr std::chrono::milliseconds WatchInterval{20};
 constexpr std::chrono::milliseconds ExitInterval{1};
+// Windows that are handled meanwhile follow the hand.
+constexpr std::chrono::milliseconds QuestionInterval{30};
 
 std::string systemReason(int error)
 {
@@ -86,8 +88,8 @@ std::string crashReason(int status)
 
 } // namespace
 
-WorkerProcess::WorkerProcess(std::string program, const kxImportLimits &limits)
-    : _program(std::move(program)), _limits(limits), _deadline(Clock::now() + limits.time)
+WorkerProcess::WorkerProcess(std::string program, const kxImportLimits &limits, std::function<bool()> goOn)
+    : _program(std::move(program)), _limits(limits), _deadline(Clock::now() + limits.time), _goOn(std::move(goOn))
 {}
 
 WorkerProcess::~WorkerProcess()
@@ -143,6 +145,8 @@ WorkerProcess::Ending WorkerProcess::listen()
             return Ending::ByItself;
         if (ready < 0 && errno != EINTR)
             return Ending::ByItself;
+        if (isUnwanted())
+            return Ending::Stopped;
         if (isOverdue())
             return Ending::TooLong;
         if (isTooBig())
@@ -170,10 +174,21 @@ WorkerProcess::Ending WorkerProcess::awaitExit()
             _process = -1;
             return Ending::ByItself;
         }
+        if (isUnwanted())
+            return Ending::Stopped;
         if (isOverdue())
             return Ending::TooLong;
         std::this_thread::sleep_for(ExitInterval);
     }
+}
+
+bool WorkerProcess::isUnwanted()
+{
+    if (!_goOn || Clock::now() < _nextQuestion)
+        return false;
+    const bool goesOn = _goOn();
+    _nextQuestion = Clock::now() + QuestionInterval;
+    return !goesOn;
 }
 
 bool WorkerProcess::isTooBig() const
@@ -198,6 +213,8 @@ void WorkerProcess::kill()
 
 osg::Result<std::vector<std::string>> WorkerProcess::judge(Ending ending) const
 {
+    if (ending == Ending::Stopped)
+        return osg::Failure{"it was stopped"};
     const WorkerReport report = WorkerReport::parse(_text);
     if (ending == Ending::TooMuchMemory || report.isOutOfMemory)
         return osg::Failure{"the parser needs more than " + inMiB(_limits.memory) + " of memory"};

@@ -9,6 +9,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,25 +19,27 @@ namespace kximport {
 class WorkerProcess
 {
 public:
-    /// \a limits without zeros.
-    WorkerProcess(std::string program, const kxImportLimits &limits);
+    /// \a limits without zeros. \a goOn is asked often while the program runs, from the thread that waits for it; false
+    /// stops it.
+    WorkerProcess(std::string program, const kxImportLimits &limits, std::function<bool()> goOn = {});
     /// Kills what still runs.
     ~WorkerProcess();
     WorkerProcess(const WorkerProcess &) = delete;
     WorkerProcess &operator=(const WorkerProcess &) = delete;
 
     /// Blocks until the program is through or was stopped. Its notes, or why it failed: its own words, or that it
-    /// crashed, took too long or too much memory.
+    /// crashed, was stopped, took too long or too much memory.
     osg::Result<std::vector<std::string>> run(const WorkerRequest &request);
 
 private:
     using Clock = std::chrono::steady_clock;
-    enum class Ending { ByItself, TooLong, TooMuchMemory };
+    enum class Ending { ByItself, Stopped, TooLong, TooMuchMemory };
 
     osg::Result<void> start(const WorkerRequest &request);
     Ending listen();
     Ending awaitExit();
     bool readReport();
+    bool isUnwanted();
     bool isTooBig() const;
     bool isOverdue() const { return Clock::now() >= _deadline; }
     void kill();
@@ -45,6 +48,8 @@ private:
     std::string _program;
     kxImportLimits _limits;
     Clock::time_point _deadline;
+    std::function<bool()> _goOn;
+    Clock::time_point _nextQuestion;
     pid_t _process = -1;
     int _pipe = -1;
     int _status = 0;

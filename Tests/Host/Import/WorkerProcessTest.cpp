@@ -5,9 +5,11 @@
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <functional>
 
 using kximport::WorkerProcess;
 using kximport::WorkerRequest;
@@ -27,7 +29,7 @@ protected:
         request.workFolder = folder.string();
         request.memory = limits.memory;
         request.selfTest = selfTest;
-        return WorkerProcess(program, limits).run(request);
+        return WorkerProcess(program, limits, goOn).run(request);
     }
     /// A program that does what \a commands say; its report goes to descriptor 3.
     void scriptInstead(const std::string &commands)
@@ -39,6 +41,7 @@ protected:
     kxtest::TemporaryFolder folder;
     kxImportLimits limits{std::uint64_t{2} << 30, 60s};
     std::string program = KX_TEST_IMPORT_WORKER;
+    std::function<bool()> goOn;
 };
 
 TEST_F(WorkerProcessTest, SaysThatAParserCrashed)
@@ -69,6 +72,38 @@ TEST_F(WorkerProcessTest, StopsAParserThatHangsWithoutReport)
 
     ASSERT_FALSE(result);
     EXPECT_EQ(result.reason(), "the parser took longer than 0.3 s");
+}
+
+TEST_F(WorkerProcessTest, StopsAParserThatNobodyWantsAnyMore)
+{
+    const std::string pidFile = folder.file("pid");
+    int asked = 0;
+    goOn = [&] { return ++asked < 3 || !folder.contains("pid"); };
+
+    for (const char *how : {"", "exec 3>&-; "}) {
+        scriptInstead("echo $$ >'" + pidFile + ".new'; mv '" + pidFile + ".new' '" + pidFile + "'; " + how +
+                      "exec sleep 100\n");
+        const auto result = run("");
+
+        ASSERT_FALSE(result);
+        EXPECT_EQ(result.reason(), "it was stopped");
+        EXPECT_EQ(kill(std::stoi(folder.read("pid")), 0), -1) << "the process is gone";
+        EXPECT_EQ(errno, ESRCH);
+        EXPECT_GE(asked, 3);
+        std::filesystem::remove(pidFile);
+        asked = 0;
+    }
+}
+
+TEST_F(WorkerProcessTest, StopsAReportWithoutEndThatNobodyWantsAnyMore)
+{
+    int asked = 0;
+    goOn = [&asked] { return ++asked < 3; };
+
+    const auto result = run("flood");
+
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.reason(), "it was stopped");
 }
 
 TEST_F(WorkerProcessTest, StopsAParserThatEatsMemory)

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -20,6 +21,30 @@ using testing::StartsWith;
 using namespace std::chrono_literals;
 
 namespace {
+
+/// Where temporary files go while it lives.
+class TemporaryPlace
+{
+public:
+    explicit TemporaryPlace(const std::string &path)
+    {
+        if (const char *usual = std::getenv("TMPDIR"))
+            _usual = usual;
+        setenv("TMPDIR", path.c_str(), 1);
+    }
+    ~TemporaryPlace()
+    {
+        if (_usual)
+            setenv("TMPDIR", _usual->c_str(), 1);
+        else
+            unsetenv("TMPDIR");
+    }
+    TemporaryPlace(const TemporaryPlace &) = delete;
+    TemporaryPlace &operator=(const TemporaryPlace &) = delete;
+
+private:
+    std::optional<std::string> _usual;
+};
 
 class kxSceneImporterTest : public testing::Test
 {
@@ -83,18 +108,12 @@ TEST_F(kxSceneImporterTest, LeavesNothingBehind)
     const std::string path = writeTriangle("a.gltf");
     const std::size_t before = kxtest::livingContainers();
     const std::string temporary = folder.makeFolder("tmp");
-    const char *usual = std::getenv("TMPDIR");
-    const std::string kept = usual ? usual : "";
-    setenv("TMPDIR", temporary.c_str(), 1);
+    const TemporaryPlace place(temporary);
 
     {
         const auto result = kxSceneImporter().importScene(path);
         EXPECT_TRUE(result);
     }
-    if (usual)
-        setenv("TMPDIR", kept.c_str(), 1);
-    else
-        unsetenv("TMPDIR");
 
     EXPECT_EQ(kxtest::livingContainers(), before);
     EXPECT_TRUE(std::filesystem::is_empty(temporary));
@@ -189,6 +208,34 @@ TEST_F(kxSceneImporterTest, GoesOnAfterAHang)
     misbehave("hang");
 
     EXPECT_EQ(failureOf(path, limits), "Cannot import '" + path + "': the parser took longer than 0.2 s");
+}
+
+TEST_F(kxSceneImporterTest, LeavesNothingBehindWhenItIsStopped)
+{
+    const std::string path = writeTriangle("a.gltf");
+    const std::size_t before = kxtest::livingContainers();
+    const std::string temporary = folder.makeFolder("tmp");
+    const TemporaryPlace place(temporary);
+    int asked = 0;
+    bool hadFolder = false;
+    const kxSceneImporter importer({}, [&] {
+        hadFolder = hadFolder || !std::filesystem::is_empty(temporary);
+        return ++asked < 3;
+    });
+    misbehave("hang");
+
+    const auto scene = importer.importScene(path);
+    asked = 0;
+    const auto materials = importer.importMaterials(path);
+    asked = 0;
+    const auto environment = importer.importEnvironment(path);
+
+    for (const std::string &reason : {scene.reason(), materials.reason(), environment.reason()})
+        EXPECT_EQ(reason, "Cannot import '" + path + "': it was stopped");
+    EXPECT_TRUE(hadFolder);
+    EXPECT_TRUE(std::filesystem::is_empty(temporary));
+    EXPECT_EQ(kxtest::livingContainers(), before);
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(kxSceneImporterTest, GoesOnAfterMemoryRanOut)
