@@ -18,14 +18,6 @@
 
 namespace {
 
-template <class Result> void add(const Result &result, ImportJob::Outcome &outcome)
-{
-    for (const auto &saved : result.saved)
-        outcome.saved.push_back(saved.uuid);
-    for (const std::string &failure : result.failures)
-        outcome.failures.append(QString::fromStdString(failure));
-}
-
 kxPictureImport::Kind kindOf(ImportOptions::Pictures pictures)
 {
     switch (pictures) {
@@ -52,56 +44,73 @@ ImportJob::Outcome ImportJob::run(const QStringList &files, QWidget *window)
     progress.setObjectName(QStringLiteral("importProgress"));
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(0);
+    const auto goOn = [&progress] {
+        QCoreApplication::processEvents();
+        return !progress.wasCanceled();
+    };
     Outcome outcome;
     for (int i = 0; i < files.size(); ++i) {
         progress.setValue(i);
         progress.setLabelText(
             tr("Importing \"%1\" (%2 of %3)").arg(QFileInfo(files[i]).fileName()).arg(i + 1).arg(files.size()));
-        QCoreApplication::processEvents();
-        if (progress.wasCanceled())
+        if (!goOn())
             break;
-        const int before = outcome.failures.size();
         const SaveLeftovers leftovers(_folder);
-        importFile(files[i], outcome, progress);
-        if (outcome.failures.size() > before) {
-            leftovers.removeEmpty();
-            explain(files[i], before, outcome.failures);
-        }
+        const FileOutcome file = importFile(files[i], goOn);
+        outcome.saved.insert(outcome.saved.end(), file.saved.begin(), file.saved.end());
+        if (file.failures.empty())
+            continue;
+        leftovers.removeEmpty();
+        if (!progress.wasCanceled() || !file.unsaved.empty())
+            outcome.failures += explain(files[i], file);
     }
     progress.reset();
     return outcome;
 }
 
-/// Where nothing can be written, that is said of the file once, and not of all in it.
-void ImportJob::explain(const QString &file, int first, QStringList &failures) const
+QStringList ImportJob::explain(const QString &file, const FileOutcome &outcome) const
 {
-    const QString reason = DiskTrouble::advice(_folder, {});
-    if (reason.isEmpty()) {
-        for (auto failure = failures.begin() + first; failure != failures.end(); ++failure)
-            *failure = ImportTrouble::sentences(file, *failure);
-        return;
+    QStringList result;
+    if (!outcome.saved.empty()) {
+        for (const kxUnsavedPart &part : outcome.unsaved)
+            result.append(ImportTrouble::ofPart(file, part));
+        return result;
     }
-    failures.erase(failures.begin() + first, failures.end());
-    failures.append(tr("\"%1\" could not be imported.").arg(QFileInfo(file).fileName()) + ' ' + reason);
+    // What holds for all in the file is said once.
+    if (!outcome.unsaved.empty())
+        return {ImportTrouble::ofAll(file, outcome.unsaved)};
+    if (const QString reason = DiskTrouble::advice(_folder, {}); !reason.isEmpty())
+        return {tr("\"%1\" could not be imported.").arg(QFileInfo(file).fileName()) + ' ' + reason};
+    for (const std::string &failure : outcome.failures)
+        result.append(ImportTrouble::sentences(file, QString::fromStdString(failure)));
+    return result;
 }
 
-void ImportJob::importFile(const QString &file, Outcome &outcome, QProgressDialog &progress) const
+template <class Result> ImportJob::FileOutcome ImportJob::outcomeOf(const Result &result)
+{
+    FileOutcome outcome{{}, result.failures, result.unsaved};
+    for (const auto &saved : result.saved)
+        outcome.saved.push_back(saved.uuid);
+    return outcome;
+}
+
+ImportJob::FileOutcome ImportJob::importFile(const QString &file, const std::function<bool()> &goOn) const
 {
     const QUrl folder = QUrl::fromLocalFile(_folder);
-    const auto goOn = [&progress] {
-        QCoreApplication::processEvents();
-        return !progress.wasCanceled();
-    };
     const bool isModel = kxForeignFormats::isSceneFile(file.toStdString());
-    const bool isPicture = !isModel && kxForeignFormats::isImageFile(file.toStdString());
-    if (isPicture) {
-        add(kxPictureImport(kindOf(_options.pictures)).importFile(file, folder), outcome);
-    } else if (isModel && _options.models != ImportOptions::Models::Materials) {
+    if (!isModel && kxForeignFormats::isImageFile(file.toStdString())) {
+        kxPictureImport import(kindOf(_options.pictures));
+        import.setWhileReading(goOn);
+        return outcomeOf(import.importFile(file, folder));
+    }
+    if (isModel && _options.models != ImportOptions::Models::Materials) {
         kxGeometryImport import;
         import.setSplit(_options.models == ImportOptions::Models::Parts);
-        add(import.importFile(file, folder, goOn), outcome);
-    } else {
-        const kxAssetLibrary library(_library);
-        add(kxMaterialImport(library).importFile(file, folder, goOn), outcome);
+        import.setWhileReading(goOn);
+        return outcomeOf(import.importFile(file, folder, goOn));
     }
+    const kxAssetLibrary library(_library);
+    kxMaterialImport import(library);
+    import.setWhileReading(goOn);
+    return outcomeOf(import.importFile(file, folder, goOn));
 }

@@ -2,14 +2,15 @@
 #pragma once
 
 #include "AssetManager/ImportOptions.h"
+#include "AssetSession/kxUnsavedPart.h"
 
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <string>
 #include <vector>
 
-class QProgressDialog;
 class QWidget;
 
 /// Imports files into a folder of a library, with progress and a way to stop. Main thread only.
@@ -31,8 +32,16 @@ public:
     Outcome run(const QStringList &files, QWidget *window);
 
 private:
-    void explain(const QString &file, int first, QStringList &failures) const;
-    void importFile(const QString &file, Outcome &outcome, QProgressDialog &progress) const;
+    struct FileOutcome
+    {
+        std::vector<std::string> saved;     ///< UUIDs
+        std::vector<std::string> failures;  ///< as importers word them
+        std::vector<kxUnsavedPart> unsaved; ///< where the file could be read: what each failure is about
+    };
+
+    template <class Result> static FileOutcome outcomeOf(const Result &result);
+    FileOutcome importFile(const QString &file, const std::function<bool()> &goOn) const;
+    QStringList explain(const QString &file, const FileOutcome &outcome) const;
 
     QString _library;
     QString _folder;
