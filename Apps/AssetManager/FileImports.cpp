@@ -8,6 +8,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 FileImports::FileImports(LibrarySide &libraries, QWidget &window)
     : QObject(&window), _libraries(libraries), _window(window)
@@ -21,6 +22,19 @@ void FileImports::choose(const QString &folder)
 }
 
 void FileImports::importFiles(const QStringList &files, const QString &folder)
+{
+    _waiting.emplace_back(files, folder);
+    if (_isBusy)
+        return;
+    const QScopedValueRollback<bool> busy(_isBusy, true);
+    while (!_waiting.empty()) {
+        const auto [next, target] = _waiting.front();
+        _waiting.erase(_waiting.begin());
+        importNow(next, target);
+    }
+}
+
+void FileImports::importNow(const QStringList &files, const QString &folder)
 {
     const QString library = _libraries.folders().libraryOf(folder);
     if (library.isEmpty()) {

@@ -4,6 +4,9 @@
 #include <QObject>
 #include <QStringList>
 
+#include <utility>
+#include <vector>
+
 class ImportJob;
 class LibrarySide;
 class QWidget;
@@ -19,6 +22,7 @@ public:
 
     /// Files that a person chooses.
     void choose(const QString &folder);
+    /// What comes while another import is under way, as by a drop from elsewhere, waits for its end.
     void importFiles(const QStringList &files, const QString &folder);
 
 Q_SIGNALS:
@@ -27,9 +31,12 @@ Q_SIGNALS:
     void failed(const QStringList &messages);
 
 private:
+    void importNow(const QStringList &files, const QString &folder);
     /// What failed of it.
     QStringList run(ImportJob &job, const QStringList &files, const QString &folder);
 
     LibrarySide &_libraries;
     QWidget &_window;
+    bool _isBusy = false;
+    std::vector<std::pair<QStringList, QString>> _waiting; ///< files and folders, in their order
 };

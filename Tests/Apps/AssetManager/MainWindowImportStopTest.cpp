@@ -15,6 +15,8 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -36,8 +38,9 @@ protected:
     /// Imports it with that choice of what models become, and clicks on the button soon after the parser began.
     void importAndStop(const std::string &file, int choice)
     {
-        _handled = 0;
-        kxModalQuestion::setDialogAnswerer([choice](QDialog &dialog) {
+        handled = 0;
+        kxModalQuestion::setDialogAnswerer([this, choice](QDialog &dialog) {
+            ++dialogs;
             dialog.findChild<QComboBox *>("models")->setCurrentIndex(choice);
             return QDialog::Accepted;
         });
@@ -53,7 +56,9 @@ protected:
         return kill(process, 0) == -1 && errno == ESRCH;
     }
 
-    int _handled = 0; ///< events that the window handled while the parser ran
+    int handled = 0; ///< events that the window handled while the parser ran
+    int dialogs = 0;
+    std::function<void()> meanwhile; ///< happens before the click
 
 private:
     void clickCancel()
@@ -61,8 +66,10 @@ private:
         auto *dialog = window->findChild<QProgressDialog *>("importProgress");
         if (!dialog || !dialog->isVisible() || dialog->wasCanceled() || input.isBusy() || !folder.contains("pid"))
             return;
-        if (++_handled < 3)
+        if (++handled < 3)
             return;
+        if (meanwhile)
+            std::exchange(meanwhile, {})();
         auto *button = dialog->findChild<QPushButton *>();
         input.click(button->mapToGlobal(button->rect().center()), Qt::LeftButton, Qt::NoModifier);
     }
@@ -83,11 +90,30 @@ TEST_F(MainWindowImportStopTest, StopsTheReadingOfOneFileByTheButton)
     for (const auto &[file, choice] : {std::pair(model, 0), {model, 1}, {model, 2}, {picture, 0}}) {
         importAndStop(file, choice);
 
-        EXPECT_GE(_handled, 3) << file << choice;
+        EXPECT_GE(handled, 3) << file << choice;
         EXPECT_TRUE(isParserGone());
         EXPECT_EQ(reported(), "");
         EXPECT_EQ(differenceOf(before, contentOf(path())), "");
         EXPECT_THAT(names(), testing::ElementsAre("Oak"));
         EXPECT_FALSE(window->undoStack().canUndo());
     }
+}
+
+TEST_F(MainWindowImportStopTest, ImportsAfterwardsWhatComesMeanwhile)
+{
+    open();
+    const std::string slow = folder.write("car.obj", "no matter");
+    const QString box = QString::fromStdString(folder.write("box.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n"));
+    meanwhile = [this, box] {
+        kxSceneImporter::setWorkerProgram("");
+        std::filesystem::remove(folder.file("pid")); // one click is enough
+        window->importFiles({box}, path());
+        EXPECT_EQ(dialogs, 1) << "nothing is asked in the midst of it";
+    };
+
+    importAndStop(slow, 0);
+
+    EXPECT_EQ(dialogs, 2);
+    EXPECT_THAT(names(), testing::ElementsAre("box"));
+    EXPECT_EQ(reported(), "");
 }
