@@ -79,10 +79,10 @@ TEST_F(WorkerProcessTest, StopsAParserThatNobodyWantsAnyMore)
     const std::string pidFile = folder.file("pid");
     int asked = 0;
     goOn = [&] { return ++asked < 3 || !folder.contains("pid"); };
+    const std::string begin = "echo $$ >'" + pidFile + ".new'; mv '" + pidFile + ".new' '" + pidFile + "'\n";
 
-    for (const char *how : {"", "exec 3>&-; "}) {
-        scriptInstead("echo $$ >'" + pidFile + ".new'; mv '" + pidFile + ".new' '" + pidFile + "'; " + how +
-                      "exec sleep 100\n");
+    for (const std::string &script : {begin + "exec sleep 100\n", begin + "exec 3>&-; exec sleep 100\n"}) {
+        scriptInstead(script);
         const auto result = run("");
 
         ASSERT_FALSE(result);
