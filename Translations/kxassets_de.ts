@@ -849,6 +849,26 @@ Modelle oder Bilder zum Importieren hierher ziehen.</translation>
         <source>It is damaged, or not what its name says. (%1)</source>
         <translation>Die Datei ist beschädigt oder nicht das, was ihr Name sagt. (%1)</translation>
     </message>
+    <message>
+        <source>A part of this program is missing: it has to be installed anew.</source>
+        <translation>Ein Teil dieses Programms fehlt: Es muss neu installiert werden.</translation>
+    </message>
+    <message>
+        <source>It takes too long to read.</source>
+        <translation>Das Lesen der Datei dauert zu lange.</translation>
+    </message>
+    <message>
+        <source>Of &quot;%1&quot;, &quot;%2&quot; could not be saved.</source>
+        <translation>Aus „%1“ konnte „%2“ nicht gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>Nothing of it could be saved.</source>
+        <translation>Nichts daraus konnte gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>It would lie outside of the library.</source>
+        <translation>Es läge außerhalb der Bibliothek.</translation>
+    </message>
 </context>
 <context>
     <name>KeptVersion</name>
