@@ -19,7 +19,7 @@ public:
 
     /// Main thread only, as is all else.
     DriveInquiry();
-    /// No answer is brought any more. Threads may take no longer than Farewell.
+    /// No answer is brought any more. Threads that take longer than Farewell are left alone.
     ~DriveInquiry();
     DriveInquiry(const DriveInquiry &) = delete;
     DriveInquiry &operator=(const DriveInquiry &) = delete;

@@ -9,6 +9,8 @@
 #include <QSet>
 #include <QUrl>
 
+#include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -87,10 +89,13 @@ ReadAhead::ReadAhead(QObject *parent) : QObject(parent), _state(std::make_shared
 
 ReadAhead::~ReadAhead()
 {
-    const std::shared_ptr<State> last = _state;
-    giveUp();
-    std::unique_lock lock(last->mutex);
-    last->changed.wait_for(lock, DriveInquiry::Farewell, [&last] { return last->workers == 0; });
+    leaveState();
+    const auto end = std::chrono::steady_clock::now() + DriveInquiry::Farewell;
+    for (const std::weak_ptr<State> &left : _givenUp)
+        if (const std::shared_ptr<State> state = left.lock()) {
+            std::unique_lock lock(state->mutex);
+            state->changed.wait_until(lock, end, [&state] { return state->workers == 0; });
+        }
 }
 
 void ReadAhead::want(const QStringList &directories, bool withContents)
@@ -130,12 +135,23 @@ void ReadAhead::clear()
 
 void ReadAhead::giveUp()
 {
+    leaveState();
+    _state = std::make_shared<State>(this);
+}
+
+/// Those that nobody works on any more are forgotten.
+void ReadAhead::leaveState()
+{
+    _givenUp.erase(std::remove_if(_givenUp.begin(), _givenUp.end(),
+                                  [](const std::weak_ptr<State> &left) { return left.expired(); }),
+                   _givenUp.end());
     {
         const std::lock_guard lock(_state->mutex);
         _state->drop();
         _state->owner = nullptr;
     }
-    _state = std::make_shared<State>(this);
+    _givenUp.push_back(_state);
+    _state.reset();
 }
 
 void ReadAhead::work(State &state)

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <vector>
 
 class kxUrlManager;
 
@@ -18,7 +19,8 @@ class ReadAhead final : public QObject
 
 public:
     explicit ReadAhead(QObject *parent = nullptr);
-    /// Leaves a directory to itself that takes longer to read than DriveInquiry::Farewell.
+    /// Leaves directories to themselves that take longer to read than DriveInquiry::Farewell, which is how long it waits for all
+    /// together.
     ~ReadAhead() override;
 
     /// Has these read before all that was wanted earlier, the first one first; without the descriptions of assets when only what
@@ -43,6 +45,8 @@ private:
     struct Wanted;
     struct State;
     static void work(State &state);
+    void leaveState();
 
     std::shared_ptr<State> _state; ///< the workers have it too, for as long as they are held up
+    std::vector<std::weak_ptr<State>> _givenUp;
 };

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "AssetManager/ReadAhead.h"
 
+#include "AssetManager/DriveInquiry.h"
 #include "AssetSession/kxAssetSession.h"
 #include "SlowDisk.h"
 #include "Support/TemporaryFolder.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <chrono>
 
 namespace {
 
@@ -98,6 +102,27 @@ TEST_F(ReadAheadTest, ReadsOthersWhereWhatDoesNotAnswerIsGivenUp)
     disk.letGo();
     ASSERT_TRUE(QTest::qWaitFor([this] { return disk.waitingCount() == 0; }, Patience));
     EXPECT_FALSE(ahead.take(path("away/c")));
+}
+
+TEST_F(ReadAheadTest, WaitsOnceForAllThatWasGivenUp)
+{
+    disk.hold(path({}));
+    QElapsedTimer timer;
+    {
+        ReadAhead ahead;
+        for (int times = 1; times <= 2; ++times) {
+            ahead.want({path("a")}, true);
+            ASSERT_TRUE(QTest::qWaitFor([&] { return disk.waitingCount() == times; }, Patience));
+            ahead.giveUp();
+        }
+        timer.start();
+    }
+
+    const qint64 farewell = std::chrono::milliseconds(DriveInquiry::Farewell).count();
+    EXPECT_GE(timer.elapsed(), farewell) << "one of them may answer by then";
+    EXPECT_LT(timer.elapsed(), 2 * farewell);
+    disk.letGo();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return disk.waitingCount() == 0; }, Patience));
 }
 
 TEST_F(ReadAheadTest, EndsWhileADriveDoesNotAnswer)
