@@ -72,7 +72,7 @@ void PreviewCache::loadNext()
         const Wanted next = *found;
         _queue.erase(std::next(found).base());
         Loading &loading = _underWay[next.uuid];
-        loading.folder = QFileInfo(next.directory).path();
+        loading.drive = driveOf(next.directory);
         loading.since.start();
         const kxUrlManager *manager = kxUrlManager::getUrlManager(QUrl::fromLocalFile(next.directory));
         _inquiry.ask([this, next, manager] { return [this, result = load(next, manager)] { receive(result); }; });
@@ -95,13 +95,21 @@ int PreviewCache::busyCount() const
     }));
 }
 
-/// Whether another asset in the same folder waits for a drive that does not answer.
+QString PreviewCache::driveOf(const QString &directory) const
+{
+    const QString library = _libraryOf ? _libraryOf(directory) : QString();
+    return library.isEmpty() ? QFileInfo(directory).path() : library;
+}
+
+/// Whether another asset on the same drive waits for it without an answer.
 bool PreviewCache::isHeldUp(const Wanted &wanted) const
 {
-    const QString folder = QFileInfo(wanted.directory).path();
-    return std::any_of(_underWay.begin(), _underWay.end(), [&](const Loading &loading) {
-        return loading.since.hasExpired(_patience) && loading.folder == folder;
-    });
+    if (busyCount() == static_cast<int>(_underWay.size()))
+        return false;
+    return std::any_of(_underWay.begin(), _underWay.end(),
+                       [this, drive = driveOf(wanted.directory)](const Loading &loading) {
+                           return loading.since.hasExpired(_patience) && loading.drive == drive;
+                       });
 }
 
 /// On a worker.

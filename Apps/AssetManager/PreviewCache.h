@@ -11,6 +11,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <functional>
 #include <vector>
 
 class kxUrlManager;
@@ -46,7 +47,9 @@ public:
     /// Nothing is to be loaded but what does not answer.
     bool isIdle() const;
     int loadedCount() const { return _loadedCount; }
-    /// How long a drive may take before others are asked beside it, and no more of that folder.
+    /// Has directories of one library count as those of one drive; those in none, where it is "", by the folder that they are in.
+    void setLibraryOf(const std::function<QString(const QString &)> &libraryOf) { _libraryOf = libraryOf; }
+    /// How long a drive may take before others are asked beside it, and no more of it.
     void setPatience(int milliseconds) { _patience = milliseconds; }
 
     static constexpr int Size = 288; ///< pixels
@@ -62,11 +65,12 @@ private:
     struct Result;
     struct Loading
     {
-        QString folder; ///< that the asset lies in
+        QString drive; ///< the library, or the folder that the asset lies in
         QElapsedTimer since;
     };
     static Result load(const Wanted &wanted, const kxUrlManager *manager);
     int busyCount() const;
+    QString driveOf(const QString &directory) const;
     bool isHeldUp(const Wanted &wanted) const;
     void loadNext();
     void receive(const Result &result);
@@ -75,6 +79,7 @@ private:
     QCache<QString, bool> _missing{MaxMissing};
     std::vector<Wanted> _queue; ///< the next one last
     QHash<QString, Loading> _underWay;
+    std::function<QString(const QString &)> _libraryOf;
     QTimer _timer; ///< looks for what does not answer
     int _patience = 8000;
     int _loadedCount = 0;

@@ -175,3 +175,26 @@ TEST_F(PreviewCacheTest, ReadsOthersBesideADriveThatDoesNotAnswerAndEndsWithoutI
     disk.letGo();
     EXPECT_TRUE(QTest::qWaitFor([this] { return disk.waitingCount() == 0; }, Patience));
 }
+
+TEST_F(PreviewCacheTest, AsksNoMoreOfALibraryThatDoesNotAnswerHoweverManyFoldersItHas)
+{
+    const QString away = path("away");
+    std::vector<PreviewCache::Wanted> assets = make(10);
+    for (int i = 0; i < 8; ++i) {
+        const QString place = away + '/' + QString::number(i);
+        ASSERT_TRUE(QDir().mkpath(place));
+        ASSERT_TRUE(QDir().rename(assets[i].directory, place + "/asset"));
+        assets[i].directory = place + "/asset";
+    }
+    disk.hold(away);
+    PreviewCache cache;
+    cache.setPatience(50);
+    cache.setLibraryOf([&](const QString &directory) { return directory.startsWith(away) ? away : QString(); });
+
+    cache.want(assets);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return cache.loadedCount() == 2 && cache.isIdle(); }, Patience));
+
+    EXPECT_LE(disk.waitingCount(), 4);
+    disk.letGo();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return cache.loadedCount() == 10; }, Patience));
+}
