@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -161,28 +162,34 @@ void LibraryScan::receive(int id, const QString &canonical)
     start();
     _timer.start(0);
     const bool isElsewhere = !folder.onlyChanges && !canonical.isEmpty() && canonical != folder.path;
-    emit folderAnswered(folder.path);
-    if (isElsewhere) {
+    if (isElsewhere)
         _roots.remove(folder.path);
-        emit folderElsewhere(folder.path, canonical);
-        return;
-    }
-    if (folder.onlyChanges)
+    else if (folder.onlyChanges)
         _open.push_back(folder);
     else
         _waiting.push_back(folder);
+    emit folderAnswered(folder.path);
+    if (isElsewhere)
+        emit folderElsewhere(folder.path, canonical);
 }
 
 bool LibraryScan::isAsked(const QString &folder) const
 {
     return std::any_of(_questions.begin(), _questions.end(),
-                       [&](const Question &asked) { return asked.folder.path == folder && !asked.folder.isPartial; });
+                       [&](const Question &asked) { return asked.folder.path == folder; });
 }
 
 bool LibraryScan::isSilent(const QString &path) const
 {
     return std::any_of(_questions.begin(), _questions.end(), [&](const Question &asked) {
         return asked.isSilent && AssetFilter::isIn(path, asked.folder.path);
+    });
+}
+
+bool LibraryScan::hasSilence(const QString &library) const
+{
+    return std::any_of(_questions.begin(), _questions.end(), [&](const Question &asked) {
+        return asked.isSilent && AssetFilter::isIn(asked.folder.path, library);
     });
 }
 
@@ -211,6 +218,10 @@ void LibraryScan::forget(const QString &folder)
         std::remove_if(_questions.begin(), _questions.end(),
                        [&](const Question &asked) { return AssetFilter::isIn(asked.folder.path, folder); }),
         _questions.end());
+    if (_isStepping)
+        _forgotten.append(folder);
+    else
+        drop(folder);
 }
 
 bool LibraryScan::hasAssetsIn(const QString &folder) const
@@ -280,20 +291,26 @@ QString LibraryScan::setAside()
     const QString place = last.isListed ? last.left.last() : last.path;
     while (!_open.back().isAsked && !_open.back().isPartial)
         _open.pop_back();
-    Folder folder = _open.back();
-    _open.pop_back();
-    if (!folder.isPartial) { // it starts anew: what is known already costs little
-        Folder again;
-        again.path = folder.path;
-        again.isAsked = true;
-        again.onlyChanges = true;
-        again.withContents = folder.withContents;
-        folder = again;
-    }
+    Folder again; // as a whole: what is known already costs little
+    again.path = _open.back().path;
+    again.isAsked = true;
+    again.onlyChanges = true;
+    again.withContents = _open.back().withContents;
+    for (const Folder &left : _open)
+        again.withContents = again.withContents || (left.withContents && AssetFilter::isIn(left.path, again.path));
+    drop(again.path);
+    ask(again, place, true);
+    return again.path;
+}
+
+/// What lies in the folder is not read any more.
+void LibraryScan::drop(const QString &folder)
+{
+    const auto isIn = [&](const Folder &left) { return AssetFilter::isIn(left.path, folder); };
+    _open.erase(std::remove_if(_open.begin(), _open.end(), isIn), _open.end());
+    _waiting.erase(std::remove_if(_waiting.begin(), _waiting.end(), isIn), _waiting.end());
     _ahead.giveUp();
     _heldUp.invalidate();
-    ask(folder, place, true);
-    return folder.path;
 }
 
 /// Whether it could go on; otherwise a directory has to be read ahead first.
@@ -306,12 +323,16 @@ bool LibraryScan::step()
     Folder &folder = _open.back();
     if (!isReadAhead(folder))
         return false;
+    _isStepping = true; // whoever hears of something may forget what is looked at
     if (!folder.isListed)
         list(folder);
     else if (!folder.left.isEmpty())
         readDirectory(folder.left.takeLast());
     else
         leave();
+    _isStepping = false;
+    for (const QString &forgotten : std::exchange(_forgotten, {}))
+        drop(forgotten);
     return true;
 }
 

@@ -31,14 +31,15 @@ public:
 
     /// Reads the folder and all below, after what is being read already.
     void add(const QString &folder);
-    /// The same, before anything else, and only what looks changed: assets that came, went, or were written since.
+    /// The same, before what is being read, and only what looks changed: assets that came, went, or were written since. Of a
+    /// folder that was added, its drive is asked first whether it is there.
     void refresh(const QString &folder);
     /// The same for one directory with an asset.
     void refreshAsset(const QString &directory);
     /// Ends with what was found so far.
     void cancel();
 
-    /// Forgets what was read below the folder; the registry is not touched.
+    /// Forgets what was read below the folder, and reads no more of it; the registry is not touched.
     void forget(const QString &folder);
 
     /// Not while all that is left to read does not answer.
@@ -46,6 +47,10 @@ public:
     int assetCount() const { return _assetCount; }
     /// Whether assets were read in the folder or below.
     bool hasAssetsIn(const QString &folder) const;
+    /// Whether the place is not read before its drive answers, which it did not do for long.
+    bool isSilent(const QString &path) const;
+    /// The same of anything in the library.
+    bool hasSilence(const QString &library) const;
     /// What an asset's directory was like when it was read.
     DirectoryStamp stampOf(const QString &directory) const { return _known.value(directory).stamp; }
 
@@ -107,9 +112,9 @@ private:
     void ask(const Folder &folder, const QString &place, bool isSilent = false);
     void receive(int id, const QString &canonical);
     bool isAsked(const QString &folder) const;
-    bool isSilent(const QString &path) const;
     void noteSilence(bool hasAdvanced, bool isHeldUp);
     QString setAside();
+    void drop(const QString &folder);
     void work();
     bool hasFolders() const { return !_open.empty() || !_waiting.empty(); }
     bool isDone() const;
@@ -136,8 +141,9 @@ private:
     std::vector<Folder> _open;              ///< from the top down to that which is being read
     std::vector<Folder> _waiting;
     std::vector<Question> _questions;
-    QSet<QString> _roots;  ///< what was added
-    QElapsedTimer _heldUp; ///< since when nothing could be read
+    QStringList _forgotten; ///< while something of it may be looked at
+    QSet<QString> _roots;   ///< what was added
+    QElapsedTimer _heldUp;  ///< since when nothing could be read
     DriveInquiry _inquiry;
     int _lastQuestion = 0;
     int _patience = Patience;
@@ -146,4 +152,5 @@ private:
     qint64 _announcing = 0; ///< how long the last announcement took, milliseconds
     int _assetCount = 0;
     bool _isRunning = false;
+    bool _isStepping = false;
 };

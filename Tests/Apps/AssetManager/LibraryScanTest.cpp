@@ -110,6 +110,26 @@ TEST_F(LibraryScanTest, ShowsWhatItFoundWhileItReadsAndKeepsItWhenItIsStopped)
     EXPECT_THAT(names(), ElementsAre("Oak", "Yew"));
 }
 
+TEST_F(LibraryScanTest, ReadsNoMoreOfALibraryThatIsClosedMeanwhile)
+{
+    storeIn("A", "Oak");
+    storeIn("Z", "Yew");
+    disk.hold(path("Z"));
+    window->openLibraries({library().toLocalFile()});
+    ASSERT_TRUE(waitForNames({"Oak"}));
+
+    window->libraries().close(path());
+    EXPECT_THAT(names(), IsEmpty());
+    disk.letGo();
+    settle();
+
+    EXPECT_FALSE(isRunning());
+    EXPECT_THAT(names(), IsEmpty());
+    window->openLibraries({library().toLocalFile()});
+    settle();
+    EXPECT_THAT(names(), ElementsAre("Oak", "Yew"));
+}
+
 TEST_F(LibraryScanTest, GoesOnWhereAFolderVanishesBeforeItsTurn)
 {
     storeIn("A", "Oak");
