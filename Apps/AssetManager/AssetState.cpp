@@ -2,9 +2,19 @@
 #include "AssetManager/AssetState.h"
 
 #include "AssetManager/StateMark.h"
+#include "AssetManager/StoredChecksums.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
 #include "SceneGraph/AssetAttachment.h"
+
+namespace {
+
+bool isStoredAs(kxAssetItem &item, std::uint32_t checksum)
+{
+    return StoredChecksums::the().of(item, checksum) == checksum;
+}
+
+} // namespace
 
 AssetState::AssetState(const osg::AttachmentContainerPtr &container)
 {
@@ -23,7 +33,7 @@ AssetState::AssetState(const osg::AttachmentContainerPtr &container)
     if (_isEdited)
         _kind = Kind::EditedHere;
     else
-        _kind = item->checksum() == _loadedChecksum ? Kind::AsStored : Kind::Outdated;
+        _kind = isStoredAs(*item, _loadedChecksum) ? Kind::AsStored : Kind::Outdated;
 }
 
 bool AssetState::isStoredNewer() const
@@ -31,7 +41,7 @@ bool AssetState::isStoredNewer() const
     if (_kind != Kind::EditedHere)
         return _kind == Kind::Outdated;
     kxAssetItem *item = kxAssetItemFactory::the().findItem(_uuid);
-    return item && item->checksum() != _loadedChecksum;
+    return item && !isStoredAs(*item, _loadedChecksum);
 }
 
 QString AssetState::text() const

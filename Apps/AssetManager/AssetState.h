@@ -29,7 +29,7 @@ public:
     const std::string &uuid() const { return _uuid; }
     /// Whether the object was changed after it was loaded, also where the asset is not in an open library.
     bool isEdited() const { return _isEdited; }
-    /// Whether the stored asset was changed since, also where the object was too. Reads what is stored.
+    /// Whether the stored asset was changed since, also where the object was too. Reads what is stored, if its drive answers.
     bool isStoredNewer() const;
     /// For tool tips and screen readers; "" without an asset.
     QString text() const;

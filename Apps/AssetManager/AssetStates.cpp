@@ -2,6 +2,7 @@
 #include "AssetManager/AssetStates.h"
 
 #include "AssetManager/AssetState.h"
+#include "AssetManager/StoredChecksums.h"
 #include "Kernel/kxMaterials.h"
 #include "Kernel/kxScenegraph.h"
 #include "Kernel/kxScenegraphNotifier.h"
@@ -10,7 +11,8 @@
 
 namespace {
 
-constexpr int QuietTime = 250; // milliseconds
+constexpr int QuietTime = 250;  // milliseconds
+constexpr int RetryTime = 1000; // milliseconds: as often as drives are looked at
 
 void add(std::map<std::string, unsigned> &states, const osg::AttachmentContainerPtr &container)
 {
@@ -50,6 +52,9 @@ AssetStates::AssetStates(QObject *parent) : QObject(parent)
     _timer.setSingleShot(true);
     _timer.setInterval(QuietTime);
     connect(&_timer, &QTimer::timeout, this, &AssetStates::update);
+    _retry.setSingleShot(true);
+    _retry.setInterval(RetryTime);
+    connect(&_retry, &QTimer::timeout, this, &AssetStates::update);
     connect(&kxScenegraph::notifier(), &kxScenegraphNotifier::documentChanged, this, &AssetStates::updateSoon);
     _watch = std::make_unique<Watch>(*this);
 }
@@ -70,6 +75,8 @@ void AssetStates::update()
                 add(states, node);
     for (const osg::MaterialPtr &material : kxMaterials::getAllAssetMaterials())
         add(states, material);
+    if (StoredChecksums::the().takeUnanswered())
+        _retry.start();
     if (states == _states)
         return;
     _states = std::move(states);

@@ -12,7 +12,7 @@
 
 /// How stored assets stand to the scene (the AssetState of all their copies there), and which of them are damaged. Main thread only.
 ///
-/// Follows the scene by itself, some time after the last change.
+/// Follows the scene by itself, some time after the last change; what is stored on drives that do not answer, when they do.
 class AssetStates final : public QObject
 {
     Q_OBJECT
@@ -55,4 +55,5 @@ private:
     std::map<std::string, unsigned> _states; ///< of those in the scene
     std::map<std::string, QString> _broken;
     QTimer _timer;
+    QTimer _retry;
 };

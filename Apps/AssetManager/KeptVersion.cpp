@@ -4,6 +4,7 @@
 #include "AssetManager/DirectoryMove.h"
 #include "AssetManager/DiskTrouble.h"
 #include "AssetManager/ShownName.h"
+#include "AssetManager/SilentDrives.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -68,7 +69,8 @@ KeptVersion &KeptVersion::operator=(KeptVersion &&other) noexcept
 
 KeptVersion::~KeptVersion()
 {
-    discard();
+    if (!_kept.isEmpty() && !SilentDrives::the().hold(_kept))
+        discard();
 }
 
 void KeptVersion::discard()

@@ -9,7 +9,8 @@
 
 /// What a file or directory of a library was before something else took its place.
 ///
-/// It lies hidden in the trash of the library, and goes for good with the object.
+/// It lies hidden in the trash of the library, and goes for good with the object; where the drive does not answer then, with
+/// the trash.
 class KeptVersion
 {
     Q_DECLARE_TR_FUNCTIONS(KeptVersion)

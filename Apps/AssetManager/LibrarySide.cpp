@@ -2,6 +2,7 @@
 #include "AssetManager/LibrarySide.h"
 
 #include "AssetManager/Settings.h"
+#include "AssetManager/SilentDrives.h"
 #include "AssetManager/Trash.h"
 #include "Assets/kxAssetItem.h"
 #include "Assets/kxAssetItemFactory.h"
@@ -36,6 +37,7 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     _assets.setFavourites(Settings::favourites());
     _assets.setRecent(Settings::recent());
     connectScan();
+    connectSilence();
     _watcher.setKnown([this](const QString &directory) { return _scan.stampOf(directory); });
     connect(&_watcher, &LibraryWatcher::changed, this, [this](const QString &folder) {
         if (!_folders.libraryOf(folder).isEmpty())
@@ -58,7 +60,29 @@ LibrarySide::LibrarySide(QUndoStack &undo, QObject *parent)
     });
 }
 
-LibrarySide::~LibrarySide() = default;
+/// What is removed after the libraries were left asks none of those that did not answer.
+LibrarySide::~LibrarySide()
+{
+    QStringList silent = _folders.libraries();
+    silent.erase(
+        std::remove_if(silent.begin(), silent.end(), [this](const QString &library) { return !isSilent(library); }),
+        silent.end());
+    SilentDrives::the().setLastJudge(this, [silent](const QString &path) {
+        return std::any_of(silent.begin(), silent.end(),
+                           [&](const QString &library) { return AssetFilter::isIn(path, library); });
+    });
+}
+
+void LibrarySide::connectSilence()
+{
+    SilentDrives::the().setJudge(this, [this](const QString &path) { return isSilent(path); });
+    _previews.setLibraryOf([this](const QString &directory) { return _folders.libraryOf(directory); });
+}
+
+bool LibrarySide::isSilent(const QString &path) const
+{
+    return _scan.isSilent(path) || _watcher.isSilent(_folders.libraryOf(path));
+}
 
 void LibrarySide::connectScan()
 {
@@ -96,7 +120,8 @@ void LibrarySide::noteRead(const QString &library)
         return;
     }
     Settings::setFilled(library, _scan.hasAssetsIn(library));
-    _folders.setProblem(library, {});
+    if (!_scan.hasSilence(library))
+        _folders.setProblem(library, {});
 }
 
 void LibrarySide::noteFailure(const QString &folder, const QString &reason)
@@ -141,7 +166,9 @@ void LibrarySide::noteAnswer(const QString &folder)
 {
     const QString library = _folders.libraryOf(folder);
     _folders.setAwaited(library, false);
-    if (!library.isEmpty() && _folders.problemOf(library) == silenceOf(library))
+    if (library.isEmpty() || _scan.hasSilence(library))
+        return;
+    if (_folders.problemOf(library) == silenceOf(library))
         _folders.setProblem(library, {});
 }
 

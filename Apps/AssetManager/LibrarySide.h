@@ -37,6 +37,8 @@ public:
     QString open(const QString &path);
     /// Forgets the library; its files stay.
     void close(const QString &path);
+    /// Whether the window would stand still over what it asks of the place.
+    bool isSilent(const QString &path) const;
     /// Looks for what changed since it was read.
     void refresh();
 
@@ -53,6 +55,7 @@ Q_SIGNALS:
 private:
     void watchUsed();
     void connectScan();
+    void connectSilence();
     void noteRead(const QString &library);
     void noteFailure(const QString &folder, const QString &reason);
     void noteGone(const QString &folder, const QString &reason);

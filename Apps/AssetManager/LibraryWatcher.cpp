@@ -12,8 +12,9 @@
 
 namespace {
 
-constexpr int QuietTime = 300; // milliseconds: whoever copies an asset there writes several files
-constexpr int LookTime = 1000; // milliseconds
+constexpr int QuietTime = 300;  // milliseconds: whoever copies an asset there writes several files
+constexpr int LookTime = 1000;  // milliseconds
+constexpr int AnswerTime = 200; // milliseconds: longer than a drive takes that is awake
 
 } // namespace
 
@@ -128,15 +129,24 @@ void LibraryWatcher::lookAt(const QString &library, const QStringList &directori
 {
     if (_asked.contains(library))
         return;
-    _asked.insert(library);
-    _inquiry.ask([this, library, directories] {
+    Asked &asked = _asked[library];
+    asked.since.start();
+    asked.isAnswered = std::make_shared<std::atomic<bool>>(false);
+    _inquiry.ask([this, library, directories, isAnswered = asked.isAnswered] {
         Sight sight;
         if (!library.isEmpty())
             sight.library = Place(library);
         for (const QString &directory : directories)
             sight.assets.insert(directory, DirectoryStamp(directory));
+        *isAnswered = true;
         return [this, library, sight] { receive(library, sight); };
     });
+}
+
+bool LibraryWatcher::isSilent(const QString &library) const
+{
+    const auto asked = _asked.find(library);
+    return asked != _asked.end() && asked->since.hasExpired(AnswerTime) && !*asked->isAnswered;
 }
 
 void LibraryWatcher::receive(const QString &library, const Sight &sight)

@@ -4,15 +4,19 @@
 #include "AssetManager/DirectoryStamp.h"
 #include "AssetManager/DriveInquiry.h"
 
+#include <QElapsedTimer>
 #include <QFileSystemWatcher>
+#include <QHash>
 #include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QStringList>
 #include <QTimer>
 
+#include <atomic>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 
 /// Notices that something changed in folders, once it is quiet there. Main thread only.
@@ -41,6 +45,9 @@ public:
     /// What asset directories were like when what is shown of them was read; the null stamp for those that nobody knows of.
     void setKnown(const std::function<DirectoryStamp(const QString &)> &stampOf) { _stampOf = stampOf; }
 
+    /// Whether the library, or "" for what lies in none, was asked and its drive has not answered for longer than usual.
+    bool isSilent(const QString &library) const;
+
     static constexpr int MaxSeen = 256;
 
 Q_SIGNALS:
@@ -60,6 +67,13 @@ private:
 
         quint64 device = 0;
         quint64 file = 0;
+    };
+
+    /// A question that is under way, or whose answer is.
+    struct Asked
+    {
+        QElapsedTimer since;
+        std::shared_ptr<std::atomic<bool>> isAnswered;
     };
 
     /// What one drive has to say.
@@ -86,7 +100,7 @@ private:
     Stamps _seen; ///< asset directories, as they were when they were looked at
     Stamps _used;
     std::map<QString, std::optional<Place>> _libraries;
-    QSet<QString> _asked; ///< libraries whose drive has not answered yet
+    QHash<QString, Asked> _asked; ///< by library
     std::function<DirectoryStamp(const QString &)> _stampOf;
     QTimer _lookTimer;
     DriveInquiry _inquiry;

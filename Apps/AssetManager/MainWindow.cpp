@@ -178,6 +178,10 @@ void MainWindow::connectOutcomes()
         for (NodeTreeModel *tree : findChildren<NodeTreeModel *>())
             tree->refreshAssetStates();
     });
+    connect(&_libraries->states(), &AssetStates::changed, this, [this] {
+        for (NodeTreeModel *tree : findChildren<NodeTreeModel *>())
+            tree->refreshAssetStates();
+    });
     connect(&_libraries->actions(), &LibraryActions::progressed, this,
             [this](int done, int total, const QString &what) {
                 if (total > 1 && done < total)

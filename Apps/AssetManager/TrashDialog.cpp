@@ -3,6 +3,7 @@
 
 #include "AssetManager/EmptyHint.h"
 #include "AssetManager/LibraryActions.h"
+#include "AssetManager/SilentDrives.h"
 #include "AssetManager/Trash.h"
 #include "Assets/kxAssetCategory.h"
 #include "Kernel/kxModalQuestion.h"
@@ -13,6 +14,8 @@
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -26,6 +29,15 @@ QString nameOf(const QString &path)
         if (const QString prefix = kxAssetCategory::getItemFolderName(category, {}); name.startsWith(prefix))
             return name.mid(prefix.size());
     return name;
+}
+
+/// Without those whose drive does not answer just now: the window would stand still.
+QStringList answering(QStringList libraries)
+{
+    libraries.erase(std::remove_if(libraries.begin(), libraries.end(),
+                                   [](const QString &library) { return SilentDrives::the().hold(library); }),
+                    libraries.end());
+    return libraries;
 }
 
 } // namespace
@@ -68,7 +80,7 @@ void TrashDialog::fill()
 {
     _list->clear(); // of which the selection says nothing
     _restore->setEnabled(false);
-    for (const QString &library : _libraries)
+    for (const QString &library : answering(_libraries))
         for (const Trash::Entry &entry : Trash(library).entries()) {
             auto *item = new QTreeWidgetItem(_list);
             item->setText(0, nameOf(entry.path));
@@ -93,8 +105,9 @@ void TrashDialog::restore()
     fill();
 }
 
-bool TrashDialog::empty(const QStringList &libraries, QWidget *parent)
+bool TrashDialog::empty(const QStringList &all, QWidget *parent)
 {
+    const QStringList libraries = answering(all); // and no others, whatever answers later
     int count = 0;
     for (const QString &library : libraries)
         count += static_cast<int>(Trash(library).entries().size());
@@ -111,7 +124,7 @@ bool TrashDialog::empty(const QStringList &libraries, QWidget *parent)
     if (answer != QMessageBox::Ok)
         return false;
     bool isEmpty = true;
-    for (const QString &library : libraries)
+    for (const QString &library : answering(libraries))
         isEmpty = Trash(library).empty() && isEmpty;
     if (!isEmpty)
         kxModalQuestion::warning(parent, tr("Asset Manager"),

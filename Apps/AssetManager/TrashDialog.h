@@ -7,7 +7,7 @@ class LibraryActions;
 class QPushButton;
 class QTreeWidget;
 
-/// Shows what was deleted, brings it back, or removes it for good.
+/// Shows what was deleted, brings it back, or removes it for good; without libraries whose drive does not answer.
 class TrashDialog final : public QDialog
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
     TrashDialog(LibraryActions &actions, const QStringList &libraries, QWidget *parent);
 
     /// Asks first. False where nothing was removed.
-    static bool empty(const QStringList &libraries, QWidget *parent);
+    static bool empty(const QStringList &all, QWidget *parent);
 
 private:
     void fill();
