@@ -2,7 +2,7 @@
 # Every package that some target uses; cmake/packages.txt names the Debian packages that hold them.
 
 find_package(Threads REQUIRED)
-find_package(Qt5 5.15 REQUIRED COMPONENTS Concurrent Core Gui LinguistTools Test Widgets Xml)
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui LinguistTools Test Widgets Xml)
 find_package(Boost 1.74 REQUIRED)
 find_package(Eigen3 3.4 REQUIRED NO_MODULE)
 find_package(FlatBuffers 2.0 REQUIRED CONFIG)
