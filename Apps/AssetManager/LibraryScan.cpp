@@ -161,7 +161,8 @@ void LibraryScan::receive(int id, const QString &canonical)
     _questions.erase(found);
     start();
     _timer.start(0);
-    const bool isElsewhere = !folder.onlyChanges && !canonical.isEmpty() && canonical != folder.path;
+    const bool isElsewhere =
+        folder.isReadAhead && !folder.onlyChanges && !canonical.isEmpty() && canonical != folder.path;
     if (isElsewhere)
         _roots.remove(folder.path);
     else if (folder.onlyChanges)
