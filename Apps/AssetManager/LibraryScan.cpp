@@ -163,15 +163,13 @@ void LibraryScan::receive(int id, const QString &canonical)
     _timer.start(0);
     const bool isElsewhere =
         folder.isReadAhead && !folder.onlyChanges && !canonical.isEmpty() && canonical != folder.path;
-    if (isElsewhere)
-        _roots.remove(folder.path);
-    else if (folder.onlyChanges)
-        _open.push_back(folder);
-    else
-        _waiting.push_back(folder);
+    if (!isElsewhere)
+        (folder.onlyChanges ? _open : _waiting).push_back(folder);
     emit folderAnswered(folder.path);
-    if (isElsewhere)
-        emit folderElsewhere(folder.path, canonical);
+    if (!isElsewhere)
+        return;
+    _roots.remove(folder.path);
+    emit folderElsewhere(folder.path, canonical);
 }
 
 bool LibraryScan::isAsked(const QString &folder) const
