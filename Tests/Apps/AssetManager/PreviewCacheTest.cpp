@@ -156,10 +156,10 @@ TEST_F(PreviewCacheTest, RemembersOnlySoManyWithoutAPicture)
 TEST_F(PreviewCacheTest, ReadsOthersBesideADriveThatDoesNotAnswerAndEndsWithoutIt)
 {
     std::vector<PreviewCache::Wanted> assets = make(10);
-    for (int i = 0; i < 8; ++i) {
+    for (std::size_t i = 0; i < 8; ++i) {
         ASSERT_TRUE(QDir().mkpath(path("away")));
-        ASSERT_TRUE(QDir().rename(assets[i].directory, path("away/") + nameOf(i)));
-        assets[i].directory = path("away/") + nameOf(i);
+        ASSERT_TRUE(QDir().rename(assets[i].directory, path("away/") + nameOf(static_cast<int>(i))));
+        assets[i].directory = path("away/") + nameOf(static_cast<int>(i));
     }
     disk.hold(path("away"));
     {
@@ -180,7 +180,7 @@ TEST_F(PreviewCacheTest, AsksNoMoreOfALibraryThatDoesNotAnswerHoweverManyFolders
 {
     const QString away = path("away");
     std::vector<PreviewCache::Wanted> assets = make(10);
-    for (int i = 0; i < 8; ++i) {
+    for (std::size_t i = 0; i < 8; ++i) {
         const QString place = away + '/' + QString::number(i);
         ASSERT_TRUE(QDir().mkpath(place));
         ASSERT_TRUE(QDir().rename(assets[i].directory, place + "/asset"));
