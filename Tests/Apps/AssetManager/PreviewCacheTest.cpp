@@ -51,6 +51,7 @@ protected:
     std::vector<PreviewCache::Wanted> missing(int count) const
     {
         std::vector<PreviewCache::Wanted> made;
+        made.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i)
             made.push_back({nameOf(i), path(nameOf(i))});
         return made;

@@ -89,6 +89,7 @@ TEST_F(TagBarTest, OffersTheRarestOfHundredsByItsName)
 {
     show(300);
     std::vector<std::pair<QString, int>> counts;
+    counts.reserve(201);
     for (int i = 0; i < 200; ++i)
         counts.emplace_back(QString("tag %1").arg(i, 3, 10, QChar('0')), 1000 - i);
     counts.emplace_back("black & white", 1);
