@@ -84,10 +84,9 @@ void ScriptGuard::end(bool isFailed)
 
 void ScriptGuard::announceChanges()
 {
-    if (_isSceneChanged)
-        _hasForgotten = LastingCommand::keepOnly(_undo) || _hasForgotten;
     if (!_isSceneChanged)
         return;
+    _hasForgotten = LastingCommand::keepOnly(_undo) || _hasForgotten;
     kxController::setModified(true);
     kxScenegraph::update(false);
     kxController::updateRender(false);
